@@ -1,0 +1,40 @@
+# Flags that every target shares.
+add_library(brevio_flags INTERFACE)
+target_compile_features(brevio_flags INTERFACE cxx_std_20)
+target_compile_options(brevio_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<BOOL:${BREVIO_WERROR}>:-Werror>)
+target_compile_definitions(brevio_flags INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+  QT_NO_FOREACH QT_NO_CONTEXTLESS_CONNECT)
+if(BREVIO_SANITIZE)
+  target_compile_options(brevio_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
+    -fno-sanitize-recover=undefined)
+  target_link_options(brevio_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# brevio_library(NAME SOURCES file... LINK target...): one folder, one target. LINK is all that the folder may
+# use; its headers are included by file name.
+function(brevio_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE brevio_flags)
+  set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
+endfunction()
+
+# brevio_test(NAME LABEL unit|gui|e2e TIMEOUT seconds SOURCES file... LINK target...): a Qt Test program, run
+# headless with its own home, so that no test sees the user's files.
+function(brevio_test name)
+  cmake_parse_arguments(ARG "" "LABEL;TIMEOUT" "SOURCES;LINK;DEFINES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} Qt6::Test brevio_flags)
+  target_compile_definitions(${name} PRIVATE ${ARG_DEFINES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  add_test(NAME ${name} COMMAND ${name})
+  set(home ${PROJECT_BINARY_DIR}/tests/home/${name})
+  file(MAKE_DIRECTORY ${home}/runtime)
+  set_tests_properties(${name} PROPERTIES
+    LABELS "${ARG_LABEL}" TIMEOUT ${ARG_TIMEOUT}
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/config;XDG_DATA_HOME=${home}/data;XDG_RUNTIME_DIR=${home}/runtime;http_proxy=;no_proxy=;LC_ALL=C.UTF-8")
+endfunction()

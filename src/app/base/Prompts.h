@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+
+class QObject;
+
+enum class PromptIcon { None, Information, Question, Exclamation, Critical };
+enum class PromptButtons { Ok, YesNo };
+enum class PromptAnswer { Ok, Yes, No };
+
+/// A message box. `text` is plain text with CR LF or LF line breaks, never markup.
+struct MessageBoxRequest
+{
+    QString text;
+    PromptIcon icon = PromptIcon::Information;
+    PromptButtons buttons = PromptButtons::Ok;
+    /// An empty caption stands for the application title.
+    QString caption = {};
+};
+
+/// A file dialog. `filter` is a list of "name|pattern" pairs joined by "|", patterns joined by ";".
+struct FileDialogRequest
+{
+    QString title;
+    QString filter;
+    /// The full path that the dialog proposes.
+    QString initialPath;
+    bool confirmOverwrite = false;
+};
+
+/// Every question to the user, so that windows run without one in tests.
+/// `owner` is the window that asks; none stands for the window that is active.
+class Prompts
+{
+public:
+    virtual ~Prompts() = default;
+
+    /// Shows the box modally. A box closed without a choice answers Ok or No.
+    virtual PromptAnswer ShowMessageBox(const MessageBoxRequest &request, QObject *owner = nullptr) = 0;
+
+    /// The chosen path, or empty text when the user cancelled.
+    [[nodiscard]] virtual QString AskOpenFile(const FileDialogRequest &request, QObject *owner = nullptr) = 0;
+
+    /// The chosen path, or empty text when the user cancelled. A name without an extension gets the filter's.
+    [[nodiscard]] virtual QString AskSaveFile(const FileDialogRequest &request, QObject *owner = nullptr) = 0;
+};

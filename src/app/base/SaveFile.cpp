@@ -1,0 +1,61 @@
+#include "SaveFile.h"
+
+#include "Error.h"
+#include "FileLock.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+[[noreturn]] void RaiseSaveError(const QString &reason)
+{
+    throw Error(ErrorNumber::kFileAccess, u"SaveFile"_s, reason);
+}
+
+void FlushFolder(const QString &folder)
+{
+    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    // The file is whole by now, whichever name survives a power cut, so a folder that cannot be flushed is no error.
+    ::fsync(descriptor);
+    ::close(descriptor);
+}
+
+} // namespace
+
+void SaveFile(const QString &path, const QByteArray &bytes, FilePrivacy privacy, FileLock *lock)
+{
+    QSaveFile file(path);
+    file.setDirectWriteFallback(false);
+    if (!file.open(QIODevice::WriteOnly))
+        RaiseSaveError(file.errorString());
+    const auto fail = [&file](const QString &reason) {
+        file.cancelWriting();
+        RaiseSaveError(reason);
+    };
+    if (privacy == FilePrivacy::OwnerOnly && !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
+        fail(file.errorString());
+    // QSaveFile::commit alone has been seen to succeed over a cut file on a full disk, so each step is checked here.
+    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError)
+        fail(file.errorString());
+    if (file.size() != bytes.size())
+        fail(QCoreApplication::translate("SaveFile", "The file could not be written whole."));
+    if (::fsync(file.handle()) != 0)
+        fail(qt_error_string(errno));
+    if (lock)
+        lock->Prepare(file.handle());
+    if (!file.commit())
+        RaiseSaveError(file.errorString());
+    if (lock)
+        lock->Replace();
+    FlushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path());
+}

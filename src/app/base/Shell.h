@@ -1,0 +1,13 @@
+#pragma once
+
+class QString;
+
+/// Hands a web address, a "mailto:" link or a file to the desktop.
+class Shell
+{
+public:
+    virtual ~Shell() = default;
+
+    /// False when the desktop has nothing to open the target with. Callers need not look.
+    virtual bool OpenWithShell(const QString &target) = 0;
+};

@@ -1,0 +1,77 @@
+#include "TextFile.h"
+
+#include <algorithm>
+#include <array>
+
+namespace TextFile {
+namespace {
+
+constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
+
+// The characters of 0x80 to 0x9F: what Windows-1252 assigns, and for its five gaps the C1 control.
+constexpr std::array<char16_t, 32> kHighControls = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+bool IsLineBreak(QChar c)
+{
+    return c == u'\r' || c == u'\n' || c == u'\u0085' || c == u'\u2028' || c == u'\u2029';
+}
+
+} // namespace
+
+int CodePageByte(char16_t character)
+{
+    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
+        return character;
+    const auto it = std::find(kHighControls.begin(), kHighControls.end(), character);
+    return it == kHighControls.end() ? -1 : 0x80 + static_cast<int>(it - kHighControls.begin());
+}
+
+QString DecodeCodePage(const QByteArray &bytes)
+{
+    QString text = QString::fromLatin1(bytes);
+    const auto isHighControl = [](QChar c) { return c >= QChar(0x80) && c <= QChar(0x9F); };
+    // Most files hold none, and then the text stays undetached.
+    if (std::any_of(text.cbegin(), text.cend(), isHighControl)) {
+        for (QChar &c : text) {
+            if (isHighControl(c))
+                c = kHighControls[c.unicode() - 0x80U];
+        }
+    }
+    return text;
+}
+
+QString Decode(const QByteArray &bytes)
+{
+    if (bytes.startsWith(kUtf8Mark))
+        return QString::fromUtf8(QByteArrayView(bytes).sliced(3));
+    return DecodeCodePage(bytes);
+}
+
+QByteArray Encode(const QString &text)
+{
+    QByteArray bytes(text.size(), Qt::Uninitialized);
+    char *out = bytes.data();
+    for (const QChar c : text) {
+        const int byte = CodePageByte(c.unicode());
+        if (byte < 0)
+            return kUtf8Mark + text.toUtf8();
+        *out++ = static_cast<char>(byte);
+    }
+    // Text that happens to begin like the mark would be read back as UTF-8.
+    return bytes.startsWith(kUtf8Mark) ? kUtf8Mark + text.toUtf8() : bytes;
+}
+
+QString AsOneLine(QString text)
+{
+    text.replace(QLatin1String("\r\n"), QLatin1String(" "));
+    for (QChar &c : text) {
+        if (IsLineBreak(c))
+            c = u' ';
+    }
+    return text;
+}
+
+} // namespace TextFile

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// The bytes of the program's text files, and their text.
+///
+/// Text is Windows-1252, whose five unassigned bytes stand for the C1 controls of the same number, so that every
+/// byte survives reading and writing. A text that this code page cannot hold is written as UTF-8 with a byte order
+/// mark.
+namespace TextFile {
+
+/// The character's byte in Windows-1252, or -1.
+[[nodiscard]] int CodePageByte(char16_t character);
+
+/// Text of bytes in Windows-1252, or in UTF-8 when they start with its byte order mark (which is taken off).
+[[nodiscard]] QString Decode(const QByteArray &bytes);
+
+/// Text of bytes in Windows-1252, whatever they start with.
+[[nodiscard]] QString DecodeCodePage(const QByteArray &bytes);
+
+/// Bytes that Decode reads back as the same text.
+[[nodiscard]] QByteArray Encode(const QString &text);
+
+/// Calls `visit` with every line of the text without its end (CR LF or a lone LF), none for an end of the text
+/// right after a line end.
+template <typename Visitor>
+void ForEachLine(QStringView text, Visitor visit)
+{
+    while (!text.isEmpty()) {
+        const qsizetype end = text.indexOf(u'\n');
+        QStringView line = end < 0 ? text : text.first(end);
+        text = end < 0 ? QStringView() : text.sliced(end + 1);
+        if (end >= 0 && line.endsWith(u'\r'))
+            line.chop(1);
+        visit(line);
+    }
+}
+
+/// The text with every CR, LF, U+0085, U+2028 and U+2029 (CR LF together) turned into one space, as a name in a
+/// file of lines must be.
+[[nodiscard]] QString AsOneLine(QString text);
+
+} // namespace TextFile

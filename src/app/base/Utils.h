@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+class QAbstractItemModel;
+
+/// Folders, files and comma-separated text.
+namespace Utils {
+
+enum class SpecialFolder { AppData, MyDocuments };
+
+/// The path of a folder of the user's without a separator at its end, or empty text when there is none.
+[[nodiscard]] QString GetSpecialFolder(SpecialFolder folder);
+
+/// `$XDG_DATA_HOME`, by default `~/.local/share`.
+[[nodiscard]] QString AppDataFolder();
+[[nodiscard]] QString MyDocumentsFolder();
+
+/// The log-on name, or empty text.
+[[nodiscard]] QString GetUserName();
+
+template <typename T>
+[[nodiscard]] T IfEmpty(T value, T fallback)
+{
+    return value == T() ? std::move(fallback) : std::move(value);
+}
+
+/// True when the file can be found, also when it may not be opened.
+[[nodiscard]] bool FileExists(const QString &path);
+
+/// The whole file, byte for byte. Raises number 53, source "ReadTextFile", "File not found" when there is no such
+/// file, and number 75 with the system's reason when it cannot be read.
+[[nodiscard]] QByteArray ReadTextFile(const QString &path);
+
+/// The part after the last "/" or "\".
+[[nodiscard]] QString FileNameOfPath(const QString &path);
+
+/// Creates every folder on the way to the last "/" of the path; what follows it is taken for a file and left alone.
+/// False when a folder can neither be entered nor made.
+bool EnsureFolderExists(const QString &path);
+
+/// The text between double quotes, with those inside it doubled.
+[[nodiscard]] QString QuoteCsvField(const QString &text);
+
+/// A report-style list as comma-separated lines: its column captions, unless the headers are hidden, then a line a
+/// row in display order. Every field is quoted; lines end with CR LF.
+[[nodiscard]] QString WriteListAsCsv(const QAbstractItemModel &list, bool headersHidden = false);
+
+} // namespace Utils

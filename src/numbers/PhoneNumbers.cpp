@@ -1,0 +1,114 @@
+#include "PhoneNumbers.h"
+
+#include "LxCountryList.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace PhoneNumbers {
+namespace {
+
+bool IsDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+QStringView WithoutPlus(QStringView s)
+{
+    return s.startsWith(u'+') ? s.sliced(1) : s;
+}
+
+int DigitCount(int number)
+{
+    int count = 1;
+    for (; number >= 10; number /= 10)
+        ++count;
+    return count;
+}
+
+} // namespace
+
+QString CleanPhoneNumber(const QString &s)
+{
+    QString cleaned;
+    cleaned.reserve(s.size());
+    std::copy_if(s.begin(), s.end(), std::back_inserter(cleaned),
+                 [](QChar c) { return !QStringView(u"- .[]").contains(c); });
+    if (cleaned.contains(u'('))
+        cleaned.remove("(0)"_L1).remove(u'(');
+    cleaned.remove(u')');
+    if (cleaned.startsWith("00"_L1))
+        cleaned.replace(0, 2, u'+');
+    return cleaned;
+}
+
+bool IsAllDigits(QStringView s)
+{
+    return !s.isEmpty() && std::all_of(s.begin(), s.end(), IsDigit);
+}
+
+bool IsInternationalNumber(QStringView s)
+{
+    return s.startsWith(u'+') && IsLocalNumber(s.sliced(1));
+}
+
+bool IsValidPhoneNumber(QStringView s)
+{
+    const QStringView digits = WithoutPlus(s);
+    return digits.size() >= 4 && IsAllDigits(digits);
+}
+
+bool IsLocalNumber(QStringView s)
+{
+    return IsAllDigits(s) && s.front() != u'0';
+}
+
+bool IsDiallingCode(QStringView s)
+{
+    return s.size() <= 3 && IsAllDigits(s);
+}
+
+QString RemoveTrunkZero(const QString &s)
+{
+    return s.startsWith(u'0') ? s.sliced(1) : s;
+}
+
+QString RemovePlus(const QString &s)
+{
+    return WithoutPlus(s).toString();
+}
+
+QString MakeInternational(int code, const QString &local)
+{
+    return u'+' + QString::number(code) + local;
+}
+
+std::optional<SplitNumber> SplitInternational(const LxCountryList &countries, const QString &s)
+{
+    if (!s.startsWith(u'+'))
+        return std::nullopt;
+    // The number's first digits as an integer, by how many they are; codes have at most five digits.
+    std::array<int, 6> leading;
+    leading.fill(-1);
+    leading[0] = 0;
+    for (size_t count = 1; count < leading.size() && static_cast<qsizetype>(count) < s.size(); ++count) {
+        const QChar c = s[static_cast<qsizetype>(count)];
+        // A code has no leading zero, so neither may the digits that are compared with it.
+        if (!IsDigit(c) || (count > 1 && leading[1] == 0))
+            break;
+        leading[count] = leading[count - 1] * 10 + (c.unicode() - u'0');
+    }
+    qint16 code = 0;
+    for (const LxCountry &country : countries.Countries()) {
+        if (leading[static_cast<size_t>(DigitCount(country.CountryCode))] == country.CountryCode)
+            code = country.CountryCode;
+    }
+    // A code of 0 counts as no match.
+    if (code == 0)
+        return std::nullopt;
+    return SplitNumber{code, s.sliced(1 + DigitCount(code))};
+}
+
+} // namespace PhoneNumbers
