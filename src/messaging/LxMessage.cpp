@@ -1,0 +1,61 @@
+#include "LxMessage.h"
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto kAllowedChars = QStringView(u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"
+                                           u"äöüÄÖÜàùòìèé§çÑñ£$@/?!\"#%&'()*+,-:;<=>.æÆ¥ØøÅåßÉ¤¿ \n\r");
+
+/// Whether each character of Latin-1, which holds all that are allowed, is one of them.
+constexpr std::array<bool, 256> MakeAllowedTable()
+{
+    std::array<bool, 256> table = {};
+    for (qsizetype i = 0; i < kAllowedChars.size(); ++i)
+        table[kAllowedChars.utf16()[i]] = true;
+    return table;
+}
+
+constexpr std::array<bool, 256> kIsAllowed = MakeAllowedTable();
+
+} // namespace
+
+bool LxMessage::IsAllowed(QChar c)
+{
+    return c.unicode() < kIsAllowed.size() && kIsAllowed[c.unicode()];
+}
+
+LxMessage::CleanedText LxMessage::RemoveInvalidChars(const QString &text)
+{
+    CleanedText cleaned;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (IsAllowed(text[i])) {
+            cleaned.text += text[i];
+            continue;
+        }
+        // A character outside the basic plane is reported whole.
+        const bool isPair = text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        const QStringView character = QStringView(text).sliced(i, isPair ? 2 : 1);
+        if (!cleaned.invalidChars.contains(character))
+            cleaned.invalidChars += character;
+        if (isPair)
+            ++i;
+    }
+    return cleaned;
+}
+
+QStringList LxMessage::MessageParts() const
+{
+    constexpr qsizetype kPartLength = 160;
+    constexpr auto kContinuation = ".."_L1;
+    constexpr qsizetype kCut = kPartLength - kContinuation.size();
+    QStringList parts;
+    QString rest = m_text;
+    while (rest.size() > kPartLength) {
+        parts += rest.first(kCut) + kContinuation;
+        rest = kContinuation + rest.sliced(kCut);
+    }
+    return parts << rest;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+/// The gateway's verdict on one message.
+struct LxMessageResponse
+{
+    qint16 MessageID = 0;
+    bool IsOK = false;
+    QString Info;
+};
+
+/// One part of a message to one recipient.
+struct LxMessageRequest
+{
+    QString InternationalMobile;
+    QString Name;
+    QString Message;
+    /// None until the reply was read, or when the gateway said nothing of this message.
+    std::optional<LxMessageResponse> Response = {};
+};
+
+using LxMessageRequests = std::vector<LxMessageRequest>;

@@ -1,0 +1,153 @@
+#include "LxContact.h"
+
+#include "Error.h"
+#include "LxCountryList.h"
+#include "LxGroup.h"
+#include "LxText.h"
+#include "PhoneNumbers.h"
+
+#include <QCoreApplication>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+[[noreturn]] void RaiseContactError(const QString &description)
+{
+    constexpr int kContactErrorNumber = -2147221503;
+    throw Error(kContactErrorNumber, u"Corvane.Contact"_s, description);
+}
+
+QString Tr(const char *text)
+{
+    return QCoreApplication::translate("LxContact", text);
+}
+
+} // namespace
+
+LxContactPtr LxContact::Create(const LxCountryList &countries)
+{
+    return std::make_shared<LxContact>(Private(), countries);
+}
+
+LxContact::LxContact(Private, const LxCountryList &countries)
+    : m_countries(countries)
+{
+    static int s_lastID = 0;
+    m_id = ++s_lastID;
+}
+
+void LxContact::SetName(const QString &name)
+{
+    m_name = LxText::Cut(name, NameMaxLength);
+}
+
+void LxContact::SetCountryCode(int code)
+{
+    if (!m_countries.CountryExists(code))
+        RaiseContactError(Tr("Invalid country ") + QString::number(code));
+    m_countryCode = static_cast<qint16>(code);
+}
+
+void LxContact::SetUserMobile(const QString &mobile)
+{
+    const QString local = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(mobile));
+    if (!PhoneNumbers::IsLocalNumber(local))
+        RaiseContactError(Tr("User mobile was passed a non-local mobile"));
+    m_userMobile = mobile;
+    m_localMobile = local == mobile ? mobile : local;
+}
+
+void LxContact::SetMobile(const QString &mobile)
+{
+    QString cleaned = PhoneNumbers::CleanPhoneNumber(mobile);
+    if (cleaned.startsWith(u'0')) {
+        SetUserMobile(mobile);
+        return;
+    }
+    if (!PhoneNumbers::IsInternationalNumber(cleaned))
+        cleaned.prepend(u'+');
+    const auto split = PhoneNumbers::SplitInternational(m_countries, cleaned);
+    if (!split)
+        RaiseContactError(Tr("Unrecognised country code in mobile"));
+    m_countryCode = split->code;
+    m_userMobile = split->local;
+    m_localMobile = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(split->local));
+}
+
+QString LxContact::InternationalMobile() const
+{
+    if (m_userMobile.isEmpty() || m_countryCode == 0)
+        return {};
+    return PhoneNumbers::MakeInternational(m_countryCode, m_localMobile);
+}
+
+void LxContact::AddToGroup(LxGroup &group)
+{
+    group.Add(shared_from_this());
+}
+
+void LxContact::RemoveFromGroups(const LxGroup &groupToKeep)
+{
+    const LxContactPtr self = shared_from_this();
+    // A copy, as each group takes itself off the list.
+    for (LxGroup *group : std::vector<LxGroup *>(m_groups.begin(), m_groups.end())) {
+        if (group != &groupToKeep)
+            group->Remove(self);
+    }
+}
+
+void LxContact::Destroy()
+{
+    const LxContactPtr self = shared_from_this();
+    while (LxGroup *group = m_groups.GetFirstGroup())
+        group->Remove(self);
+}
+
+LxContactPtr LxContact::Clone() const
+{
+    LxContactPtr clone = Create(m_countries);
+    clone->SetName(m_name);
+    clone->SetCountryCode(m_countryCode);
+    clone->SetUserMobile(m_userMobile);
+    return clone;
+}
+
+bool LxContact::MatchesInternational(QStringView text, bool exact) const
+{
+    if (m_userMobile.isEmpty() || m_countryCode == 0)
+        return false;
+    // Compared piece by piece, as joining the pieces would be most of the work of a search.
+    const QString prefix = PhoneNumbers::MakeInternational(m_countryCode, {});
+    if (text.size() <= prefix.size())
+        return !exact && QStringView(prefix).startsWith(text);
+    if (!text.startsWith(prefix))
+        return false;
+    const QStringView rest = text.sliced(prefix.size());
+    return exact ? m_localMobile == rest : QStringView(m_localMobile).startsWith(rest);
+}
+
+bool LxContact::Match(const QString &text, bool exact) const
+{
+    QStringView t = QStringView(text).trimmed();
+    if (t.isEmpty() || t == u"0")
+        return !exact;
+    const auto matchesLocal = [this, exact](QStringView digits) {
+        return exact ? m_localMobile == digits : QStringView(m_localMobile).startsWith(digits);
+    };
+    const QChar first = t.front();
+    bool numberMatches = false;
+    if (first == u'+') {
+        numberMatches = MatchesInternational(t, exact);
+    } else if (first == u'0') {
+        // The trunk zero is dropped for the name below as well. That is meant.
+        t = t.sliced(1);
+        numberMatches = matchesLocal(t);
+    } else if (first >= u'1' && first <= u'9') {
+        numberMatches = MatchesInternational(t, exact) || matchesLocal(t);
+    }
+    if (numberMatches)
+        return true;
+    return exact ? QStringView(m_name).compare(t, Qt::CaseInsensitive) == 0
+                 : QStringView(m_name).contains(t, Qt::CaseInsensitive);
+}

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "LxGroupList.h"
+
+#include <QString>
+
+#include <memory>
+
+class LxContact;
+class LxCountryList;
+
+/// Contacts belong to the groups and lists that hold them; one that nothing holds any more is gone.
+using LxContactPtr = std::shared_ptr<LxContact>;
+
+/// One person: a name, a mobile number in the local form that the user typed, the country whose dialling code makes
+/// it international, and the groups that hold the contact.
+///
+/// The setters raise number -2147221503, source "Corvane.Contact", and then change nothing.
+class LxContact final : public std::enable_shared_from_this<LxContact>
+{
+    struct Private
+    {
+    };
+
+public:
+    static constexpr int NameMaxLength = 50;
+
+    /// A contact without name, number, country and groups. `countries` must outlive it.
+    [[nodiscard]] static LxContactPtr Create(const LxCountryList &countries);
+    LxContact(Private, const LxCountryList &countries);
+
+    /// Unique among all contacts of the process, never stored.
+    [[nodiscard]] int ContactID() const { return m_id; }
+
+    [[nodiscard]] const QString &Name() const { return m_name; }
+    /// Keeps the first NameMaxLength characters.
+    void SetName(const QString &name);
+
+    /// The dialling code; 0 when none is set.
+    [[nodiscard]] qint16 CountryCode() const { return m_countryCode; }
+    /// Raises "Invalid country " and the code when the country list does not know it.
+    void SetCountryCode(int code);
+
+    /// The number as typed, in local form.
+    [[nodiscard]] const QString &UserMobile() const { return m_userMobile; }
+    /// Keeps a number in local form as it stands. Raises "User mobile was passed a non-local mobile" for any other.
+    void SetUserMobile(const QString &mobile);
+
+    /// Takes a number in any form. One that begins with "0" is local, in the contact's country; any other is
+    /// international, with or without "+", and sets the country too. Raises "Unrecognised country code in mobile".
+    void SetMobile(const QString &mobile);
+
+    /// The digits within the country, without the trunk zero.
+    [[nodiscard]] const QString &LocalMobile() const { return m_localMobile; }
+
+    /// "+", the country code and the local digits; empty without a number or a country.
+    [[nodiscard]] QString InternationalMobile() const;
+
+    /// In the order in which the contact joined them. Only LxGroup changes them.
+    [[nodiscard]] const LxGroupList &Groups() const { return m_groups; }
+    void AddToGroup(LxGroup &group);
+    void RemoveFromGroups(const LxGroup &groupToKeep);
+
+    /// Leaves every group, and so the phone book.
+    void Destroy();
+
+    /// A new contact of the same name, country and number, in no group. Raises what the setters raise.
+    [[nodiscard]] LxContactPtr Clone() const;
+
+    /// Whether the contact answers to what the user typed: a number, compared by its form with what it begins with,
+    /// or a name, ignoring case. `exact` wants the whole; else a number must begin with the text and a name hold it
+    /// anywhere. A blank text, or "0", matches exactly when `exact` is false.
+    [[nodiscard]] bool Match(const QString &text, bool exact) const;
+
+private:
+    friend class LxGroup;
+
+    [[nodiscard]] bool MatchesInternational(QStringView text, bool exact) const;
+
+    int m_id;
+    qint16 m_countryCode = 0;
+    const LxCountryList &m_countries;
+    QString m_name;
+    QString m_userMobile;
+    /// Kept beside the typed form, with which it shares its storage where they are the same, so that searching
+    /// 100,000 contacts does not clean each number again.
+    QString m_localMobile;
+    LxGroupList m_groups;
+};

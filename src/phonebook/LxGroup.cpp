@@ -1,0 +1,93 @@
+#include "LxGroup.h"
+
+#include "Error.h"
+#include "LxContactList.h"
+#include "LxText.h"
+
+#include <QCoreApplication>
+
+using namespace Qt::StringLiterals;
+
+LxGroup::LxGroup()
+{
+    static int s_lastID = 0;
+    m_id = ++s_lastID;
+}
+
+LxGroup::~LxGroup()
+{
+    RemoveAllContacts();
+}
+
+void LxGroup::SetName(const QString &name)
+{
+    m_name = CleanName(name);
+}
+
+QString LxGroup::CleanName(QString name)
+{
+    return LxText::Cut(name.remove(u';'), NameMaxLength);
+}
+
+void LxGroup::Add(const LxContactPtr &contact)
+{
+    if (IsMember(*contact))
+        return;
+    m_members.Add(contact);
+    contact->m_groups.Add(*this);
+}
+
+void LxGroup::Remove(const LxContactPtr &contact)
+{
+    if (!IsMember(*contact))
+        return;
+    contact->m_groups.Remove(*this);
+    m_members.Remove(contact->ContactID());
+}
+
+void LxGroup::RemoveAllContacts()
+{
+    for (const LxContactPtr &contact : m_members)
+        contact->m_groups.Remove(*this);
+    m_members.Clear();
+}
+
+LxContactPtr LxGroup::GetContact(int id) const
+{
+    if (LxContactPtr contact = m_members.Find(id))
+        return contact;
+    throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Group"_s,
+                QCoreApplication::translate("LxGroup", "There is no such contact"));
+}
+
+LxContactPtr LxGroup::FindContactByMobile(const QString &mobile) const
+{
+    for (const LxContactPtr &contact : m_members) {
+        if (contact->InternationalMobile() == mobile)
+            return contact;
+    }
+    return nullptr;
+}
+
+bool LxGroup::IsMember(const LxContact &contact) const
+{
+    return contact.Groups().ExistsID(m_id);
+}
+
+std::unique_ptr<LxGroup> LxGroup::Clone() const
+{
+    auto clone = std::make_unique<LxGroup>();
+    clone->SetName(m_name);
+    for (const LxContactPtr &contact : m_members)
+        clone->Add(contact);
+    return clone;
+}
+
+LxContactList LxGroup::ContactList() const
+{
+    LxContactList list;
+    list.SetName(m_name);
+    for (const LxContactPtr &contact : m_members)
+        list.Add(contact);
+    return list;
+}

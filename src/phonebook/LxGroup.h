@@ -1,0 +1,62 @@
+#pragma once
+
+#include "KeyedList.h"
+#include "LxContact.h"
+
+#include <QString>
+
+class LxContactList;
+
+/// A named set of contacts in the order in which they joined. Membership is by object, not by name or number, and is
+/// kept in step with each contact's own list of groups. A group that ends leaves its contacts' lists.
+class LxGroup final
+{
+public:
+    static constexpr int NameMaxLength = 50;
+
+    LxGroup();
+    ~LxGroup();
+    LxGroup(const LxGroup &) = delete;
+    LxGroup &operator=(const LxGroup &) = delete;
+
+    /// Unique among all groups of the process, never stored.
+    [[nodiscard]] int GroupID() const { return m_id; }
+
+    [[nodiscard]] const QString &Name() const { return m_name; }
+
+    /// Takes CleanName(name).
+    void SetName(const QString &name);
+
+    /// The name without ";", by which the phone-book file joins group names, and cut to NameMaxLength.
+    [[nodiscard]] static QString CleanName(QString name);
+
+    /// Adding a member again does nothing.
+    void Add(const LxContactPtr &contact);
+    /// Removing what is no member does nothing.
+    void Remove(const LxContactPtr &contact);
+    void RemoveAllContacts();
+
+    /// Raises number 5, source "Corvane.Group", when no member has this identity.
+    [[nodiscard]] LxContactPtr GetContact(int id) const;
+
+    /// The first member whose number in international form is exactly this text, or null.
+    [[nodiscard]] LxContactPtr FindContactByMobile(const QString &mobile) const;
+
+    [[nodiscard]] bool IsMember(const LxContact &contact) const;
+
+    /// A group of the same name and members, who thereby join it.
+    [[nodiscard]] std::unique_ptr<LxGroup> Clone() const;
+
+    /// The members in order, under the group's name.
+    [[nodiscard]] LxContactList ContactList() const;
+
+    [[nodiscard]] int Count() const { return m_members.Count(); }
+    /// In the order in which they joined; the group must not change meanwhile.
+    [[nodiscard]] auto begin() const { return m_members.begin(); }
+    [[nodiscard]] auto end() const { return m_members.end(); }
+
+private:
+    int m_id;
+    QString m_name;
+    KeyedList<LxContact, &LxContact::ContactID> m_members;
+};

@@ -1,0 +1,87 @@
+#include "LxGroupList.h"
+
+#include "Error.h"
+#include "LxGroup.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+LxGroupList::LxGroupList() = default;
+LxGroupList::~LxGroupList() = default;
+LxGroupList::LxGroupList(LxGroupList &&other) noexcept = default;
+LxGroupList &LxGroupList::operator=(LxGroupList &&other) noexcept = default;
+
+LxGroup &LxGroupList::CreateGroup(const QString &name)
+{
+    // Looked up as it will be kept, so that a name that is too long gives one group however often it comes.
+    if (LxGroup *group = Lookup(LxGroup::CleanName(name)))
+        return *group;
+    LxGroup &group = *m_owned.emplace_back(std::make_unique<LxGroup>());
+    group.SetName(name);
+    Add(group);
+    return group;
+}
+
+void LxGroupList::DestroyGroup(LxGroup &group)
+{
+    group.RemoveAllContacts();
+    Remove(group);
+    std::erase_if(m_owned, [&group](const auto &owned) { return owned.get() == &group; });
+}
+
+void LxGroupList::Add(LxGroup &group)
+{
+    if (!ExistsID(group.GroupID()))
+        m_groups.push_back(&group);
+}
+
+void LxGroupList::Remove(const LxGroup &group)
+{
+    std::erase(m_groups, &group);
+}
+
+LxGroup &LxGroupList::GetGroup(int id) const
+{
+    if (LxGroup *group = Find(id))
+        return *group;
+    throw Error(ErrorNumber::kInvalidArgument, u"Corvane.GroupList"_s,
+                QCoreApplication::translate("LxGroupList", "There is no such group"));
+}
+
+bool LxGroupList::ExistsID(int id) const
+{
+    return Find(id) != nullptr;
+}
+
+LxGroup *LxGroupList::Find(int id) const
+{
+    const auto it = std::find_if(m_groups.begin(), m_groups.end(), [id](const LxGroup *g) { return g->GroupID() == id; });
+    return it == m_groups.end() ? nullptr : *it;
+}
+
+LxGroup *LxGroupList::Lookup(const QString &name) const
+{
+    const auto it =
+        std::find_if(m_groups.begin(), m_groups.end(), [&name](const LxGroup *g) { return g->Name() == name; });
+    return it == m_groups.end() ? nullptr : *it;
+}
+
+LxGroup *LxGroupList::GetFirstGroup() const
+{
+    return m_groups.empty() ? nullptr : m_groups.front();
+}
+
+QString LxGroupList::AsString(const QString &separator, const LxGroup *excluded) const
+{
+    QString text;
+    for (const LxGroup *group : m_groups) {
+        if (group != excluded)
+            text += QString(group->Name()).remove(separator) + separator;
+    }
+    if (!separator.isEmpty() && text.endsWith(separator))
+        text.chop(separator.size());
+    return text;
+}

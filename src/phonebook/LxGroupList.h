@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class LxGroup;
+
+/// An insertion-ordered list of groups, each once, by identity. It owns the groups that it created and merely refers
+/// to the others, so a phone book's own list keeps its groups alive, and a contact's list or a selection does not.
+class LxGroupList final
+{
+public:
+    LxGroupList();
+    ~LxGroupList();
+    LxGroupList(LxGroupList &&other) noexcept;
+    LxGroupList &operator=(LxGroupList &&other) noexcept;
+
+    /// The group of this name, cleaned as group names are; made and added when there is none.
+    LxGroup &CreateGroup(const QString &name);
+
+    /// Empties the group, removes it from the list and ends it when this list owns it. Its contacts stay in the
+    /// phone book.
+    void DestroyGroup(LxGroup &group);
+
+    void Add(LxGroup &group);
+    void Remove(const LxGroup &group);
+
+    /// Raises number 5, source "Corvane.GroupList", when no group has this identity.
+    [[nodiscard]] LxGroup &GetGroup(int id) const;
+    [[nodiscard]] bool ExistsID(int id) const;
+
+    /// By exact name, "Work" and "work" being two.
+    [[nodiscard]] bool Exists(const QString &name) const { return Lookup(name) != nullptr; }
+
+    /// The first group of exactly this name, or null.
+    [[nodiscard]] LxGroup *Lookup(const QString &name) const;
+
+    /// Null when the list is empty.
+    [[nodiscard]] LxGroup *GetFirstGroup() const;
+
+    /// The names joined by the separator, which is removed from each name; `excluded` is left out.
+    [[nodiscard]] QString AsString(const QString &separator, const LxGroup *excluded = nullptr) const;
+
+    [[nodiscard]] int Count() const { return static_cast<int>(m_groups.size()); }
+    [[nodiscard]] auto begin() const { return m_groups.begin(); }
+    [[nodiscard]] auto end() const { return m_groups.end(); }
+
+private:
+    [[nodiscard]] LxGroup *Find(int id) const;
+
+    std::vector<LxGroup *> m_groups;
+    std::vector<std::unique_ptr<LxGroup>> m_owned;
+};

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "FileLock.h"
+#include "LxContact.h"
+#include "LxGroup.h"
+#include "LxGroupList.h"
+#include "PhoneBookFile.h"
+
+#include <QString>
+
+#include <vector>
+
+class Clock;
+class LxCountryList;
+
+/// The user's contacts and groups, and the text file that holds them. The file is held with a lock from open to
+/// close, across saves. Operations on files raise what the system reported; the caller words the message.
+class LxPhoneBook final
+{
+public:
+    /// An empty phone book without a file. The country list and the clock must outlive it.
+    LxPhoneBook(const LxCountryList &countries, const Clock &clock);
+
+    /// The full path of the file in use; empty when none is open.
+    [[nodiscard]] const QString &FileName() const { return m_fileName; }
+
+    /// The built-in group "Everyone": every contact, in the order of the file.
+    [[nodiscard]] LxGroup &AllContacts() const { return *m_allContacts; }
+
+    /// "Everyone" and then the user's groups in the order in which they were made.
+    [[nodiscard]] LxGroupList &Groups() { return m_groups; }
+    [[nodiscard]] LxGroupList GroupsExcludingAllContacts() const;
+
+    /// A contact of this phone book's countries, in no group yet.
+    [[nodiscard]] LxContactPtr CreateContact() const;
+
+    /// Makes the named file the phone book's file and loads it. When there is none, the folders on its path and the
+    /// file are made, and hold what is in memory now: opening a new name acts as a save-as.
+    void OpenPhoneBook(const QString &name);
+
+    /// Throws away what is not saved by loading the file again.
+    void RevertToSaved();
+
+    /// Writes the whole phone book to its file. When the last load skipped a line that was not blank, or the open
+    /// failed, the old file is first kept beside it, byte for byte, as "<name>.<date-time>.bak".
+    /// Returns the path of the copy, or empty text when none was due.
+    QString SavePhoneBook();
+
+    /// Releases the file. The contacts in memory stay.
+    void ClosePhoneBook();
+
+    /// Writes the whole phone book to another file.
+    void Backup(const QString &name);
+
+    /// Replaces the contacts by those of the named file and saves the phone book; returns what SavePhoneBook does.
+    /// Raises "<file> is not a phone book", with the phone book as it was, when the file is not empty and has no
+    /// readable line.
+    QString Restore(const QString &name);
+
+    /// Empties the phone book. Files are not touched.
+    void ClearAll();
+
+    /// `<application data>/Corvane/Brevio/<user>.kpb`.
+    [[nodiscard]] static QString DefaultFileName();
+
+private:
+    struct FileContent
+    {
+        std::vector<PhoneBookFile::Record> records;
+        bool skippedLines = false;
+        bool isEmpty = true;
+    };
+
+    [[nodiscard]] FileContent ReadContent(const QString &name) const;
+    [[nodiscard]] LxContactPtr ContactOf(const PhoneBookFile::Record &record) const;
+    /// False when a record was not accepted.
+    bool AddRecords(const std::vector<PhoneBookFile::Record> &records);
+    [[nodiscard]] QByteArray Content() const;
+    [[nodiscard]] QString KeepOldFile() const;
+
+    const LxCountryList &m_countries;
+    const Clock &m_clock;
+    QString m_fileName;
+    FileLock m_lock;
+    /// Whether the file holds, or may hold, what is not in memory.
+    bool m_mustKeepOldFile = false;
+    LxGroupList m_groups;
+    LxGroup *m_allContacts = nullptr;
+};
