@@ -1,0 +1,166 @@
+#include "Controls.h"
+
+#include "Settings.h"
+
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLayout>
+#include <QScreen>
+#include <QTreeView>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace Controls {
+namespace {
+
+// No screen is larger; what is, came from elsewhere.
+constexpr double kMaxPixels = 32767;
+
+void SaveLength(Settings &settings, const QString &section, const QString &key, int pixels)
+{
+    settings.Save(section, key, QString::number(pixels * kTwipsPerPixel));
+}
+
+std::optional<int> StoredPosition(const Settings &settings, const QString &section, const QString &key)
+{
+    bool ok = false;
+    const double pixels = settings.Get(section, key).toDouble(&ok) / kTwipsPerPixel;
+    if (!ok || !std::isfinite(pixels) || std::abs(pixels) > kMaxPixels)
+        return std::nullopt;
+    return static_cast<int>(std::lround(pixels));
+}
+
+std::optional<int> StoredLength(const Settings &settings, const QString &section, const QString &key)
+{
+    const std::optional<int> pixels = StoredPosition(settings, section, key);
+    return pixels && *pixels > 0 ? pixels : std::nullopt;
+}
+
+bool IsSizable(const QWidget &window)
+{
+    const bool layoutFixesIt = window.layout() && window.layout()->sizeConstraint() == QLayout::SetFixedSize;
+    return !layoutFixesIt && window.minimumSize() != window.maximumSize();
+}
+
+bool HasPosition()
+{
+    return !QGuiApplication::platformName().startsWith("wayland"_L1);
+}
+
+/// Whether enough of the window's top edge is on a screen to take hold of it.
+bool IsReachable(const QRect &frame)
+{
+    constexpr int kHandle = 40;
+    const QRect top(frame.left(), frame.top(), frame.width(), kHandle / 2);
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    return std::any_of(screens.begin(), screens.end(), [&top](const QScreen *screen) {
+        const QRect visible = screen->availableGeometry().intersected(top);
+        return visible.width() >= kHandle && !visible.isEmpty();
+    });
+}
+
+QString WidthsSection(const QTreeView &list)
+{
+    return list.objectName() + " Column Widths"_L1;
+}
+
+QString Caption(const QTreeView &list, int column)
+{
+    return list.model()->headerData(column, Qt::Horizontal).toString();
+}
+
+} // namespace
+
+void SaveWindowPosition(Settings &settings, const QWidget &window)
+{
+    if (window.isMinimized() || window.isMaximized() || window.isFullScreen())
+        return;
+    const QString section = window.objectName();
+    if (HasPosition()) {
+        SaveLength(settings, section, u"Left"_s, window.x());
+        SaveLength(settings, section, u"Top"_s, window.y());
+    }
+    if (IsSizable(window)) {
+        SaveLength(settings, section, u"Width"_s, window.width());
+        SaveLength(settings, section, u"Height"_s, window.height());
+    }
+}
+
+void RestoreWindowPosition(const Settings &settings, QWidget &window)
+{
+    const QString section = window.objectName();
+    if (IsSizable(window)) {
+        const int width = StoredLength(settings, section, u"Width"_s).value_or(window.width());
+        const int height = StoredLength(settings, section, u"Height"_s).value_or(window.height());
+        const QSize most = window.screen()->availableGeometry().size();
+        window.resize(QSize(width, height).boundedTo(most));
+    }
+    if (!HasPosition())
+        return;
+    const std::optional<int> left = StoredPosition(settings, section, u"Left"_s);
+    const std::optional<int> top = StoredPosition(settings, section, u"Top"_s);
+    if (!left && !top)
+        return;
+    QPoint position(left.value_or(window.x()), top.value_or(window.y()));
+    if (!IsReachable(QRect(position, window.size()))) {
+        const QRect screen = window.screen()->availableGeometry();
+        position.setX(qBound(screen.left(), position.x(), qMax(screen.left(), screen.right() - window.width())));
+        position.setY(qBound(screen.top(), position.y(), qMax(screen.top(), screen.bottom() - window.height())));
+    }
+    window.move(position);
+}
+
+void SaveControlSize(Settings &settings, const QWidget &control)
+{
+    const QString section = control.objectName();
+    SaveLength(settings, section, u"Left"_s, control.x());
+    SaveLength(settings, section, u"Top"_s, control.y());
+    SaveLength(settings, section, u"Width"_s, control.width());
+    SaveLength(settings, section, u"Height"_s, control.height());
+}
+
+std::optional<QSize> StoredControlSize(const Settings &settings, const QWidget &control)
+{
+    const std::optional<int> width = StoredLength(settings, control.objectName(), u"Width"_s);
+    const std::optional<int> height = StoredLength(settings, control.objectName(), u"Height"_s);
+    return width && height ? std::optional(QSize(*width, *height)) : std::nullopt;
+}
+
+void SaveColumnWidths(Settings &settings, const QTreeView &list)
+{
+    for (int column = 0; column < list.model()->columnCount(); ++column)
+        SaveLength(settings, WidthsSection(list), Caption(list, column), list.columnWidth(column));
+}
+
+void RestoreColumnWidths(const Settings &settings, QTreeView &list)
+{
+    for (int column = 0; column < list.model()->columnCount(); ++column) {
+        if (const auto width = StoredLength(settings, WidthsSection(list), Caption(list, column)))
+            list.setColumnWidth(column, *width);
+    }
+}
+
+int CountSelectedItems(const QAbstractItemView &list)
+{
+    return static_cast<int>(list.selectionModel()->selectedRows().size());
+}
+
+void SelectComboItemByData(QComboBox &combo, int data)
+{
+    combo.setCurrentIndex(combo.findData(data));
+}
+
+void SetUpReport(QTreeView &list)
+{
+    list.setRootIsDecorated(false);
+    list.setItemsExpandable(false);
+    list.setUniformRowHeights(true);
+    list.setAllColumnsShowFocus(true);
+    list.setTabKeyNavigation(false);
+    list.setSelectionBehavior(QAbstractItemView::SelectRows);
+}
+
+} // namespace Controls

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QSize>
+
+#include <optional>
+
+class QAbstractItemView;
+class QComboBox;
+class QTreeView;
+class QWidget;
+class Settings;
+
+/// What the windows share: where a window was and how wide the columns of its list were, kept in the settings in
+/// twips (1/1440 inch, 15 to a device-independent pixel), and small helpers for lists and combo boxes. A window, a
+/// control or a list goes by its object name.
+namespace Controls {
+
+inline constexpr int kTwipsPerPixel = 15;
+
+/// Keys "Left" and "Top", and for a window that can be resized "Width" and "Height". Nothing is written while the
+/// window is minimised or maximised; positions neither on Wayland, which has none to give.
+void SaveWindowPosition(Settings &settings, const QWidget &window);
+
+/// A value that is missing, no number, not positive where it is a size, or absurd is passed over. A window that would
+/// lie off every screen is moved onto one.
+void RestoreWindowPosition(const Settings &settings, QWidget &window);
+
+void SaveControlSize(Settings &settings, const QWidget &control);
+
+/// The size that SaveControlSize kept, in pixels, where both its values are good.
+[[nodiscard]] std::optional<QSize> StoredControlSize(const Settings &settings, const QWidget &control);
+
+/// Section "<list> Column Widths", a key a column: its caption.
+void SaveColumnWidths(Settings &settings, const QTreeView &list);
+void RestoreColumnWidths(const Settings &settings, QTreeView &list);
+
+[[nodiscard]] int CountSelectedItems(const QAbstractItemView &list);
+
+/// Makes the first item whose data is `data` current, or none when there is no such item.
+void SelectComboItemByData(QComboBox &combo, int data);
+
+/// Gives a tree view the look and the keys of a report: whole rows, no tree, one Tab stop.
+void SetUpReport(QTreeView &list);
+
+} // namespace Controls

@@ -1,0 +1,55 @@
+#include "SelectAllOnFocus.h"
+
+#include <QFocusEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+namespace {
+
+void SelectAll(QWidget *textBox)
+{
+    if (auto *line = qobject_cast<QLineEdit *>(textBox))
+        line->selectAll();
+    else if (auto *text = qobject_cast<QPlainTextEdit *>(textBox))
+        text->selectAll();
+}
+
+bool HasSelection(const QWidget *textBox)
+{
+    if (const auto *line = qobject_cast<const QLineEdit *>(textBox))
+        return line->hasSelectedText();
+    const auto *text = qobject_cast<const QPlainTextEdit *>(textBox);
+    return text && text->textCursor().hasSelection();
+}
+
+} // namespace
+
+SelectAllOnFocus::SelectAllOnFocus(QWidget *textBox)
+    : QObject(textBox)
+    , m_textBox(textBox)
+{
+    textBox->installEventFilter(this);
+    // The clicks of a scrolling text box go to its viewport.
+    if (auto *area = qobject_cast<QAbstractScrollArea *>(textBox))
+        area->viewport()->installEventFilter(this);
+}
+
+bool SelectAllOnFocus::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn && watched == m_textBox) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        m_clickBroughtFocus = reason == Qt::MouseFocusReason;
+        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
+            QMetaObject::invokeMethod(this, [this] { SelectAll(m_textBox); }, Qt::QueuedConnection);
+    } else if (event->type() == QEvent::MouseButtonRelease && std::exchange(m_clickBroughtFocus, false)) {
+        // The press sets the caret, so a click selects when it ends, unless it was a drag that selected a part.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (!HasSelection(m_textBox))
+                    SelectAll(m_textBox);
+            },
+            Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+}

@@ -1,0 +1,86 @@
+#include "WidgetPrompts.h"
+
+#include "FileFilters.h"
+#include "Version.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QWidget *ParentOf(QObject *owner)
+{
+    auto *widget = qobject_cast<QWidget *>(owner);
+    return widget && widget->isVisible() ? widget : QApplication::activeWindow();
+}
+
+QMessageBox::Icon IconOf(PromptIcon icon)
+{
+    switch (icon) {
+    case PromptIcon::None:
+        break;
+    case PromptIcon::Information:
+        return QMessageBox::Information;
+    case PromptIcon::Question:
+        return QMessageBox::Question;
+    case PromptIcon::Exclamation:
+        return QMessageBox::Warning;
+    case PromptIcon::Critical:
+        return QMessageBox::Critical;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QString Run(QFileDialog &dialog, const FileDialogRequest &request)
+{
+    dialog.setWindowModality(Qt::ApplicationModal);
+    dialog.setNameFilters(FileFilters::ForQt(request.filter));
+    const QFileInfo initial(request.initialPath);
+    dialog.setDirectory(initial.path());
+    if (!initial.fileName().isEmpty())
+        dialog.selectFile(initial.fileName());
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+} // namespace
+
+PromptAnswer WidgetPrompts::ShowMessageBox(const MessageBoxRequest &request, QObject *owner)
+{
+    const bool asksYesNo = request.buttons == PromptButtons::YesNo;
+    QString text = request.text;
+    text.replace("\r\n"_L1, "\n"_L1);
+    QMessageBox box(IconOf(request.icon), request.caption.isEmpty() ? ApplicationTitle() : request.caption, text,
+                    asksYesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, ParentOf(owner));
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    box.setWindowModality(Qt::ApplicationModal);
+    if (asksYesNo) {
+        box.setDefaultButton(QMessageBox::Yes);
+        box.setEscapeButton(QMessageBox::No);
+    }
+    const int answer = box.exec();
+    if (!asksYesNo)
+        return PromptAnswer::Ok;
+    return answer == QMessageBox::Yes ? PromptAnswer::Yes : PromptAnswer::No;
+}
+
+QString WidgetPrompts::AskOpenFile(const FileDialogRequest &request, QObject *owner)
+{
+    QFileDialog dialog(ParentOf(owner), request.title);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return Run(dialog, request);
+}
+
+QString WidgetPrompts::AskSaveFile(const FileDialogRequest &request, QObject *owner)
+{
+    QFileDialog dialog(ParentOf(owner), request.title);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    // The dialog adds the extension before it looks whether the file exists.
+    dialog.setDefaultSuffix(FileFilters::DefaultExtension(request.filter));
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.confirmOverwrite);
+    return Run(dialog, request);
+}
