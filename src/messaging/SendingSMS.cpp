@@ -23,7 +23,7 @@ QString Tr(const char *text)
 /// Posts a document and returns with the post at its end.
 void Run(CGIPost &post, const Gateway &gateway, const QString &document, QObject *owner)
 {
-    post.SetUrl(VendorSite::Url(gateway.settings, QString::fromUtf16(VendorSite::kGatewayPath)));
+    post.SetUrl(VendorSite::Url(gateway.settings, VendorSite::kGatewayPath));
     post.SetParameters(FormBody(document));
     // Whatever happens next, what the user typed is safe.
     gateway.settings.Flush();

@@ -3,8 +3,8 @@
 #include "Error.h"
 #include "LxCountryList.h"
 #include "LxGroup.h"
-#include "LxText.h"
 #include "PhoneNumbers.h"
+#include "Utils.h"
 
 #include <QCoreApplication>
 
@@ -39,7 +39,7 @@ LxContact::LxContact(Private, const LxCountryList &countries)
 
 void LxContact::SetName(const QString &name)
 {
-    m_name = LxText::Cut(name, NameMaxLength);
+    m_name = Utils::Cut(name, NameMaxLength);
 }
 
 void LxContact::SetCountryCode(int code)

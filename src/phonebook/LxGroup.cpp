@@ -2,7 +2,7 @@
 
 #include "Error.h"
 #include "LxContactList.h"
-#include "LxText.h"
+#include "Utils.h"
 
 #include <QCoreApplication>
 
@@ -26,7 +26,7 @@ void LxGroup::SetName(const QString &name)
 
 QString LxGroup::CleanName(QString name)
 {
-    return LxText::Cut(name.remove(u';'), NameMaxLength);
+    return Utils::Cut(name.remove(u';'), NameMaxLength);
 }
 
 void LxGroup::Add(const LxContactPtr &contact)

@@ -39,6 +39,15 @@ QString GetUserName()
     return entry ? QFile::decodeName(entry->pw_name) : QString();
 }
 
+QString Cut(const QString &text, qsizetype length)
+{
+    if (text.size() <= length)
+        return text;
+    if (length > 0 && text[length - 1].isHighSurrogate())
+        --length;
+    return text.first(length);
+}
+
 bool FileExists(const QString &path)
 {
     return QFile::exists(path);

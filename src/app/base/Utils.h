@@ -26,6 +26,9 @@ template <typename T>
     return value == T() ? std::move(fallback) : std::move(value);
 }
 
+/// The first `length` UTF-16 units of the text, one less where that would split a surrogate pair.
+[[nodiscard]] QString Cut(const QString &text, qsizetype length);
+
 /// True when the file can be found, also when it may not be opened.
 [[nodiscard]] bool FileExists(const QString &path);
 

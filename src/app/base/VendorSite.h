@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLatin1StringView>
 #include <QString>
 
 class Settings;
@@ -12,9 +13,9 @@ namespace VendorSite {
 /// Raises number 5, source "Corvane.VendorSite", when that host is not valid.
 [[nodiscard]] QString Url(const Settings &settings, const QString &path);
 
-inline constexpr auto kGatewayPath = u"/brevio/gateway/gateway.php";
-inline constexpr auto kOrderPath = u"/brevio/order.html";
-inline constexpr auto kHelpPath = u"/brevio/help.html";
-inline constexpr auto kGuaranteePath = u"/brevio/guarantee.html";
+inline constexpr QLatin1StringView kGatewayPath("/brevio/gateway/gateway.php");
+inline constexpr QLatin1StringView kOrderPath("/brevio/order.html");
+inline constexpr QLatin1StringView kHelpPath("/brevio/help.html");
+inline constexpr QLatin1StringView kGuaranteePath("/brevio/guarantee.html");
 
 } // namespace VendorSite

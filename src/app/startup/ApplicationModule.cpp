@@ -1,0 +1,90 @@
+#include "ApplicationModule.h"
+
+#include "Compose.h"
+#include "Error.h"
+#include "LxCountryList.h"
+#include "PhoneBook.h"
+#include "PostModule.h"
+#include "Prompts.h"
+#include "Settings.h"
+#include "SingleInstance.h"
+#include "UpgradeSettings.h"
+#include "Version.h"
+
+#include <QCoreApplication>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString Tr(const char *text)
+{
+    return QCoreApplication::translate("ApplicationModule", text);
+}
+
+} // namespace
+
+/// Everything that lives as long as the program, each after what it needs.
+struct ApplicationModule::Program
+{
+    explicit Program(const Seams &seams)
+        : settings(Settings::DefaultFileName(), seams.prompts)
+        , posts{seams.internetSettings}
+    {
+    }
+
+    LxCountryList countries;
+    Settings settings;
+    PostModule posts;
+    std::optional<PhoneBook> phoneBook;
+    std::optional<Compose> compose;
+};
+
+ApplicationModule::ApplicationModule(const Seams &seams, QString programFolder, QStringList arguments)
+    : m_seams(seams)
+    , m_programFolder(std::move(programFolder))
+    , m_arguments(std::move(arguments))
+    , m_instance(std::make_unique<SingleInstance>())
+{
+}
+
+ApplicationModule::~ApplicationModule() = default;
+
+bool ApplicationModule::Main()
+{
+    if (!m_instance->TryToBecome()) {
+        const QString title = ApplicationTitle();
+        m_seams.prompts.ShowMessageBox({title + Tr(" is already running.") + u"\r\n\r\n"_s + Tr("Please select ")
+                                            + title + Tr(" from the task bar to continue."),
+                                        PromptIcon::Information});
+        return false;
+    }
+    m_program = std::make_unique<Program>(m_seams);
+    m_program->countries.LoadCountries(m_programFolder, m_arguments, m_seams.prompts);
+    UpgradeSettings(m_program->settings);
+    m_program->phoneBook.emplace(PhoneBook::Services{m_program->countries, m_seams.clock, m_seams.prompts,
+                                                     m_seams.shell, m_program->settings});
+    OpenPhoneBook();
+    m_program->compose.emplace(Compose::Services{{m_program->settings, m_program->posts, m_seams.postRunner},
+                                                 m_program->countries,
+                                                 m_seams.prompts,
+                                                 m_seams.shell,
+                                                 *m_program->phoneBook});
+    m_program->compose->show();
+    return true;
+}
+
+void ApplicationModule::OpenPhoneBook()
+{
+    try {
+        m_program->phoneBook->LoadData();
+    } catch (const Error &error) {
+        // No reason not to start: what is in memory serves, and the file is kept beside the next save.
+        m_seams.prompts.ShowMessageBox({Tr("Problem reading from the phone book: ") + error.Description()
+                                            + u"\r\n\r\n"_s + Tr("The phonebook file is: ") + u"\r\n\r\n"_s
+                                            + LxPhoneBook::DefaultFileName(),
+                                        PromptIcon::Exclamation});
+    }
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class Clock;
+class InternetSettings;
+class PostRunner;
+class Prompts;
+class Shell;
+class SingleInstance;
+
+/// Start-up, and what lives as long as the program: the settings, the country list, the phone book window and the
+/// compose window.
+class ApplicationModule final
+{
+public:
+    /// The machine and the user; all of it must outlive the module.
+    struct Seams
+    {
+        Prompts &prompts;
+        Shell &shell;
+        Clock &clock;
+        InternetSettings &internetSettings;
+        PostRunner &postRunner;
+    };
+
+    /// `programFolder` holds the country table; `arguments` are those after the program's name.
+    ApplicationModule(const Seams &seams, QString programFolder, QStringList arguments);
+    ~ApplicationModule();
+
+    /// Shows the compose window, after which the program lives until its last window closes. False when another copy
+    /// runs, which is told; nothing is then made or written.
+    [[nodiscard]] bool Main();
+
+private:
+    struct Program;
+
+    void OpenPhoneBook();
+
+    Seams m_seams;
+    QString m_programFolder;
+    QStringList m_arguments;
+    std::unique_ptr<SingleInstance> m_instance;
+    std::unique_ptr<Program> m_program;
+};

@@ -1,0 +1,30 @@
+#include "About.h"
+
+#include "Icons.h"
+#include "Shell.h"
+#include "VendorPages.h"
+#include "Version.h"
+#include "ui_About.h"
+
+using namespace Qt::StringLiterals;
+
+About::About(const Settings &settings, Shell &shell, Prompts &prompts, QWidget *parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::About>())
+{
+    m_ui->setupUi(this);
+    setWindowModality(Qt::ApplicationModal);
+    m_ui->imgProgram->setPixmap(Icons::Get("brevio"_L1).pixmap(QSize(64, 64), devicePixelRatio()));
+    m_ui->lblVersion->setText(tr("Version %1").arg(VersionText(ProgramVersion())));
+    QFont large = m_ui->lblName->font();
+    large.setBold(true);
+    large.setPointSizeF(large.pointSizeF() * 1.6);
+    m_ui->lblName->setFont(large);
+    connect(m_ui->lblWebSite, &QLabel::linkActivated, this,
+            [this, &settings, &shell, &prompts] { VendorPages::Open(u"/"_s, settings, shell, prompts, this); });
+    connect(m_ui->lblSupport, &QLabel::linkActivated, this,
+            [&shell](const QString &address) { shell.OpenWithShell(address); });
+    connect(m_ui->cmdClose, &QPushButton::clicked, this, &About::accept);
+}
+
+About::~About() = default;

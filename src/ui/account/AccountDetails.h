@@ -1,0 +1,40 @@
+#pragma once
+
+#include "AccountSettings.h"
+#include "SendingSMS.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class Shell;
+namespace Ui {
+class AccountDetails;
+}
+
+/// The user's account: name, password and reply-to address, its balance, and the way to buy messages. User name and
+/// password are stored as they are typed, so Cancel does not undo them; the reply-to address waits for OK.
+class AccountDetails final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    AccountDetails(const SendingSMS::Gateway &gateway, Prompts &prompts, Shell &shell, QWidget *parent);
+    ~AccountDetails() override;
+
+    void accept() override;
+
+private:
+    void ConnectControls();
+    void EnableButtons();
+    void ShowBalance();
+    void TellBalance(const QString &username, const SendingSMS::Reply &reply);
+
+    SendingSMS::Gateway m_gateway;
+    Prompts &m_prompts;
+    Shell &m_shell;
+    AccountSettings m_account;
+    std::unique_ptr<Ui::AccountDetails> m_ui;
+    /// What the reply-to box shows while there is no address; never stored.
+    QString m_hint;
+};

@@ -1,0 +1,258 @@
+#include "Compose.h"
+
+#include "About.h"
+#include "AccountDetails.h"
+#include "Controls.h"
+#include "Error.h"
+#include "LxCountryList.h"
+#include "OrderPage.h"
+#include "PhoneBook.h"
+#include "PhoneNumbers.h"
+#include "Prompts.h"
+#include "SelectAllOnFocus.h"
+#include "SendResults.h"
+#include "Settings.h"
+#include "VendorPages.h"
+#include "VendorSite.h"
+#include "ui_Compose.h"
+
+#include <QCloseEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kSection = u"Compose"_s;
+const QString kTextKey = u"Text"_s;
+
+} // namespace
+
+Compose::Compose(const Services &services)
+    : m_services(services)
+    , m_account(services.gateway.settings)
+    , m_ui(std::make_unique<Ui::Compose>())
+{
+    m_ui->setupUi(this);
+    m_ui->StatusBar->showMessage(tr("160 characters (1 SMS)"));
+    new SelectAllOnFocus(m_ui->txtTextMessage);
+    ConnectControls();
+    Controls::RestoreWindowPosition(m_services.gateway.settings, *this);
+    LoadDraft();
+    m_ui->cboTo->setFocus();
+}
+
+Compose::~Compose() = default;
+
+void Compose::ConnectControls()
+{
+    connect(m_ui->txtTextMessage, &MessageEdit::MessageChanged, this, &Compose::TextChanged);
+    connect(m_ui->mnuFile, &QMenu::aboutToShow, this, &Compose::EnableSending);
+    connect(m_ui->cmdSend, &QPushButton::clicked, this, &Compose::Send);
+    connect(m_ui->mnuSend, &QAction::triggered, this, &Compose::Send);
+    connect(m_ui->cmdPhoneBook, &QPushButton::clicked, this, &Compose::ShowPhoneBook);
+    connect(m_ui->mnuPhoneBook, &QAction::triggered, this, &Compose::ShowPhoneBook);
+    connect(m_ui->mnuAccount, &QAction::triggered, this, &Compose::ShowAccount);
+    connect(m_ui->mnuOnlineHelp, &QAction::triggered, this, [this] {
+        VendorPages::Open(VendorSite::kHelpPath, m_services.gateway.settings, m_services.shell, m_services.prompts,
+                          this);
+    });
+    connect(m_ui->mnuAbout, &QAction::triggered, this,
+            [this] { About(m_services.gateway.settings, m_services.shell, m_services.prompts, this).exec(); });
+    connect(m_ui->mnuExit, &QAction::triggered, this, &Compose::close);
+    m_ui->cmdSend->installEventFilter(this);
+}
+
+void Compose::LoadDraft()
+{
+    m_message.SetText(m_ui->txtTextMessage->MessageText());
+    Count();
+    m_ui->txtTextMessage->SetMessageText(m_services.gateway.settings.Get(kSection, kTextKey));
+}
+
+void Compose::Count()
+{
+    const QString &text = m_message.Text();
+    EnableSending();
+    if (text.isEmpty()) {
+        SetStatus(tr("Please enter a text message to send"));
+        return;
+    }
+    const qsizetype parts = m_message.MessageParts().size();
+    const QString length = QString::number(text.size()) + tr(" characters");
+    SetStatus(parts == 1 ? length + tr(" in 1 text message")
+                         : length + tr(" in ") + QString::number(parts) + tr(" text messages"));
+}
+
+void Compose::SetStatus(const QString &text)
+{
+    m_ui->StatusBar->showMessage(text);
+}
+
+void Compose::TextChanged(const QString &invalidChars)
+{
+    m_message.SetText(m_ui->txtTextMessage->MessageText());
+    Count();
+    if (!invalidChars.isEmpty())
+        SetStatus(tr("Character ") + invalidChars + tr(" not allowed in text messages!"));
+}
+
+void Compose::EnableSending()
+{
+    const bool enabled = !m_message.Text().isEmpty() && !m_isSending;
+    m_ui->cmdSend->setEnabled(enabled);
+    m_ui->mnuSend->setEnabled(enabled);
+}
+
+bool Compose::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        m_ui->cboTo->Refill(m_services.phoneBook.ReadOnlyPhoneBook());
+    return QMainWindow::event(event);
+}
+
+bool Compose::eventFilter(QObject *watched, QEvent *event)
+{
+    // The second press of a double click is no wish to send the message again.
+    if (watched == m_ui->cmdSend && event->type() == QEvent::MouseButtonDblClick)
+        return true;
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void Compose::Send()
+{
+    if (m_isSending)
+        return;
+    m_isSending = true;
+    EnableSending();
+    try {
+        SendNow();
+    } catch (const Error &error) {
+        m_services.prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, this);
+        SetStatus(tr("Message failed"));
+    }
+    m_isSending = false;
+    EnableSending();
+}
+
+void Compose::SendNow()
+{
+    if (m_message.Text().isEmpty()) {
+        m_services.prompts.ShowMessageBox({tr("Please enter a text message."), PromptIcon::Exclamation}, this);
+        m_ui->txtTextMessage->setFocus();
+        return;
+    }
+    const std::optional<LxContactList> recipients = Recipients();
+    if (!recipients)
+        return;
+    if (m_account.Username().isEmpty()) {
+        OfferToBuyMessages();
+        return;
+    }
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    TellOutcome(SendingSMS::SendMessage(
+        m_services.gateway, m_services.prompts,
+        {m_account.Username(), m_account.Password(), m_account.ReplyEmailAddress()}, *recipients, m_message,
+        [this](const LxMessageRequests &requests) { ShowSendResults(requests); }, this));
+    m_ui->cboTo->setFocus();
+}
+
+std::optional<LxContactList> Compose::Recipients()
+{
+    const std::optional<int> number = m_ui->cboTo->SelectedNumber();
+    if (number && *number < 0)
+        return m_services.phoneBook.GetGroup(-*number).ContactList();
+    const LxContactPtr contact =
+        number ? m_services.phoneBook.GetContact(*number) : NewRecipient(m_ui->cboTo->currentText());
+    if (!contact)
+        return std::nullopt;
+    LxContactList recipients;
+    recipients.SetName(contact->Name());
+    recipients.Add(contact);
+    return recipients;
+}
+
+LxContactPtr Compose::NewRecipient(const QString &typed)
+{
+    LxPhoneBook &phoneBook = m_services.phoneBook.ReadOnlyPhoneBook();
+    const LxContactPtr contact = phoneBook.CreateContact();
+    if (m_services.countries.CountryExists(PhoneNumbers::kDefaultCountryCode))
+        contact->SetCountryCode(PhoneNumbers::kDefaultCountryCode);
+    const bool isNumber = PhoneNumbers::IsValidPhoneNumber(PhoneNumbers::CleanPhoneNumber(typed));
+    constexpr bool kIsNew = true;
+    constexpr bool kAddToCurrentGroup = false;
+    if (!m_services.phoneBook.EditContact(contact, kIsNew, typed, isNumber ? typed : QString(), kAddToCurrentGroup,
+                                          this))
+        return nullptr;
+    m_ui->cboTo->Refill(phoneBook);
+    m_ui->cboTo->Pick(contact->ContactID());
+    return contact;
+}
+
+void Compose::OfferToBuyMessages()
+{
+    const QString text = tr("Please buy some messages to continue.") + u"\r\n\r\n"_s
+        + tr("If you have already bought messages then please enter your account details sent to you by email, "
+             "subject \"Brevio Account\".")
+        + u"\r\n\r\n"_s + tr("Do you want to buy messages online now?");
+    const PromptAnswer answer =
+        m_services.prompts.ShowMessageBox({text, PromptIcon::Information, PromptButtons::YesNo}, this);
+    if (answer == PromptAnswer::Yes)
+        OrderPage::BuyMessages(m_services.gateway.settings, m_services.shell, m_services.prompts, this);
+    SetStatus(tr("Sending cancelled!"));
+}
+
+void Compose::TellOutcome(const SendingSMS::SendOutcome &outcome)
+{
+    QString text = outcome.isSent ? tr("Message sent") : tr("Message failed");
+    if (outcome.balance >= 0)
+        text += u". "_s + QString::number(outcome.balance) + tr(" messages remaining");
+    SetStatus(text);
+}
+
+void Compose::ShowSendResults(const LxMessageRequests &requests)
+{
+    SendResults results(m_services.gateway.settings, m_services.prompts, this);
+    results.Results(requests);
+    results.exec();
+}
+
+void Compose::ShowPhoneBook()
+{
+    m_services.phoneBook.show();
+    m_services.phoneBook.raise();
+    m_services.phoneBook.activateWindow();
+}
+
+void Compose::ShowAccount()
+{
+    AccountDetails account(m_services.gateway, m_services.prompts, m_services.shell, this);
+    if (account.exec() == QDialog::Accepted && !m_account.Username().isEmpty())
+        RefreshBalance();
+}
+
+void Compose::RefreshBalance()
+{
+    try {
+        const SendingSMS::Reply reply =
+            SendingSMS::GetBalance(m_services.gateway, m_account.Username(), m_account.Password(), this);
+        if (reply.code == SendingSMS::ResultCode::kSuccess && reply.balance >= 0)
+            SetStatus(QString::number(reply.balance) + tr(" Messages Remaining"));
+    } catch (const Error &error) {
+        m_services.prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, this);
+    }
+}
+
+void Compose::closeEvent(QCloseEvent *event)
+{
+    if (m_isSending) {
+        event->ignore();
+        return;
+    }
+    Settings &settings = m_services.gateway.settings;
+    // The draft comes first: whatever else fails, the text is kept.
+    settings.Save(kSection, kTextKey, m_ui->txtTextMessage->MessageText());
+    Controls::SaveWindowPosition(settings, *this);
+    settings.Flush();
+    m_services.phoneBook.CloseForGood();
+    event->accept();
+}

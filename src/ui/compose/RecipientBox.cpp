@@ -1,0 +1,94 @@
+#include "RecipientBox.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QWheelEvent>
+
+RecipientBox::RecipientBox(QWidget *parent)
+    : QComboBox(parent)
+    , m_recipients(new RecipientModel(this))
+{
+    setEditable(true);
+    setInsertPolicy(QComboBox::NoInsert);
+    setCompleter(nullptr);
+    // Measuring 100,000 names would cost more than all the rest of a refill.
+    setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    auto *list = new QListView(this);
+    list->setUniformItemSizes(true);
+    setView(list);
+    setModel(m_recipients);
+    lineEdit()->installEventFilter(this);
+    connect(lineEdit(), &QLineEdit::textEdited, this, &RecipientBox::Complete);
+}
+
+void RecipientBox::Refill(const LxPhoneBook &phoneBook)
+{
+    RecipientModel::Items items = RecipientModel::ItemsOf(phoneBook);
+    if (view()->isVisible())
+        m_waitingItems = std::move(items);
+    else
+        SetItems(std::move(items));
+}
+
+void RecipientBox::SetItems(RecipientModel::Items items)
+{
+    if (items == m_recipients->CurrentItems())
+        return;
+    const std::optional<int> picked = currentIndex() >= 0 ? std::optional(currentData().toInt()) : std::nullopt;
+    const QString text = currentText();
+    const int caret = lineEdit()->cursorPosition();
+    m_recipients->SetItems(std::move(items));
+    setCurrentIndex(picked ? m_recipients->FindByNumber(*picked) : -1);
+    setEditText(text);
+    lineEdit()->setCursorPosition(caret);
+}
+
+std::optional<int> RecipientBox::SelectedNumber() const
+{
+    const RecipientModel::Items &items = m_recipients->CurrentItems();
+    int row = currentIndex();
+    if (row < 0 || items[static_cast<size_t>(row)].name != currentText())
+        row = m_recipients->FindByName(currentText());
+    return row < 0 ? std::nullopt : std::optional(items[static_cast<size_t>(row)].number);
+}
+
+void RecipientBox::Pick(int number)
+{
+    setCurrentIndex(m_recipients->FindByNumber(number));
+}
+
+void RecipientBox::hidePopup()
+{
+    QComboBox::hidePopup();
+    if (m_waitingItems)
+        SetItems(*std::exchange(m_waitingItems, std::nullopt));
+}
+
+void RecipientBox::Complete(const QString &text)
+{
+    const bool isAtEnd = lineEdit()->cursorPosition() == text.size();
+    if (!m_mayComplete || text.isEmpty() || !isAtEnd)
+        return;
+    const int row = m_recipients->FindByPrefix(text);
+    if (row < 0)
+        return;
+    const QString name = m_recipients->CurrentItems()[static_cast<size_t>(row)].name;
+    lineEdit()->setText(text + name.sliced(text.size()));
+    lineEdit()->setSelection(static_cast<int>(text.size()), static_cast<int>(name.size() - text.size()));
+}
+
+bool RecipientBox::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == lineEdit() && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        m_mayComplete = key != Qt::Key_Backspace && key != Qt::Key_Delete;
+    }
+    return QComboBox::eventFilter(watched, event);
+}
+
+void RecipientBox::wheelEvent(QWheelEvent *event)
+{
+    // Scrolling past the box must not change whom a message goes to.
+    event->ignore();
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "RecipientModel.h"
+
+#include <QComboBox>
+
+#include <optional>
+
+class LxPhoneBook;
+
+/// The "To" box: a typed number or name, or one picked from the phone book. It completes what the user types to the
+/// first name that begins so, with the completed tail selected; after Backspace and Delete it does not.
+class RecipientBox final : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit RecipientBox(QWidget *parent = nullptr);
+
+    /// Lists the phone book as it is now. Text, caret and a pick that still exists stay. Waits while the list is open.
+    void Refill(const LxPhoneBook &phoneBook);
+
+    /// The number of the item that was picked, while the box still shows its text, or of the first item with the
+    /// box's text, case ignored; none for any other text.
+    [[nodiscard]] std::optional<int> SelectedNumber() const;
+
+    /// Picks the item of this number, whose name the box then shows.
+    void Pick(int number);
+
+    void hidePopup() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+protected:
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    void SetItems(RecipientModel::Items items);
+    void Complete(const QString &text);
+
+    RecipientModel *m_recipients;
+    /// What came while the list was open.
+    std::optional<RecipientModel::Items> m_waitingItems;
+    bool m_mayComplete = true;
+};

@@ -1,0 +1,80 @@
+#include "RecipientModel.h"
+
+#include "Icons.h"
+#include "LxGroup.h"
+#include "LxPhoneBook.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+RecipientModel::RecipientModel(QObject *parent)
+    : QAbstractListModel(parent)
+    , m_contactIcon(Icons::Get("contact"_L1))
+    , m_groupIcon(Icons::Get("group"_L1))
+{
+}
+
+RecipientModel::Items RecipientModel::ItemsOf(const LxPhoneBook &phoneBook)
+{
+    const LxGroupList groups = phoneBook.GroupsExcludingAllContacts();
+    Items items;
+    items.reserve(static_cast<size_t>(phoneBook.AllContacts().Count() + groups.Count()));
+    for (const LxContactPtr &contact : phoneBook.AllContacts())
+        items.push_back({contact->ContactID(), contact->Name()});
+    for (const LxGroup *group : groups)
+        items.push_back({-group->GroupID(), group->Name()});
+    return items;
+}
+
+void RecipientModel::SetItems(Items items)
+{
+    beginResetModel();
+    m_items = std::move(items);
+    endResetModel();
+}
+
+template <typename Predicate>
+int RecipientModel::FindIf(Predicate predicate) const
+{
+    const auto it = std::find_if(m_items.begin(), m_items.end(), predicate);
+    return it == m_items.end() ? -1 : static_cast<int>(it - m_items.begin());
+}
+
+int RecipientModel::FindByName(const QString &name) const
+{
+    return FindIf([&name](const Item &item) { return item.name.compare(name, Qt::CaseInsensitive) == 0; });
+}
+
+int RecipientModel::FindByPrefix(const QString &text) const
+{
+    return FindIf([&text](const Item &item) { return item.name.startsWith(text, Qt::CaseInsensitive); });
+}
+
+int RecipientModel::FindByNumber(int number) const
+{
+    return FindIf([number](const Item &item) { return item.number == number; });
+}
+
+int RecipientModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_items.size());
+}
+
+QVariant RecipientModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const Item &item = m_items[static_cast<size_t>(index.row())];
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return item.name;
+    case Qt::DecorationRole:
+        return item.number < 0 ? m_groupIcon : m_contactIcon;
+    case Qt::UserRole:
+        return item.number;
+    default:
+        return {};
+    }
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QVariant>
+
+#include <optional>
+#include <vector>
+
+class LxPhoneBook;
+
+/// Whom a message can go to: every contact, then every group but "Everyone". An item's number is the contact's
+/// identity, or the group's, negated.
+class RecipientModel final : public QAbstractListModel
+{
+    Q_OBJECT
+
+public:
+    struct Item
+    {
+        int number = 0;
+        QString name;
+
+        bool operator==(const Item &) const = default;
+    };
+    using Items = std::vector<Item>;
+
+    explicit RecipientModel(QObject *parent);
+
+    [[nodiscard]] static Items ItemsOf(const LxPhoneBook &phoneBook);
+
+    [[nodiscard]] const Items &CurrentItems() const { return m_items; }
+    void SetItems(Items items);
+
+    /// The row of the first name that equals `name`, case ignored, or -1.
+    [[nodiscard]] int FindByName(const QString &name) const;
+    /// The row of the first name that begins with `text`, case ignored, or -1.
+    [[nodiscard]] int FindByPrefix(const QString &text) const;
+    /// The row of the item with this number, or -1.
+    [[nodiscard]] int FindByNumber(int number) const;
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+
+private:
+    template <typename Predicate>
+    [[nodiscard]] int FindIf(Predicate predicate) const;
+
+    QVariant m_contactIcon;
+    QVariant m_groupIcon;
+    Items m_items;
+};

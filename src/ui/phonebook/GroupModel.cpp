@@ -1,0 +1,68 @@
+#include "GroupModel.h"
+
+#include "Icons.h"
+#include "LxGroup.h"
+#include "LxPhoneBook.h"
+#include "RowKeys.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+GroupModel::GroupModel(const LxPhoneBook &phoneBook, QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_phoneBook(phoneBook)
+    , m_everyoneIcon(Icons::Get("phonebook"_L1))
+    , m_groupIcon(Icons::Get("group"_L1))
+{
+}
+
+void GroupModel::Fill()
+{
+    beginResetModel();
+    m_rows = {&m_phoneBook.AllContacts()};
+    const LxGroupList others = m_phoneBook.GroupsExcludingAllContacts();
+    m_rows.insert(m_rows.end(), others.begin(), others.end());
+    endResetModel();
+}
+
+int GroupModel::RowOf(int groupID) const
+{
+    const auto it =
+        std::find_if(m_rows.begin(), m_rows.end(), [groupID](const LxGroup *g) { return g->GroupID() == groupID; });
+    return it == m_rows.end() ? -1 : static_cast<int>(it - m_rows.begin());
+}
+
+int GroupModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int GroupModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : 1;
+}
+
+QVariant GroupModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const LxGroup &group = GroupAt(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        return group.Name();
+    case Qt::DecorationRole:
+        return &group == &m_phoneBook.AllContacts() ? m_everyoneIcon : m_groupIcon;
+    case RowKeys::kKeyRole:
+        return RowKeys::OfGroup(group.GroupID());
+    default:
+        return {};
+    }
+}
+
+QVariant GroupModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section != 0)
+        return {};
+    return tr("Group");
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QVariant>
+
+#include <vector>
+
+class LxGroup;
+class LxPhoneBook;
+
+/// "Everyone" and then the user's groups, a row each.
+class GroupModel final : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    GroupModel(const LxPhoneBook &phoneBook, QObject *parent);
+
+    /// Drops every row and shows the groups that the phone book has now.
+    void Fill();
+
+    [[nodiscard]] LxGroup &GroupAt(int row) const { return *m_rows[static_cast<size_t>(row)]; }
+
+    /// The group's row, or -1.
+    [[nodiscard]] int RowOf(int groupID) const;
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    const LxPhoneBook &m_phoneBook;
+    QVariant m_everyoneIcon;
+    QVariant m_groupIcon;
+    std::vector<LxGroup *> m_rows;
+};

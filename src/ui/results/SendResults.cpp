@@ -1,0 +1,70 @@
+#include "SendResults.h"
+
+#include "Controls.h"
+#include "Error.h"
+#include "Prompts.h"
+#include "SaveFile.h"
+#include "SendResultsModel.h"
+#include "Settings.h"
+#include "TextFile.h"
+#include "Utils.h"
+#include "ui_SendResults.h"
+
+using namespace Qt::StringLiterals;
+
+SendResults::SendResults(Settings &settings, Prompts &prompts, QWidget *parent)
+    : QDialog(parent)
+    , m_settings(settings)
+    , m_prompts(prompts)
+    , m_ui(std::make_unique<Ui::SendResults>())
+    , m_results(new SendResultsModel(this))
+{
+    m_ui->setupUi(this);
+    setWindowModality(Qt::ApplicationModal);
+    Controls::SetUpReport(*m_ui->lvwSendResults);
+    m_ui->lvwSendResults->setModel(m_results);
+    connect(m_ui->cmdSave, &QPushButton::clicked, this, &SendResults::SaveAs);
+    connect(m_ui->cmdClose, &QPushButton::clicked, this, &SendResults::accept);
+    Controls::RestoreWindowPosition(m_settings, *this);
+    Controls::RestoreColumnWidths(m_settings, *m_ui->lvwSendResults);
+}
+
+SendResults::~SendResults() = default;
+
+void SendResults::Results(const LxMessageRequests &requests)
+{
+    m_results->SetRequests(requests);
+    m_ui->lvwSendResults->setCurrentIndex(m_results->index(0, 0));
+}
+
+void SendResults::SaveAs()
+{
+    const QString proposal = Utils::MyDocumentsFolder() + u"/Send Results"_s;
+    const QString path = m_prompts.AskSaveFile({.title = tr("Save Results As"),
+                                                .filter = u"CSV (Comma delimited) (*.csv)|*.csv"_s,
+                                                .initialPath = m_settings.Get(u"Send Results"_s, u"File"_s, proposal)},
+                                               this);
+    if (path.isEmpty())
+        return;
+    m_settings.Save(u"Send Results"_s, u"File"_s, path);
+    try {
+        SaveResultsToFile(path);
+    } catch (const Error &error) {
+        m_prompts.ShowMessageBox({.text = tr("The results could not be saved to a file: ") + error.Description(),
+                                  .icon = PromptIcon::Information,
+                                  .caption = tr("Save Results Failed")},
+                                 this);
+    }
+}
+
+void SendResults::SaveResultsToFile(const QString &path) const
+{
+    SaveFile(path, TextFile::Encode(Utils::WriteListAsCsv(*m_results, m_ui->lvwSendResults->isHeaderHidden())));
+}
+
+void SendResults::done(int result)
+{
+    Controls::SaveWindowPosition(m_settings, *this);
+    Controls::SaveColumnWidths(m_settings, *m_ui->lvwSendResults);
+    QDialog::done(result);
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "LxMessageRequest.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class Prompts;
+class SendResultsModel;
+class Settings;
+namespace Ui {
+class SendResults;
+}
+
+/// Lists what became of each message of a send that did not wholly succeed, and saves the list as CSV.
+class SendResults final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    SendResults(Settings &settings, Prompts &prompts, QWidget *parent);
+    ~SendResults() override;
+
+    /// Shows one row a request, in their order.
+    void Results(const LxMessageRequests &requests);
+
+    /// Writes the list with a header line, every field quoted. Raises what SaveFile raises.
+    void SaveResultsToFile(const QString &path) const;
+
+    void done(int result) override;
+
+private:
+    void SaveAs();
+
+    Settings &m_settings;
+    Prompts &m_prompts;
+    std::unique_ptr<Ui::SendResults> m_ui;
+    SendResultsModel *m_results;
+};

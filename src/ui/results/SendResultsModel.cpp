@@ -1,0 +1,82 @@
+#include "SendResultsModel.h"
+
+#include "Icons.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A message that the gateway said nothing of counts as not sent.
+bool IsSent(const LxMessageRequest &request)
+{
+    return request.Response && request.Response->IsOK;
+}
+
+} // namespace
+
+SendResultsModel::SendResultsModel(QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_tick(Icons::Get("tick"_L1))
+    , m_cross(Icons::Get("cross"_L1))
+{
+}
+
+void SendResultsModel::SetRequests(const LxMessageRequests &requests)
+{
+    beginResetModel();
+    m_requests = requests;
+    endResetModel();
+}
+
+int SendResultsModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_requests.size());
+}
+
+int SendResultsModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant SendResultsModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const LxMessageRequest &request = m_requests[static_cast<size_t>(index.row())];
+    if (role == Qt::DecorationRole && index.column() == Status)
+        return IsSent(request) ? m_tick : m_cross;
+    if (role == Qt::ToolTipRole && request.Response && !request.Response->Info.isEmpty())
+        return request.Response->Info.toHtmlEscaped();
+    if (role != Qt::DisplayRole)
+        return {};
+    switch (index.column()) {
+    case Status:
+        return IsSent(request) ? tr("Sent") : tr("Not sent");
+    case Name:
+        return request.Name;
+    case Mobile:
+        return request.InternationalMobile;
+    case Message:
+        return request.Message;
+    default:
+        return {};
+    }
+}
+
+QVariant SendResultsModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    switch (section) {
+    case Status:
+        return tr("Status");
+    case Name:
+        return tr("Name");
+    case Mobile:
+        return tr("Mobile");
+    case Message:
+        return tr("Message");
+    default:
+        return {};
+    }
+}

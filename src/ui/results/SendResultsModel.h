@@ -1,0 +1,29 @@
+#pragma once
+
+#include "LxMessageRequest.h"
+
+#include <QAbstractTableModel>
+#include <QVariant>
+
+/// What became of each message, in the order in which they were sent.
+class SendResultsModel final : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    enum Column { Status, Name, Mobile, Message, ColumnCount };
+
+    explicit SendResultsModel(QObject *parent);
+
+    void SetRequests(const LxMessageRequests &requests);
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    QVariant m_tick;
+    QVariant m_cross;
+    LxMessageRequests m_requests;
+};
