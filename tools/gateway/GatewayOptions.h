@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Gateway.h"
+
+#include <QStringList>
+
+/// What the command line asks for.
+struct GatewayOptions
+{
+    quint16 port = 0; ///< 0 for any that is free.
+    std::vector<GatewayAccount> accounts;
+    QSet<QString> refusedNumbers;
+    QString outboxPath; ///< Empty for no outbox file.
+    QString help;       ///< The text of the help when it is asked for, else empty.
+
+    /// Reads the arguments, the program's name first. Raises number 5, source "Corvane.Gateway", when they are wrong,
+    /// with what to do about it.
+    [[nodiscard]] static GatewayOptions Parse(const QStringList &arguments);
+};
