@@ -1,0 +1,75 @@
+#pragma once
+
+#include "ProxyServer.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <chrono>
+#include <memory>
+#include <optional>
+
+/// One form to post.
+struct HttpRequest
+{
+    QString host;
+    quint16 port = 80;
+    /// Begins with "/"; what an address cannot hold is escaped.
+    QString path;
+    QByteArray body;
+    /// The only proxy that is used; the environment's does not count.
+    std::optional<ProxyServer> proxy = {};
+};
+
+enum class HttpEnding { Complete, Failed, TimedOut };
+
+/// Makes one HTTP POST and collects its reply, driven by the event loop.
+///
+/// The body goes out at most once, whatever happens: nothing is retried and no redirect is followed. Signals come
+/// from the event loop only, never from within Post, and a receiver may disconnect or delete the client.
+class HttpClient final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// A longer reply is an error.
+    static constexpr qsizetype kMaxReplyBytes = qsizetype(16) << 20;
+
+    /// `timeOut` is how long nothing may move: in looking up the name, connecting, sending or receiving.
+    explicit HttpClient(std::chrono::milliseconds timeOut, QObject *parent = nullptr);
+    ~HttpClient() override;
+
+    /// Starts the transfer; once for each client.
+    void Post(const HttpRequest &request);
+
+    /// Gives the transfer up. No signal comes after it.
+    void Disconnect();
+
+    /// The body of the reply, as far as it has come.
+    [[nodiscard]] const QByteArray &Reply() const { return m_reply; }
+
+signals:
+    /// The connection stands; the request goes out.
+    void Connected();
+
+    /// The reply has begun or grown.
+    void DataReceived();
+
+    /// The transfer is over; comes once, unless it was given up. A reply with another status than 2xx is a failure
+    /// unless the gateway's log-on element is in it. `description` tells a failure's reason to the user.
+    void Ended(HttpEnding ending, const QString &description);
+
+private:
+    struct Transfer;
+
+    [[nodiscard]] QSocketNotifier *MakeNotifier(int socket, QSocketNotifier::Type type, int events);
+    void Drive(int socket, int events);
+    void Deliver();
+    void End(HttpEnding ending, const QString &description);
+
+    std::unique_ptr<Transfer> m_transfer;
+    QByteArray m_reply;
+    QTimer m_stepTimer;
+    QTimer m_idleTimer;
+};

@@ -1,0 +1,64 @@
+#include "SystemInternetSettings.h"
+
+#include <QMutex>
+#include <QNetworkProxyFactory>
+#include <QObject>
+#include <QPointer>
+#include <QUrl>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+/// Where a thread leaves its answer for the thread that asked.
+struct SystemInternetSettings::Desk
+{
+    QMutex mutex;
+    std::unique_ptr<QObject> clerk = std::make_unique<QObject>();
+};
+
+namespace {
+
+InternetSettingsValues SystemProxyFor(const QUrl &url)
+{
+    for (const QNetworkProxy &proxy : QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url))) {
+        if (proxy.type() == QNetworkProxy::NoProxy)
+            break;
+        if (proxy.type() != QNetworkProxy::HttpProxy && proxy.type() != QNetworkProxy::HttpCachingProxy)
+            continue;
+        const bool isIpv6 = proxy.hostName().contains(u':');
+        const QString host = isIpv6 ? u'[' + proxy.hostName() + u']' : proxy.hostName();
+        return {u"1"_s, u"http="_s + host + u':' + QString::number(proxy.port())};
+    }
+    return {u"0"_s, {}};
+}
+
+} // namespace
+
+SystemInternetSettings::SystemInternetSettings()
+    : m_desk(std::make_shared<Desk>())
+{
+}
+
+SystemInternetSettings::~SystemInternetSettings()
+{
+    const QMutexLocker lock(&m_desk->mutex);
+    m_desk->clerk.reset();
+}
+
+void SystemInternetSettings::Query(const QUrl &url, QObject *asker, Answer answer)
+{
+    auto deliver = [asker = QPointer<QObject>(asker),
+                    answer = std::move(answer)](const InternetSettingsValues &values) {
+        if (asker)
+            answer(values);
+    };
+    // Nobody waits for the thread: the query can hang for as long as a name server or a desktop service does, and
+    // the program must be able to end meanwhile.
+    std::thread([desk = m_desk, url, deliver = std::move(deliver)] {
+        const InternetSettingsValues values = SystemProxyFor(url);
+        const QMutexLocker lock(&desk->mutex);
+        if (desk->clerk)
+            QMetaObject::invokeMethod(
+                desk->clerk.get(), [deliver, values] { deliver(values); }, Qt::QueuedConnection);
+    }).detach();
+}
