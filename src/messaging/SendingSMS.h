@@ -8,11 +8,11 @@
 
 class LxContactList;
 class LxMessage;
-class PostModule;
 class PostRunner;
 class Prompts;
 class QObject;
 class Settings;
+struct PostModule;
 
 /// Sends messages and asks for the balance, each with one post to the gateway. What goes wrong on the way comes back
 /// as a code and a reason; only a gateway address in the settings that is not valid is raised, before anything is

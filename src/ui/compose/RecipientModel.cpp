@@ -63,7 +63,7 @@ int RecipientModel::rowCount(const QModelIndex &parent) const
 
 QVariant RecipientModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!index.isValid())
         return {};
     const Item &item = m_items[static_cast<size_t>(index.row())];
     switch (role) {

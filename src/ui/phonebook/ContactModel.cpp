@@ -66,7 +66,7 @@ int ContactModel::columnCount(const QModelIndex &parent) const
 
 QVariant ContactModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!index.isValid())
         return {};
     const LxContact &contact = *m_rows[static_cast<size_t>(index.row())];
     switch (role) {

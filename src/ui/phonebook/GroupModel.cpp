@@ -45,7 +45,7 @@ int GroupModel::columnCount(const QModelIndex &parent) const
 
 QVariant GroupModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!index.isValid())
         return {};
     const LxGroup &group = GroupAt(index.row());
     switch (role) {

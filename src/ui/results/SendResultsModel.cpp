@@ -40,7 +40,7 @@ int SendResultsModel::columnCount(const QModelIndex &parent) const
 
 QVariant SendResultsModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!index.isValid())
         return {};
     const LxMessageRequest &request = m_requests[static_cast<size_t>(index.row())];
     if (role == Qt::DecorationRole && index.column() == Status)
