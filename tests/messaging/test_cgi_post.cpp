@@ -30,7 +30,7 @@ class TestCGIPost final : public QObject
 {
     Q_OBJECT
 
-    /// What a post showed and how it ended, as one text.
+    /// What a post showed and how it ended.
     struct Log final : QObject
     {
         explicit Log(CGIPost &watched)
@@ -42,15 +42,10 @@ class TestCGIPost final : public QObject
 
         [[nodiscard]] QString Flags() const
         {
-            QStringList flags;
-            const auto add = [&](bool isSet, const QString &name) {
-                flags += isSet ? QStringList{name} : QStringList();
-            };
-            add(post.Completed(), u"completed"_s);
-            add(post.Succeeded(), u"succeeded"_s);
-            add(post.Canceled(), u"canceled"_s);
-            add(post.Failed(), u"failed"_s);
-            return flags.join(u' ');
+            const QStringList flags{
+                post.Completed() ? u"completed"_s : QString(), post.Succeeded() ? u"succeeded"_s : QString(),
+                post.Canceled() ? u"canceled"_s : QString(), post.Failed() ? u"failed"_s : QString()};
+            return flags.join(u' ').simplified();
         }
 
         CGIPost &post;
@@ -75,6 +70,13 @@ class TestCGIPost final : public QObject
     }
 
 private slots:
+    void initTestCase()
+    {
+        // No test here may notice: the proxy comes from the settings alone.
+        qputenv("http_proxy", "http://127.0.0.1:1");
+        qputenv("no_proxy", "gateway.test");
+    }
+
     void init()
     {
         m_module.timeOut = 20s;
@@ -187,22 +189,20 @@ private slots:
         QTest::addColumn<QString>("url");
         QTest::addColumn<QString>("proxy");
         QTest::addColumn<QString>("whyFailed");
-        QTest::newRow("refused") << u"127.0.0.1:1"_s << QString()
-                                 << u"Could not connect to 127.0.0.1: Connection refused"_s;
-        QTest::newRow("unknown host") << u"nonexistent.invalid"_s << QString()
-                                      << u"The address of nonexistent.invalid could not be found"_s;
-        QTest::newRow("no host name") << u"some one@host/"_s << QString()
-                                      << u"\"some one@host\" is not a valid host name"_s;
-        QTest::newRow("header in the host")
-            << u"host\r\nX: y"_s.section(u':', 0, 0) << QString() << u"\"host\r\nX\" is not a valid host name"_s;
-        QTest::newRow("proxy refused") << u"gateway.test"_s << u"127.0.0.1:1"_s
-                                       << u"Could not connect to the proxy 127.0.0.1: Connection refused"_s;
-        QTest::newRow("unknown proxy") << u"gateway.test"_s << u"nonexistent.invalid"_s
-                                       << u"The address of the proxy nonexistent.invalid could not be found"_s;
-        QTest::newRow("no proxy name") << u"gateway.test"_s << u"user@proxy"_s
-                                       << u"\"user@proxy\" is not a valid proxy"_s;
-        QTest::newRow("no proxy port") << u"gateway.test"_s << u"proxy:0"_s
-                                       << u"The proxy in the internet settings is not valid: proxy:0"_s;
+        const auto row = [](const char *name, const QString &url, const QString &proxy, const QString &whyFailed) {
+            QTest::newRow(name) << url << proxy << whyFailed;
+        };
+        const QString gateway = u"gateway.test"_s;
+        row("refused", u"127.0.0.1:1"_s, {}, u"Could not connect to 127.0.0.1: Connection refused"_s);
+        row("unknown host", u"nonexistent.invalid"_s, {}, u"The address of nonexistent.invalid could not be found"_s);
+        row("user in the host", u"some@host/"_s, {}, u"\"some@host\" is not a valid host name"_s);
+        row("header in the host", u"host\r\nX/"_s, {}, u"\"host\r\nX\" is not a valid host name"_s);
+        row("proxy refused", gateway, u"127.0.0.1:1"_s,
+            u"Could not connect to the proxy 127.0.0.1: Connection refused"_s);
+        row("unknown proxy", gateway, u"nonexistent.invalid"_s,
+            u"The address of the proxy nonexistent.invalid could not be found"_s);
+        row("no proxy name", gateway, u"user@proxy"_s, u"\"user@proxy\" is not a valid proxy"_s);
+        row("no proxy port", gateway, u"proxy:0"_s, u"The proxy in the internet settings is not valid: proxy:0"_s);
     }
 
     void noConnectionIsAFailure()
@@ -249,29 +249,12 @@ private slots:
         VerifyNextPostWorks();
     }
 
-    void environmentCountsForNothing()
-    {
-        qputenv("http_proxy", "http://127.0.0.1:1");
-        m_settings.values = {u"1"_s, u"ftp=127.0.0.1:1"_s};
-        VerifyNextPostWorks();
-        qunsetenv("http_proxy");
-
-        qputenv("no_proxy", "*");
-        ScriptedPeer proxy({.pieces = {ScriptedPeer::Ok({})}});
-        m_settings.values = {u"1"_s, proxy.Address()};
-        CGIPost post(m_module);
-        post.SetUrl(u"gateway.test"_s);
-        m_runner.Run(post, nullptr);
-        qunsetenv("no_proxy");
-        QCOMPARE(proxy.Posts(), 1);
-    }
-
     void standstillTimesOut_data() { StuckPost::AddRows(); }
 
     void standstillTimesOut()
     {
         QFETCH(StuckPost::Phase, phase);
-        StuckPost stuck(phase, 200ms);
+        StuckPost stuck(phase, 500ms);
         const Log log(*stuck.post);
         m_runner.Run(*stuck.post, nullptr);
         QCOMPARE(stuck.post->WhyFailed(), u"Connection timed out"_s);
@@ -294,7 +277,7 @@ private slots:
     void slowReplyIsNotCutOff()
     {
         // Longer in all than the time-out, in the header already.
-        m_module.timeOut = 1s;
+        m_module.timeOut = 1500ms;
         const QByteArray reply = "HTTP/1.1 200 OK\r\nX: 2345678901234567890\r\n\r\nabcd";
         ScriptedPeer peer({.pieces = ScriptedPeer::Dribble(reply), .pauseMs = 40});
         CGIPost post(m_module);
@@ -342,18 +325,17 @@ private slots:
     void invalidUrlIsRaised()
     {
         CGIPost post(m_module);
-        QVERIFY_EXCEPTION_THROWN(post.SetUrl(u"ftp://x/y"_s), Error);
+        m_module.lastHost.clear();
         try {
-            post.SetUrl(u"ftp://x/y"_s);
+            post.SetUrl(u"/path"_s);
+            QFAIL("not raised");
         } catch (const Error &error) {
             QCOMPARE(error.Number(), 5);
             QCOMPARE(error.Source(), u"Corvane.CGIPost"_s);
-            QCOMPARE(error.Description(), u"Invalid URL: ftp://x/y"_s);
+            QCOMPARE(error.Description(), u"Invalid URL: /path"_s);
         }
-        m_module.lastHost.clear();
-        QVERIFY_EXCEPTION_THROWN(post.SetUrl(u"/path"_s), Error);
         post.SetUrl(u"gateway.test"_s);
-        CGIPost(m_module).SetUrl(u"/path"_s);
+        CGIPost(m_module).SetUrl(u"/path"_s); // the host is remembered
     }
 };
 

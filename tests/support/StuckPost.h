@@ -6,7 +6,6 @@
 #include "ScriptedPeer.h"
 
 #include <QTest>
-#include <QUrl>
 
 /// A post that gets as far as one of its phases and no further.
 class StuckPost final

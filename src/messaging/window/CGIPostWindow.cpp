@@ -1,0 +1,69 @@
+#include "CGIPostWindow.h"
+
+#include "CGIPost.h"
+#include "ui_CGIPost.h"
+
+#include <QAccessible>
+#include <QIcon>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+CGIPostWindow::CGIPostWindow(CGIPost &post, QWidget *parent)
+    : QDialog(parent)
+    , m_post(post)
+    , m_ui(std::make_unique<Ui::CGIPost>())
+{
+    m_ui->setupUi(this);
+    if (!post.Caption().isEmpty())
+        setWindowTitle(post.Caption());
+    m_ui->lblDescription->setText(post.Description());
+    connect(m_ui->cmdCancel, &QPushButton::clicked, this, &CGIPostWindow::reject);
+    connect(&post, &CGIPost::StateChanged, this, &CGIPostWindow::ShowState);
+    connect(&post, &CGIPost::Finished, this, &CGIPostWindow::accept);
+    FitToText(); // before it is shown, so that it is placed by its real size
+}
+
+CGIPostWindow::~CGIPostWindow() = default;
+
+void CGIPostWindow::reject()
+{
+    m_post.Cancel();
+}
+
+void CGIPostWindow::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    m_post.Start();
+    FitToText();
+}
+
+void CGIPostWindow::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (isVisible() && (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange))
+        FitToText();
+}
+
+void CGIPostWindow::ShowState()
+{
+    m_ui->lblStatus->setText(m_post.Status());
+    m_ui->cmdCancel->setEnabled(m_post.CanCancel());
+    if (isVisible())
+        FitToText();
+    QAccessibleEvent spoken(m_ui->lblStatus, QAccessible::Alert);
+    QAccessible::updateAccessibility(&spoken);
+}
+
+/// Makes the window as wide as the font asks for and as high as the texts need; it never shrinks while it is shown.
+void CGIPostWindow::FitToText()
+{
+    constexpr int kCharacters = 60;
+    const int line = fontMetrics().lineSpacing();
+    m_ui->imgLetter->setPixmap(QIcon(u":/icons/letter.svg"_s).pixmap(QSize(2 * line, 2 * line), devicePixelRatioF()));
+    m_ui->lblStatus->setMinimumHeight(2 * line); // so that a longer status rarely moves the button
+    const int widest = screen()->availableGeometry().width() * 9 / 10;
+    const int width = qMin(fontMetrics().averageCharWidth() * kCharacters, widest);
+    const int needed = layout()->totalHeightForWidth(width);
+    setFixedSize(width, width == this->width() ? qMax(needed, height()) : needed);
+}
