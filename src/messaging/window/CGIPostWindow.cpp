@@ -1,10 +1,10 @@
 #include "CGIPostWindow.h"
 
 #include "CGIPost.h"
+#include "Icons.h"
 #include "ui_CGIPost.h"
 
 #include <QAccessible>
-#include <QIcon>
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
@@ -60,7 +60,7 @@ void CGIPostWindow::FitToText()
 {
     constexpr int kCharacters = 60;
     const int line = fontMetrics().lineSpacing();
-    m_ui->imgLetter->setPixmap(QIcon(u":/icons/letter.svg"_s).pixmap(QSize(2 * line, 2 * line), devicePixelRatioF()));
+    m_ui->imgLetter->setPixmap(Icons::Get("letter"_L1).pixmap(QSize(2 * line, 2 * line), devicePixelRatioF()));
     m_ui->lblStatus->setMinimumHeight(2 * line); // so that a longer status rarely moves the button
     const int widest = screen()->availableGeometry().width() * 9 / 10;
     const int width = qMin(fontMetrics().averageCharWidth() * kCharacters, widest);
