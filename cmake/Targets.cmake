@@ -12,6 +12,11 @@ if(BREVIO_SANITIZE)
     -fno-sanitize-recover=undefined)
   target_link_options(brevio_flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(BREVIO_FUZZERS)
+  # Every library reports which of its branches ran; libFuzzer itself is linked by the programs in fuzz/ alone.
+  target_compile_options(brevio_flags INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(brevio_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # brevio_library(NAME SOURCES file... LINK target...): one folder, one target. LINK is all that the folder may
 # use; its headers are included by file name.

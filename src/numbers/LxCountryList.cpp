@@ -35,8 +35,8 @@ void TellToReinstall(const QString &problem, Prompts &prompts)
 
 bool AskToContinue(int line, Prompts &prompts)
 {
-    const QString text = Tr("Error reading line ") + QString::number(line) + Tr(" in ") + FileName() + u"\r\n\r\n"_s
-        + Tr("Continue reading data from the file?");
+    const QString text = Tr("Error reading line ") + QString::number(line) + Tr(" in ") + FileName() + u"\r\n\r\n"_s +
+                         Tr("Continue reading data from the file?");
     return prompts.ShowMessageBox({text, PromptIcon::Critical, PromptButtons::YesNo}) == PromptAnswer::Yes;
 }
 
@@ -99,7 +99,9 @@ void LxCountryList::FillCountryCombo(const std::function<void(const QString &, i
 const LxCountry &LxCountryList::Lookup(int code) const
 {
     const auto row = m_rowOfCode.constFind(code);
-    if (row == m_rowOfCode.constEnd())
-        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.CountryList"_s, Tr("Unknown country ") + QString::number(code));
+    if (row == m_rowOfCode.constEnd()) {
+        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.CountryList"_s,
+                    Tr("Unknown country ") + QString::number(code));
+    }
     return m_countries[*row];
 }

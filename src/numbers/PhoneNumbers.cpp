@@ -95,8 +95,7 @@ std::optional<SplitNumber> SplitInternational(const LxCountryList &countries, co
     leading[0] = 0;
     for (size_t count = 1; count < leading.size() && static_cast<qsizetype>(count) < s.size(); ++count) {
         const QChar c = s[static_cast<qsizetype>(count)];
-        // A code has no leading zero, so neither may the digits that are compared with it.
-        if (!IsDigit(c) || (count > 1 && leading[1] == 0))
+        if (!IsDigit(c))
             break;
         leading[count] = leading[count - 1] * 10 + (c.unicode() - u'0');
     }

@@ -25,9 +25,9 @@ void Close(int &fileDescriptor)
 
 [[noreturn]] void RaiseAccessError(const QString &path, int code)
 {
-    throw Error(ErrorNumber::kFileAccess, u"FileLock"_s,
-                QCoreApplication::translate("FileLock", "%1: %2")
-                    .arg(QDir::toNativeSeparators(path), qt_error_string(code)));
+    throw Error(
+        ErrorNumber::kFileAccess, u"FileLock"_s,
+        QCoreApplication::translate("FileLock", "%1: %2").arg(QDir::toNativeSeparators(path), qt_error_string(code)));
 }
 
 int OpenForLocking(const QByteArray &path)
@@ -40,8 +40,8 @@ bool IsStillAt(int fileDescriptor, const QByteArray &path)
 {
     struct stat opened = {};
     struct stat named = {};
-    return ::fstat(fileDescriptor, &opened) == 0 && ::stat(path.constData(), &named) == 0
-        && opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+    return ::fstat(fileDescriptor, &opened) == 0 && ::stat(path.constData(), &named) == 0 &&
+           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
 } // namespace

@@ -9,6 +9,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStandardPaths>
+#include <QVariant>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -17,13 +20,9 @@ namespace {
 /// Numbers and booleans that somebody wrote into the file by hand read as their text.
 QString TextOf(const QJsonValue &value)
 {
-    if (value.isString())
-        return value.toString();
     if (value.isBool())
         return value.toBool() ? u"True"_s : u"False"_s;
-    if (value.isDouble())
-        return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
-    return {};
+    return value.toVariant().toString();
 }
 
 bool HasText(const QJsonValue &value)
@@ -145,8 +144,8 @@ bool Settings::Flush()
     } catch (const Error &error) {
         // Told once: every later write would bring the same box again.
         if (!std::exchange(m_failureTold, true)) {
-            m_prompts.ShowMessageBox({tr("Your settings could not be saved: ") + error.Description() + u"\r\n\r\n"_s
-                                          + tr("The settings file is: ") + u"\r\n\r\n"_s + m_path,
+            m_prompts.ShowMessageBox({tr("Your settings could not be saved: ") + error.Description() + u"\r\n\r\n"_s +
+                                          tr("The settings file is: ") + u"\r\n\r\n"_s + m_path,
                                       PromptIcon::Exclamation});
         }
         return false;

@@ -9,10 +9,10 @@ namespace {
 constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
 
 // The characters of 0x80 to 0x9F: what Windows-1252 assigns, and for its five gaps the C1 control.
-constexpr std::array<char16_t, 32> kHighControls = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr std::array<char16_t, 32> kHighControls = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                                    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                                    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                                    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 bool IsLineBreak(QChar c)
 {
@@ -45,9 +45,8 @@ QString DecodeCodePage(const QByteArray &bytes)
 
 QString Decode(const QByteArray &bytes)
 {
-    if (bytes.startsWith(kUtf8Mark))
-        return QString::fromUtf8(QByteArrayView(bytes).sliced(3));
-    return DecodeCodePage(bytes);
+    // fromUtf8 takes the mark off, and only one: the text itself may begin with that character.
+    return bytes.startsWith(kUtf8Mark) ? QString::fromUtf8(bytes) : DecodeCodePage(bytes);
 }
 
 QByteArray Encode(const QString &text)

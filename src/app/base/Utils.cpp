@@ -18,9 +18,9 @@ namespace Utils {
 
 QString GetSpecialFolder(SpecialFolder folder)
 {
-    const auto location = folder == SpecialFolder::AppData ? QStandardPaths::GenericDataLocation
-                                                           : QStandardPaths::DocumentsLocation;
-    return QStandardPaths::writableLocation(location);
+    const auto location =
+        folder == SpecialFolder::AppData ? QStandardPaths::GenericDataLocation : QStandardPaths::DocumentsLocation;
+    return QDir::cleanPath(QStandardPaths::writableLocation(location));
 }
 
 QString AppDataFolder()
