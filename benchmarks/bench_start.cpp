@@ -1,0 +1,86 @@
+#include "ApplicationModule.h"
+#include "Clock.h"
+#include "DesktopShell.h"
+#include "LxPhoneBook.h"
+#include "SampleData.h"
+#include "SystemInternetSettings.h"
+#include "WidgetPrompts.h"
+#include "WindowPostRunner.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMainWindow>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <benchmark/benchmark.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Ends the program once a window was painted.
+class QuitAtPaint final : public QObject
+{
+public:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && qobject_cast<QMainWindow *>(watched))
+            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+/// What a child process runs: an empty window, or the program.
+int RunChild(int argc, char *argv[], bool isEmpty)
+{
+    QApplication application(argc, argv);
+    QuitAtPaint quit;
+    application.installEventFilter(&quit);
+    if (isEmpty) {
+        QMainWindow window;
+        window.show();
+        return QApplication::exec();
+    }
+    WidgetPrompts prompts;
+    DesktopShell shell;
+    SystemClock clock;
+    SystemInternetSettings internetSettings;
+    WindowPostRunner postRunner;
+    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner},
+                             QApplication::applicationDirPath(), {});
+    return module.Main() ? QApplication::exec() : 1;
+}
+
+void Start(benchmark::State &state, const char *what)
+{
+    const QTemporaryDir profile;
+    qputenv("XDG_DATA_HOME", QFile::encodeName(profile.filePath(u"data"_s)));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(profile.filePath(u"config"_s)));
+    const QString path = LxPhoneBook::DefaultFileName();
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        std::abort();
+    file.write(SampleData::PhoneBookFile(10'000, 200));
+    file.close();
+    for (auto _ : state) {
+        if (QProcess::execute(QCoreApplication::applicationFilePath(), {u"--child"_s, QString::fromLatin1(what)}) != 0)
+            std::abort();
+    }
+}
+BENCHMARK_CAPTURE(Start, EmptyWindow, "empty")->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(3);
+BENCHMARK_CAPTURE(Start, Brevio, "brevio")->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(3);
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (argc == 3 && QByteArrayView(argv[1]) == "--child")
+        return RunChild(argc, argv, QByteArrayView(argv[2]) == "empty");
+    QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
