@@ -1,69 +1,91 @@
 #include "Encodings.h"
 
+#include <utility>
+
 namespace Encodings {
 namespace {
 
+constexpr QChar kQuote = u'"';
+constexpr QChar kComma = u',';
+
 enum class State { BeforeString, InsideQuotedString, InsideUnquotedString, AfterString };
 
-void AppendField(QString &field, QStringList &fields)
+/// The position of the first character from `from` on that `isEnd` accepts, or the line's end.
+template <typename Predicate>
+qsizetype FindEnd(QStringView line, qsizetype from, Predicate isEnd)
 {
-    fields.append(field);
-    field.clear();
+    while (from < line.size() && !isEnd(line[from]))
+        ++from;
+    return from;
+}
+
+/// Most fields are one stretch, which then fits its storage exactly.
+void Extend(QString &field, QStringView stretch)
+{
+    if (field.isEmpty())
+        field = stretch.toString();
+    else
+        field += stretch;
 }
 
 } // namespace
 
-QStringList ParseCSVLine(QStringView line)
+CsvFields ParseCSVLine(QStringView line)
 {
-    constexpr QChar kQuote = u'"';
-    constexpr QChar kComma = u',';
-    QStringList fields;
+    CsvFields fields;
     QString field;
+    const auto appendField = [&fields, &field] {
+        fields.append(std::move(field));
+        field.clear();
+    };
     State state = State::BeforeString;
-    for (qsizetype i = 0; i < line.size(); ++i) {
-        const QChar c = line[i];
+    qsizetype i = 0;
+    while (i < line.size()) {
         switch (state) {
         case State::BeforeString:
-            if (c == kQuote) {
+            if (line[i] == kQuote) {
                 state = State::InsideQuotedString;
-            } else if (c == kComma) {
-                AppendField(field, fields);
-            } else {
-                state = State::InsideUnquotedString;
-                field += c;
-            }
-            break;
-        case State::InsideQuotedString:
-            if (c != kQuote) {
-                field += c;
-            } else if (i + 1 < line.size() && line[i + 1] == kQuote) {
-                field += kQuote;
+                ++i;
+            } else if (line[i] == kComma) {
+                appendField();
                 ++i;
             } else {
-                AppendField(field, fields);
+                state = State::InsideUnquotedString;
+            }
+            break;
+        case State::InsideQuotedString: {
+            const qsizetype end = FindEnd(line, i, [](QChar c) { return c == kQuote; });
+            Extend(field, line.sliced(i, end - i));
+            i = end + 1;
+            if (i < line.size() && line[i] == kQuote) {
+                field += kQuote;
+                ++i;
+            } else if (end < line.size()) {
+                appendField();
                 state = State::AfterString;
             }
             break;
-        case State::InsideUnquotedString:
-            if (c == kComma) {
-                AppendField(field, fields);
-                state = State::BeforeString;
-            } else if (c == kQuote) {
-                AppendField(field, fields);
-                state = State::AfterString;
-            } else {
-                field += c;
+        }
+        case State::InsideUnquotedString: {
+            const qsizetype end = FindEnd(line, i, [](QChar c) { return c == kQuote || c == kComma; });
+            field = line.sliced(i, end - i).toString();
+            i = end + 1;
+            if (end < line.size()) {
+                appendField();
+                state = line[end] == kComma ? State::BeforeString : State::AfterString;
             }
             break;
+        }
         case State::AfterString:
-            if (c == kComma)
+            i = FindEnd(line, i, [](QChar c) { return c == kComma; }) + 1;
+            if (i <= line.size())
                 state = State::BeforeString;
             break;
         }
     }
     // In every other state the end of the line ends a field, an unclosed quoted one included.
     if (state != State::AfterString)
-        AppendField(field, fields);
+        appendField();
     return fields;
 }
 

@@ -32,13 +32,15 @@ int DigitCount(int number)
 
 QString CleanPhoneNumber(const QString &s)
 {
-    QString cleaned;
-    cleaned.reserve(s.size());
-    std::copy_if(s.begin(), s.end(), std::back_inserter(cleaned),
-                 [](QChar c) { return !QStringView(u"- .[]").contains(c); });
-    if (cleaned.contains(u'('))
-        cleaned.remove("(0)"_L1).remove(u'(');
-    cleaned.remove(u')');
+    const auto isPunctuation = [](QChar c) { return c == u'-' || c == u' ' || c == u'.' || c == u'[' || c == u']'; };
+    QString cleaned = s;
+    // A number that is clean already, as most stored ones are, stays shared.
+    if (!IsAllDigits(s)) {
+        cleaned.removeIf(isPunctuation);
+        if (cleaned.contains(u'('))
+            cleaned.remove("(0)"_L1).remove(u'(');
+        cleaned.remove(u')');
+    }
     if (cleaned.startsWith("00"_L1))
         cleaned.replace(0, 2, u'+');
     return cleaned;

@@ -50,36 +50,43 @@ public:
     [[nodiscard]] Iterator begin() const { return {m_slots.begin(), m_slots.end()}; }
     [[nodiscard]] Iterator end() const { return {m_slots.end(), m_slots.end()}; }
 
-    [[nodiscard]] int Count() const { return static_cast<int>(m_slotOf.size()); }
-    [[nodiscard]] bool Contains(int identity) const { return m_slotOf.contains(identity); }
+    [[nodiscard]] int Count() const { return m_count; }
+    [[nodiscard]] bool Contains(int identity) const { return Index().contains(identity); }
 
     /// The object, or null.
     [[nodiscard]] Pointer Find(int identity) const
     {
-        const auto slot = m_slotOf.constFind(identity);
+        const auto slot = Index().constFind(identity);
         return slot == m_slotOf.constEnd() ? nullptr : m_slots[*slot];
     }
 
     /// Adding an object that is held already does nothing.
     void Add(const Pointer &object)
     {
-        const int identity = (object.get()->*Identity)();
-        if (Contains(identity))
-            return;
-        m_slotOf.insert(identity, m_slots.size());
+        if (!Contains(IdentityOf(object)))
+            AddNew(object);
+    }
+
+    /// Adds an object of which the caller knows that it is not held.
+    void AddNew(const Pointer &object)
+    {
+        if (m_isIndexed)
+            m_slotOf.insert(IdentityOf(object), static_cast<quint32>(m_slots.size()));
         m_slots.push_back(object);
+        ++m_count;
     }
 
     /// Removing one that is not held does nothing.
     void Remove(int identity)
     {
-        const auto slot = m_slotOf.constFind(identity);
+        const auto slot = Index().constFind(identity);
         if (slot == m_slotOf.constEnd())
             return;
         // A hole is cheaper than moving all that follows; many of them are closed at once.
         m_slots[*slot].reset();
         m_slotOf.erase(slot);
-        if (m_slots.size() > 2 * static_cast<size_t>(m_slotOf.size()))
+        --m_count;
+        if (m_slots.size() > 2 * static_cast<size_t>(m_count))
             CloseHoles();
     }
 
@@ -90,28 +97,36 @@ public:
         return m_slots[static_cast<size_t>(position)];
     }
 
-    void Reserve(int count)
-    {
-        m_slots.reserve(static_cast<size_t>(count));
-        m_slotOf.reserve(count);
-    }
-
-    void Clear()
-    {
-        m_slots.clear();
-        m_slotOf.clear();
-    }
+    void Clear() { *this = KeyedList(); }
 
 private:
+    [[nodiscard]] static int IdentityOf(const Pointer &object) { return (object.get()->*Identity)(); }
+
+    /// Made when it is first asked for: a phone book that is loaded and shown never asks most of its groups.
+    [[nodiscard]] const QHash<int, quint32> &Index() const
+    {
+        if (!m_isIndexed) {
+            m_slotOf.reserve(m_count);
+            for (quint32 slot = 0; slot < m_slots.size(); ++slot) {
+                if (m_slots[slot])
+                    m_slotOf.insert(IdentityOf(m_slots[slot]), slot);
+            }
+            m_isIndexed = true;
+        }
+        return m_slotOf;
+    }
+
     void CloseHoles()
     {
-        if (m_slots.size() == static_cast<size_t>(m_slotOf.size()))
+        if (m_slots.size() == static_cast<size_t>(m_count))
             return;
         std::erase(m_slots, nullptr);
-        for (size_t slot = 0; slot < m_slots.size(); ++slot)
-            m_slotOf[(m_slots[slot].get()->*Identity)()] = slot;
+        m_slotOf.clear();
+        m_isIndexed = false;
     }
 
     std::vector<Pointer> m_slots;
-    QHash<int, size_t> m_slotOf;
+    int m_count = 0;
+    mutable QHash<int, quint32> m_slotOf;
+    mutable bool m_isIndexed = false;
 };

@@ -55,7 +55,7 @@ void LxContact::SetUserMobile(const QString &mobile)
     if (!PhoneNumbers::IsLocalNumber(local))
         RaiseContactError(Tr("User mobile was passed a non-local mobile"));
     m_userMobile = mobile;
-    m_localMobile = local == mobile ? mobile : local;
+    m_localMobile = local;
 }
 
 void LxContact::SetMobile(const QString &mobile)

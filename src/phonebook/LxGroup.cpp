@@ -33,8 +33,8 @@ void LxGroup::Add(const LxContactPtr &contact)
 {
     if (IsMember(*contact))
         return;
-    m_members.Add(contact);
-    contact->m_groups.Add(*this);
+    m_members.AddNew(contact);
+    contact->m_groups.AddNew(*this);
 }
 
 void LxGroup::Remove(const LxContactPtr &contact)
@@ -71,7 +71,7 @@ LxContactPtr LxGroup::FindContactByMobile(const QString &mobile) const
 
 bool LxGroup::IsMember(const LxContact &contact) const
 {
-    return contact.Groups().ExistsID(m_id);
+    return contact.Groups().Contains(*this);
 }
 
 std::unique_ptr<LxGroup> LxGroup::Clone() const

@@ -34,13 +34,18 @@ void LxGroupList::DestroyGroup(LxGroup &group)
 
 void LxGroupList::Add(LxGroup &group)
 {
-    if (!ExistsID(group.GroupID()))
-        m_groups.push_back(&group);
+    if (!Contains(group))
+        AddNew(group);
 }
 
 void LxGroupList::Remove(const LxGroup &group)
 {
-    std::erase(m_groups, &group);
+    m_groups.removeIf([&group](const LxGroup *other) { return other == &group; });
+}
+
+bool LxGroupList::Contains(const LxGroup &group) const
+{
+    return std::find(m_groups.begin(), m_groups.end(), &group) != m_groups.end();
 }
 
 LxGroup &LxGroupList::GetGroup(int id) const
@@ -71,7 +76,7 @@ LxGroup *LxGroupList::Lookup(const QString &name) const
 
 LxGroup *LxGroupList::GetFirstGroup() const
 {
-    return m_groups.empty() ? nullptr : m_groups.front();
+    return m_groups.isEmpty() ? nullptr : m_groups.first();
 }
 
 QString LxGroupList::AsString(const QString &separator, const LxGroup *excluded) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVarLengthArray>
 
 #include <memory>
 #include <vector>
@@ -25,7 +26,10 @@ public:
     void DestroyGroup(LxGroup &group);
 
     void Add(LxGroup &group);
+    /// Adds a group of which the caller knows that it is not in the list.
+    void AddNew(LxGroup &group) { m_groups.append(&group); }
     void Remove(const LxGroup &group);
+    [[nodiscard]] bool Contains(const LxGroup &group) const;
 
     /// Raises number 5, source "Corvane.GroupList", when no group has this identity.
     [[nodiscard]] LxGroup &GetGroup(int id) const;
@@ -50,6 +54,7 @@ public:
 private:
     [[nodiscard]] LxGroup *Find(int id) const;
 
-    std::vector<LxGroup *> m_groups;
+    /// Few contacts are in more groups than fit here without storage of their own.
+    QVarLengthArray<LxGroup *, 4> m_groups;
     std::vector<std::unique_ptr<LxGroup>> m_owned;
 };

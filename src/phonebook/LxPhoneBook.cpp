@@ -3,15 +3,17 @@
 #include "Clock.h"
 #include "Error.h"
 #include "LxCountryList.h"
+#include "PhoneBookFile.h"
 #include "SaveFile.h"
 #include "TextFile.h"
+#include "TextWriter.h"
 #include "Utils.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QHash>
 
-#include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -72,10 +74,9 @@ void LxPhoneBook::OpenPhoneBook(const QString &name)
             return;
         }
         m_lock.Acquire(name);
-        const FileContent content = ReadContent(name);
+        const QString text = TextFile::Decode(Utils::ReadTextFile(name));
         ClearAll();
-        const bool acceptedAll = AddRecords(content.records);
-        m_mustKeepOldFile = content.skippedLines || !acceptedAll;
+        m_mustKeepOldFile = !AddContacts(text);
     } catch (const Error &) {
         m_lock.Release();
         throw;
@@ -130,71 +131,81 @@ void LxPhoneBook::Backup(const QString &name)
 
 QString LxPhoneBook::Restore(const QString &name)
 {
-    const FileContent content = ReadContent(name);
-    const auto isReadable = [this](const PhoneBookFile::Record &record) { return ContactOf(record) != nullptr; };
-    if (!content.isEmpty && std::none_of(content.records.begin(), content.records.end(), isReadable)) {
+    const QString text = TextFile::Decode(Utils::ReadTextFile(name));
+    if (!text.isEmpty() && !HasContact(text)) {
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
                     Utils::FileNameOfPath(name)
                         + QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
     }
     ClearAll();
-    AddRecords(content.records);
+    AddContacts(text);
     return SavePhoneBook();
 }
 
-LxPhoneBook::FileContent LxPhoneBook::ReadContent(const QString &name) const
+LxContactPtr LxPhoneBook::ContactOf(QStringView line, QString &groups) const
 {
-    const QString text = TextFile::Decode(Utils::ReadTextFile(name));
-    FileContent content;
-    content.isEmpty = text.isEmpty();
-    TextFile::ForEachLine(text, [&content](QStringView line) {
-        if (std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line))
-            content.records.push_back(std::move(*record));
-        else if (!line.trimmed().isEmpty())
-            content.skippedLines = true;
-    });
-    return content;
-}
-
-LxContactPtr LxPhoneBook::ContactOf(const PhoneBookFile::Record &record) const
-{
+    std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line);
+    if (!record)
+        return nullptr;
     const LxContactPtr contact = CreateContact();
     try {
-        contact->SetName(record.name);
-        contact->SetCountryCode(record.countryCode);
-        contact->SetUserMobile(record.mobile);
+        contact->SetName(record->name);
+        contact->SetCountryCode(record->countryCode);
+        contact->SetUserMobile(record->mobile);
     } catch (const Error &) {
         return nullptr;
     }
+    groups = std::move(record->groups);
     return contact;
 }
 
-bool LxPhoneBook::AddRecords(const std::vector<PhoneBookFile::Record> &records)
+bool LxPhoneBook::HasContact(const QString &text) const
 {
-    bool acceptedAll = true;
-    // Looked up by name once for each name, not once for each contact.
-    QHash<QString, LxGroup *> groupOf;
-    for (const PhoneBookFile::Record &record : records) {
-        const LxContactPtr contact = ContactOf(record);
+    bool found = false;
+    TextFile::ForEachLine(text, [this, &found](QStringView line) {
+        QString groups;
+        found = found || ContactOf(line, groups);
+    });
+    return found;
+}
+
+bool LxPhoneBook::AddContacts(const QString &text)
+{
+    bool readAll = true;
+    // Many contacts share the same groups, whose names are then looked up once.
+    QHash<QString, std::vector<LxGroup *>> groupsOf;
+    QString names;
+    TextFile::ForEachLine(text, [&](QStringView line) {
+        const LxContactPtr contact = ContactOf(line, names);
         if (!contact) {
-            acceptedAll = false;
-            continue;
+            readAll = readAll && line.trimmed().isEmpty();
+            return;
         }
         m_allContacts->Add(contact);
-        for (const QString &name : record.groups) {
-            LxGroup *&group = groupOf[name];
-            if (!group)
-                group = &m_groups.CreateGroup(name);
+        if (names.isEmpty())
+            return;
+        std::vector<LxGroup *> &groups = groupsOf[names];
+        if (groups.empty())
+            groups = GroupsNamed(names);
+        for (LxGroup *group : groups)
             group->Add(contact);
-        }
-    }
-    return acceptedAll;
+    });
+    return readAll;
+}
+
+std::vector<LxGroup *> LxPhoneBook::GroupsNamed(const QString &names)
+{
+    std::vector<LxGroup *> groups;
+    for (const QString &name : names.split(u';'))
+        groups.push_back(&m_groups.CreateGroup(name));
+    return groups;
 }
 
 QByteArray LxPhoneBook::Content() const
 {
-    QString text;
+    constexpr qsizetype kUsualLineLength = 64;
+    TextWriter writer(kUsualLineLength * m_allContacts->Count());
     for (const LxContactPtr &contact : *m_allContacts)
-        text += PhoneBookFile::FormatLine(*contact, *m_allContacts);
-    return TextFile::Encode(text);
+        PhoneBookFile::AppendLine(*contact, *m_allContacts, writer);
+    return writer.Take();
 }

@@ -4,7 +4,6 @@
 #include "LxContact.h"
 #include "LxGroup.h"
 #include "LxGroupList.h"
-#include "PhoneBookFile.h"
 
 #include <QString>
 
@@ -64,17 +63,12 @@ public:
     [[nodiscard]] static QString DefaultFileName();
 
 private:
-    struct FileContent
-    {
-        std::vector<PhoneBookFile::Record> records;
-        bool skippedLines = false;
-        bool isEmpty = true;
-    };
-
-    [[nodiscard]] FileContent ReadContent(const QString &name) const;
-    [[nodiscard]] LxContactPtr ContactOf(const PhoneBookFile::Record &record) const;
-    /// False when a record was not accepted.
-    bool AddRecords(const std::vector<PhoneBookFile::Record> &records);
+    /// The line's contact; null for a line that breaks the rules. `groups` becomes the names of its groups.
+    [[nodiscard]] LxContactPtr ContactOf(QStringView line, QString &groups) const;
+    [[nodiscard]] bool HasContact(const QString &text) const;
+    /// Adds the contacts of a phone-book file's text. False when a line that was not blank was skipped.
+    bool AddContacts(const QString &text);
+    [[nodiscard]] std::vector<LxGroup *> GroupsNamed(const QString &names);
     [[nodiscard]] QByteArray Content() const;
     [[nodiscard]] QString KeepOldFile() const;
 

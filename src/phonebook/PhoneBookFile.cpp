@@ -3,36 +3,49 @@
 #include "Encodings.h"
 #include "LxContact.h"
 #include "LxGroup.h"
-#include "TextFile.h"
+#include "TextWriter.h"
 
-using namespace Qt::StringLiterals;
+#include <utility>
 
 namespace PhoneBookFile {
 
 std::optional<Record> ParseLine(QStringView line)
 {
-    QStringList fields = Encodings::ParseCSVLine(line);
+    Encodings::CsvFields fields = Encodings::ParseCSVLine(line);
     if (fields.size() != 3 && fields.size() != 4)
         return std::nullopt;
     bool ok = false;
     const short code = QStringView(fields[1]).trimmed().toShort(&ok);
     if (!ok)
         return std::nullopt;
-    Record record{std::move(fields[0]), code, std::move(fields[2]), {}};
-    if (fields.size() == 4 && !fields[3].isEmpty())
-        record.groups = fields[3].split(u';');
-    return record;
+    return Record{std::move(fields[0]), code, std::move(fields[2]),
+                  fields.size() == 4 ? std::move(fields[3]) : QString()};
 }
 
-QString FormatLine(const LxContact &contact, const LxGroup &everyone)
+void AppendLine(const LxContact &contact, const LxGroup &everyone, TextWriter &writer)
 {
-    QString line = u'"' + TextFile::AsOneLine(contact.Name()) + "\","_L1 + QString::number(contact.CountryCode())
-        + ",\""_L1 + TextFile::AsOneLine(contact.UserMobile()) + u'"';
-    // A contact is in "Everyone" and at least one more group.
-    if (contact.Groups().Count() >= 2)
-        line += ",\""_L1 + TextFile::AsOneLine(contact.Groups().AsString(u";"_s, &everyone)) + u'"';
-    line += "\r\n"_L1;
-    return line;
+    writer.AppendAscii("\"");
+    writer.AppendAsOneLine(contact.Name());
+    writer.AppendAscii("\",");
+    writer.AppendNumber(contact.CountryCode());
+    writer.AppendAscii(",\"");
+    writer.AppendAsOneLine(contact.UserMobile());
+    writer.AppendAscii("\"");
+    // A contact is in "Everyone" and at least one more group. Names of groups hold no ";".
+    if (contact.Groups().Count() >= 2) {
+        bool isFirst = true;
+        for (const LxGroup *group : contact.Groups()) {
+            if (group == &everyone)
+                continue;
+            if (std::exchange(isFirst, false))
+                writer.AppendAscii(",\"");
+            else
+                writer.AppendAscii(";");
+            writer.AppendAsOneLine(group->Name());
+        }
+        writer.AppendAscii("\"");
+    }
+    writer.AppendAscii("\r\n");
 }
 
 } // namespace PhoneBookFile

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
-#include <QStringList>
 
 #include <optional>
-#include <vector>
 
 class LxContact;
 class LxGroup;
+class TextWriter;
 
 /// The phone-book file (".kpb") as text, both ways. One contact a line, CR LF ends, no header:
 /// `"Ann Lee",44,"07700 900123"`, or, for a member of groups, `"Bob",353,"0851234567","Friends;Work"`.
@@ -18,16 +16,17 @@ namespace PhoneBookFile {
 struct Record
 {
     QString name;
-    int countryCode = 0;
+    qint16 countryCode = 0;
     QString mobile;
-    QStringList groups;
+    /// The names of the groups joined by ";"; empty for none.
+    QString groups;
 };
 
 /// The line's record; none when it has not three or four fields or its country code is no 16-bit number.
 [[nodiscard]] std::optional<Record> ParseLine(QStringView line);
 
-/// The contact's line with its end. Names are written as they stand, a double quote bare, but as one line. `everyone`
-/// is left out of the groups.
-[[nodiscard]] QString FormatLine(const LxContact &contact, const LxGroup &everyone);
+/// Appends the contact's line with its end. Names are written as they stand, a double quote bare, but as one line.
+/// `everyone` is left out of the groups.
+void AppendLine(const LxContact &contact, const LxGroup &everyone, TextWriter &writer);
 
 } // namespace PhoneBookFile

@@ -1,12 +1,12 @@
 #include "TextFile.h"
 
+#include "TextWriter.h"
+
 #include <algorithm>
 #include <array>
 
 namespace TextFile {
 namespace {
-
-constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
 
 // The characters of 0x80 to 0x9F: what Windows-1252 assigns, and for its five gaps the C1 control.
 constexpr std::array<char16_t, 32> kHighControls = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
@@ -32,11 +32,11 @@ int CodePageByte(char16_t character)
 QString DecodeCodePage(const QByteArray &bytes)
 {
     QString text = QString::fromLatin1(bytes);
-    const auto isHighControl = [](QChar c) { return c >= QChar(0x80) && c <= QChar(0x9F); };
-    // Most files hold none, and then the text stays undetached.
-    if (std::any_of(text.cbegin(), text.cend(), isHighControl)) {
+    // Most files hold none of them; counting them all is quicker than stopping at the first.
+    const auto isHighControl = [](char c) { return static_cast<unsigned char>(c) - 0x80U < kHighControls.size(); };
+    if (std::count_if(bytes.begin(), bytes.end(), isHighControl) > 0) {
         for (QChar &c : text) {
-            if (isHighControl(c))
+            if (c >= QChar(0x80) && c <= QChar(0x9F))
                 c = kHighControls[c.unicode() - 0x80U];
         }
     }
@@ -51,20 +51,16 @@ QString Decode(const QByteArray &bytes)
 
 QByteArray Encode(const QString &text)
 {
-    QByteArray bytes(text.size(), Qt::Uninitialized);
-    char *out = bytes.data();
-    for (const QChar c : text) {
-        const int byte = CodePageByte(c.unicode());
-        if (byte < 0)
-            return kUtf8Mark + text.toUtf8();
-        *out++ = static_cast<char>(byte);
-    }
-    // Text that happens to begin like the mark would be read back as UTF-8.
-    return bytes.startsWith(kUtf8Mark) ? kUtf8Mark + text.toUtf8() : bytes;
+    TextWriter writer(text.size());
+    writer.Append(text);
+    return writer.Take();
 }
 
 QString AsOneLine(QString text)
 {
+    // Hardly any name holds one, and then the text stays shared.
+    if (std::none_of(text.cbegin(), text.cend(), IsLineBreak))
+        return text;
     text.replace(QLatin1String("\r\n"), QLatin1String(" "));
     for (QChar &c : text) {
         if (IsLineBreak(c))

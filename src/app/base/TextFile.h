@@ -10,6 +10,9 @@
 /// mark.
 namespace TextFile {
 
+/// The byte order mark of UTF-8.
+inline constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
+
 /// The character's byte in Windows-1252, or -1.
 [[nodiscard]] int CodePageByte(char16_t character);
 
