@@ -90,12 +90,6 @@ public:
         return m_slots[static_cast<size_t>(position)];
     }
 
-    void Reserve(int count)
-    {
-        m_slots.reserve(static_cast<size_t>(count));
-        m_slotOf.reserve(count);
-    }
-
     void Clear()
     {
         m_slots.clear();

@@ -8,10 +8,12 @@
 #include "Utils.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +23,11 @@ bool IsSameFile(const QString &a, const QString &b)
 {
     const QString canonical = QFileInfo(a).canonicalFilePath();
     return !canonical.isEmpty() && canonical == QFileInfo(b).canonicalFilePath();
+}
+
+QString ReadText(const QString &name)
+{
+    return TextFile::Decode(Utils::ReadTextFile(name));
 }
 
 } // namespace
@@ -34,8 +41,8 @@ LxPhoneBook::LxPhoneBook(const LxCountryList &countries, const Clock &clock)
 
 QString LxPhoneBook::DefaultFileName()
 {
-    return Utils::AppDataFolder() + u"/Corvane/Brevio/"_s + Utils::IfEmpty(Utils::GetUserName(), u"corvane"_s)
-        + u".kpb"_s;
+    return Utils::AppDataFolder() + u"/Corvane/Brevio/"_s + Utils::IfEmpty(Utils::GetUserName(), u"corvane"_s) +
+           u".kpb"_s;
 }
 
 LxGroupList LxPhoneBook::GroupsExcludingAllContacts() const
@@ -59,20 +66,20 @@ void LxPhoneBook::ClearAll()
     m_allContacts = &m_groups.CreateGroup(u"Everyone"_s);
 }
 
-void LxPhoneBook::OpenPhoneBook(const QString &name)
+void LxPhoneBook::OpenPhoneBook(QString name)
 {
     ClosePhoneBook();
-    m_fileName = name;
+    m_fileName = std::move(name);
     // Until it has been read, whatever the file holds is not in memory.
     m_mustKeepOldFile = true;
     try {
-        if (!Utils::FileExists(name)) {
-            Utils::EnsureFolderExists(name);
+        if (!Utils::FileExists(m_fileName)) {
+            Utils::EnsureFolderExists(m_fileName);
             SavePhoneBook();
             return;
         }
-        m_lock.Acquire(name);
-        const FileContent content = ReadContent(name);
+        m_lock.Acquire(m_fileName);
+        const PhoneBookFile::Content content = PhoneBookFile::Parse(ReadText(m_fileName));
         ClearAll();
         const bool acceptedAll = AddRecords(content.records);
         m_mustKeepOldFile = content.skippedLines || !acceptedAll;
@@ -84,7 +91,7 @@ void LxPhoneBook::OpenPhoneBook(const QString &name)
 
 void LxPhoneBook::RevertToSaved()
 {
-    OpenPhoneBook(QString(m_fileName));
+    OpenPhoneBook(m_fileName);
 }
 
 void LxPhoneBook::ClosePhoneBook()
@@ -104,7 +111,14 @@ QString LxPhoneBook::SavePhoneBook()
     if (exists && !m_lock.IsHeld())
         m_lock.Acquire(m_fileName);
     const QString keptFile = exists && m_mustKeepOldFile ? KeepOldFile() : QString();
-    SaveFile(m_fileName, Content(), FilePrivacy::AsUsual, &m_lock);
+    try {
+        SaveFile(m_fileName, Content(), FilePrivacy::AsUsual, &m_lock);
+    } catch (const Error &) {
+        // The next attempt makes the copy anew; on a full disk it would be one too many.
+        if (!keptFile.isEmpty())
+            QFile::remove(keptFile);
+        throw;
+    }
     m_mustKeepOldFile = false;
     return keptFile;
 }
@@ -114,7 +128,7 @@ QString LxPhoneBook::KeepOldFile() const
     const QString stem = m_fileName + u'.' + m_clock.Now().toString(u"yyyyMMdd-HHmmss"_s);
     QString name = stem + u".bak"_s;
     for (int n = 2; Utils::FileExists(name); ++n)
-        name = u"%1-%2.bak"_s.arg(stem).arg(n);
+        name = stem + u'-' + QString::number(n) + u".bak"_s;
     SaveFile(name, Utils::ReadTextFile(m_fileName), FilePrivacy::OwnerOnly);
     return name;
 }
@@ -130,30 +144,25 @@ void LxPhoneBook::Backup(const QString &name)
 
 QString LxPhoneBook::Restore(const QString &name)
 {
-    const FileContent content = ReadContent(name);
+    const QString text = ReadText(name);
+    const std::vector<PhoneBookFile::Record> records = PhoneBookFile::Parse(text).records;
     const auto isReadable = [this](const PhoneBookFile::Record &record) { return ContactOf(record) != nullptr; };
-    if (!content.isEmpty && std::none_of(content.records.begin(), content.records.end(), isReadable)) {
+    if (!text.isEmpty() && std::none_of(records.begin(), records.end(), isReadable)) {
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
-                    Utils::FileNameOfPath(name)
-                        + QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
+                    Utils::FileNameOfPath(name) + QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
     }
+    // Put aside, not cleared: the file does not record groups without members, so loading it would not bring them back.
+    LxGroupList oldGroups = std::exchange(m_groups, {});
+    LxGroup *const oldContacts = m_allContacts;
     ClearAll();
-    AddRecords(content.records);
-    return SavePhoneBook();
-}
-
-LxPhoneBook::FileContent LxPhoneBook::ReadContent(const QString &name) const
-{
-    const QString text = TextFile::Decode(Utils::ReadTextFile(name));
-    FileContent content;
-    content.isEmpty = text.isEmpty();
-    TextFile::ForEachLine(text, [&content](QStringView line) {
-        if (std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line))
-            content.records.push_back(std::move(*record));
-        else if (!line.trimmed().isEmpty())
-            content.skippedLines = true;
-    });
-    return content;
+    AddRecords(records);
+    try {
+        return SavePhoneBook();
+    } catch (const Error &) {
+        m_groups = std::move(oldGroups);
+        m_allContacts = oldContacts;
+        throw;
+    }
 }
 
 LxContactPtr LxPhoneBook::ContactOf(const PhoneBookFile::Record &record) const

@@ -24,10 +24,22 @@ std::optional<Record> ParseLine(QStringView line)
     return record;
 }
 
+Content Parse(QStringView text)
+{
+    Content content;
+    TextFile::ForEachLine(text, [&content](QStringView line) {
+        if (std::optional<Record> record = ParseLine(line))
+            content.records.push_back(std::move(*record));
+        else if (!line.trimmed().isEmpty())
+            content.skippedLines = true;
+    });
+    return content;
+}
+
 QString FormatLine(const LxContact &contact, const LxGroup &everyone)
 {
-    QString line = u'"' + TextFile::AsOneLine(contact.Name()) + "\","_L1 + QString::number(contact.CountryCode())
-        + ",\""_L1 + TextFile::AsOneLine(contact.UserMobile()) + u'"';
+    QString line = u'"' + TextFile::AsOneLine(contact.Name()) + "\","_L1 + QString::number(contact.CountryCode()) +
+                   ",\""_L1 + TextFile::AsOneLine(contact.UserMobile()) + u'"';
     // A contact is in "Everyone" and at least one more group.
     if (contact.Groups().Count() >= 2)
         line += ",\""_L1 + TextFile::AsOneLine(contact.Groups().AsString(u";"_s, &everyone)) + u'"';

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -25,6 +24,17 @@ struct Record
 
 /// The line's record; none when it has not three or four fields or its country code is no 16-bit number.
 [[nodiscard]] std::optional<Record> ParseLine(QStringView line);
+
+/// A whole file.
+struct Content
+{
+    std::vector<Record> records;
+    /// Whether a line that is not blank had no record.
+    bool skippedLines = false;
+};
+
+/// The records of the file's text, in order.
+[[nodiscard]] Content Parse(QStringView text);
 
 /// The contact's line with its end. Names are written as they stand, a double quote bare, but as one line. `everyone`
 /// is left out of the groups.
