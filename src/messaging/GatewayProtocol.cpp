@@ -22,8 +22,8 @@ QString Tr(const char *text)
 QString Logon(const QString &username, const QString &password)
 {
     // The blank after the first element belongs to the format.
-    return "<?xml version=\"1.0\"?>\r\n<SESSION>\r\n   <CLIENT>"_L1 + username + "</CLIENT> \r\n   <PW>"_L1 + password
-        + "</PW>\r\n"_L1;
+    return "<?xml version=\"1.0\"?>\r\n<SESSION>\r\n   <CLIENT>"_L1 + username + "</CLIENT> \r\n   <PW>"_L1 + password +
+           "</PW>\r\n"_L1;
 }
 
 /// The text between the first "<tag>" and the first "</tag>", or none.
@@ -68,7 +68,8 @@ Reply LogonFailure(QStringView text)
     if (reply.code == ResultCode::kSuccess || reply.code == ResultCode::kCanceled)
         reply.code = ResultCode::kLogonFailed;
     const std::optional<QStringView> reason = Element(text, "REASON"_L1);
-    reply.reason = reason && !reason->trimmed().isEmpty() ? reason->toString() : Tr("Error ") + QString::number(reply.code);
+    reply.reason =
+        reason && !reason->trimmed().isEmpty() ? reason->toString() : Tr("Error ") + QString::number(reply.code);
     return reply;
 }
 
@@ -78,16 +79,15 @@ void ForEachMessage(QStringView text, Visitor visit)
 {
     constexpr auto kOpening = "<MSG>"_L1;
     constexpr auto kClosing = "</MSG>"_L1;
-    qsizetype position = 0;
-    for (;;) {
-        const qsizetype opening = text.indexOf(kOpening, position);
-        const qsizetype closing = text.indexOf(kClosing, position);
-        if (opening < 0 || closing < 0)
+    // Closing tags that stand before an opening one are passed over.
+    qsizetype start = text.indexOf(kOpening);
+    while (start >= 0) {
+        start += kOpening.size();
+        const qsizetype end = text.indexOf(kClosing, start);
+        if (end < 0)
             return;
-        const qsizetype start = opening + kOpening.size();
-        if (closing >= start)
-            visit(text.sliced(start, closing - start));
-        position = closing + kClosing.size();
+        visit(text.sliced(start, end - start));
+        start = text.indexOf(kOpening, end);
     }
 }
 
@@ -102,10 +102,10 @@ QString BuildMessageRequest(const LxMessageRequests &requests, const QString &re
     document += "   <VERSION>"_L1 + QString::number(VersionNumber(ProgramVersion())) + "</VERSION>\r\n"_L1;
     document += "   <MSGLST>\r\n"_L1;
     for (const LxMessageRequest &request : requests) {
-        document += "       <MSG> \r\n           <OP>1</OP>\r\n           <TEXT>"_L1
-            + Encodings::XMLEncode(request.Message) + "</TEXT>\r\n           <RCV>"_L1
-            + PhoneNumbers::RemovePlus(request.InternationalMobile) + "</RCV>\r\n           <NAME>"_L1
-            + Encodings::XMLEncode(PhoneNumbers::RemovePlus(request.Name)) + "</NAME>\r\n       </MSG>\r\n"_L1;
+        document += "       <MSG> \r\n           <OP>1</OP>\r\n           <TEXT>"_L1 +
+                    Encodings::XMLEncode(request.Message) + "</TEXT>\r\n           <RCV>"_L1 +
+                    PhoneNumbers::RemovePlus(request.InternationalMobile) + "</RCV>\r\n           <NAME>"_L1 +
+                    Encodings::XMLEncode(PhoneNumbers::RemovePlus(request.Name)) + "</NAME>\r\n       </MSG>\r\n"_L1;
     }
     return document + "   </MSGLST>\r\n</SESSION>\r\n"_L1;
 }

@@ -119,7 +119,7 @@ bool LxContact::MatchesInternational(QStringView text, bool exact) const
         return false;
     // Compared piece by piece, as joining the pieces would be most of the work of a search.
     const QString prefix = PhoneNumbers::MakeInternational(m_countryCode, {});
-    if (text.size() <= prefix.size())
+    if (text.size() < prefix.size())
         return !exact && QStringView(prefix).startsWith(text);
     if (!text.startsWith(prefix))
         return false;
@@ -144,7 +144,8 @@ bool LxContact::Match(const QString &text, bool exact) const
         t = t.sliced(1);
         numberMatches = matchesLocal(t);
     } else if (first >= u'1' && first <= u'9') {
-        numberMatches = MatchesInternational(t, exact) || matchesLocal(t);
+        // The international form begins with "+", so it never matches these.
+        numberMatches = matchesLocal(t);
     }
     if (numberMatches)
         return true;

@@ -18,8 +18,10 @@ using LxContactPtr = std::shared_ptr<LxContact>;
 /// The setters raise number -2147221503, source "Corvane.Contact", and then change nothing.
 class LxContact final : public std::enable_shared_from_this<LxContact>
 {
+    /// Explicit, so that nobody else can make one, not even from braces.
     struct Private
     {
+        explicit Private() = default;
     };
 
 public:

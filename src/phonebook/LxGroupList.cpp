@@ -63,7 +63,8 @@ bool LxGroupList::ExistsID(int id) const
 
 LxGroup *LxGroupList::Find(int id) const
 {
-    const auto it = std::find_if(m_groups.begin(), m_groups.end(), [id](const LxGroup *g) { return g->GroupID() == id; });
+    const auto it =
+        std::find_if(m_groups.begin(), m_groups.end(), [id](const LxGroup *g) { return g->GroupID() == id; });
     return it == m_groups.end() ? nullptr : *it;
 }
 

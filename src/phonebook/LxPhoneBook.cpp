@@ -10,10 +10,12 @@
 #include "Utils.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +25,11 @@ bool IsSameFile(const QString &a, const QString &b)
 {
     const QString canonical = QFileInfo(a).canonicalFilePath();
     return !canonical.isEmpty() && canonical == QFileInfo(b).canonicalFilePath();
+}
+
+QString ReadText(const QString &name)
+{
+    return TextFile::Decode(Utils::ReadTextFile(name));
 }
 
 } // namespace
@@ -61,20 +68,20 @@ void LxPhoneBook::ClearAll()
     m_allContacts = &m_groups.CreateGroup(u"Everyone"_s);
 }
 
-void LxPhoneBook::OpenPhoneBook(const QString &name)
+void LxPhoneBook::OpenPhoneBook(QString name)
 {
     ClosePhoneBook();
-    m_fileName = name;
+    m_fileName = std::move(name);
     // Until it has been read, whatever the file holds is not in memory.
     m_mustKeepOldFile = true;
     try {
-        if (!Utils::FileExists(name)) {
-            Utils::EnsureFolderExists(name);
+        if (!Utils::FileExists(m_fileName)) {
+            Utils::EnsureFolderExists(m_fileName);
             SavePhoneBook();
             return;
         }
-        m_lock.Acquire(name);
-        const QString text = TextFile::Decode(Utils::ReadTextFile(name));
+        m_lock.Acquire(m_fileName);
+        const QString text = ReadText(m_fileName);
         ClearAll();
         m_mustKeepOldFile = !AddContacts(text);
     } catch (const Error &) {
@@ -85,7 +92,7 @@ void LxPhoneBook::OpenPhoneBook(const QString &name)
 
 void LxPhoneBook::RevertToSaved()
 {
-    OpenPhoneBook(QString(m_fileName));
+    OpenPhoneBook(m_fileName);
 }
 
 void LxPhoneBook::ClosePhoneBook()
@@ -105,7 +112,14 @@ QString LxPhoneBook::SavePhoneBook()
     if (exists && !m_lock.IsHeld())
         m_lock.Acquire(m_fileName);
     const QString keptFile = exists && m_mustKeepOldFile ? KeepOldFile() : QString();
-    SaveFile(m_fileName, Content(), FilePrivacy::AsUsual, &m_lock);
+    try {
+        SaveFile(m_fileName, Content(), FilePrivacy::AsUsual, &m_lock);
+    } catch (const Error &) {
+        // The next attempt makes the copy anew; on a full disk it would be one too many.
+        if (!keptFile.isEmpty())
+            QFile::remove(keptFile);
+        throw;
+    }
     m_mustKeepOldFile = false;
     return keptFile;
 }
@@ -115,7 +129,7 @@ QString LxPhoneBook::KeepOldFile() const
     const QString stem = m_fileName + u'.' + m_clock.Now().toString(u"yyyyMMdd-HHmmss"_s);
     QString name = stem + u".bak"_s;
     for (int n = 2; Utils::FileExists(name); ++n)
-        name = u"%1-%2.bak"_s.arg(stem).arg(n);
+        name = stem + u'-' + QString::number(n) + u".bak"_s;
     SaveFile(name, Utils::ReadTextFile(m_fileName), FilePrivacy::OwnerOnly);
     return name;
 }
@@ -131,15 +145,24 @@ void LxPhoneBook::Backup(const QString &name)
 
 QString LxPhoneBook::Restore(const QString &name)
 {
-    const QString text = TextFile::Decode(Utils::ReadTextFile(name));
+    const QString text = ReadText(name);
     if (!text.isEmpty() && !HasContact(text)) {
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
                     Utils::FileNameOfPath(name)
                         + QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
     }
+    // Put aside, not cleared: the file does not record groups without members, so loading it would not bring them back.
+    LxGroupList oldGroups = std::exchange(m_groups, {});
+    LxGroup *const oldContacts = m_allContacts;
     ClearAll();
     AddContacts(text);
-    return SavePhoneBook();
+    try {
+        return SavePhoneBook();
+    } catch (const Error &) {
+        m_groups = std::move(oldGroups);
+        m_allContacts = oldContacts;
+        throw;
+    }
 }
 
 LxContactPtr LxPhoneBook::ContactOf(QStringView line, QString &groups) const

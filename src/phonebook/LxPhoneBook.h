@@ -35,13 +35,14 @@ public:
 
     /// Makes the named file the phone book's file and loads it. When there is none, the folders on its path and the
     /// file are made, and hold what is in memory now: opening a new name acts as a save-as.
-    void OpenPhoneBook(const QString &name);
+    void OpenPhoneBook(QString name);
 
     /// Throws away what is not saved by loading the file again.
     void RevertToSaved();
 
     /// Writes the whole phone book to its file. When the last load skipped a line that was not blank, or the open
-    /// failed, the old file is first kept beside it, byte for byte, as "<name>.<date-time>.bak".
+    /// failed, the old file is first kept beside it, byte for byte, as "<name>.<date-time>.bak"; a save that fails
+    /// leaves no such copy.
     /// Returns the path of the copy, or empty text when none was due.
     QString SavePhoneBook();
 
@@ -52,8 +53,8 @@ public:
     void Backup(const QString &name);
 
     /// Replaces the contacts by those of the named file and saves the phone book; returns what SavePhoneBook does.
-    /// Raises "<file> is not a phone book", with the phone book as it was, when the file is not empty and has no
-    /// readable line.
+    /// Raises "<file> is not a phone book" when the file is not empty and has no readable line. Whatever is raised,
+    /// the phone book is as it was, groups without members included.
     QString Restore(const QString &name);
 
     /// Empties the phone book. Files are not touched.
