@@ -17,18 +17,20 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Ends the program once a window was painted.
-class QuitAtPaint final : public QObject
+/// Ends the process once a window was painted; tidying up is no part of the start.
+class ExitAtPaint final : public QObject
 {
 public:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         if (event->type() == QEvent::Paint && qobject_cast<QMainWindow *>(watched))
-            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+            QTimer::singleShot(0, watched, [] { std::_Exit(0); });
         return QObject::eventFilter(watched, event);
     }
 };
@@ -37,8 +39,8 @@ public:
 int RunChild(int argc, char *argv[], bool isEmpty)
 {
     QApplication application(argc, argv);
-    QuitAtPaint quit;
-    application.installEventFilter(&quit);
+    ExitAtPaint exitAtPaint;
+    application.installEventFilter(&exitAtPaint);
     if (isEmpty) {
         QMainWindow window;
         window.show();

@@ -1,6 +1,5 @@
 #include "RecipientModel.h"
 
-#include "Icons.h"
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
 
@@ -10,8 +9,6 @@ using namespace Qt::StringLiterals;
 
 RecipientModel::RecipientModel(QObject *parent)
     : QAbstractListModel(parent)
-    , m_contactIcon(Icons::Get("contact"_L1))
-    , m_groupIcon(Icons::Get("group"_L1))
 {
 }
 
@@ -71,7 +68,7 @@ QVariant RecipientModel::data(const QModelIndex &index, int role) const
     case Qt::EditRole:
         return item.name;
     case Qt::DecorationRole:
-        return item.number < 0 ? m_groupIcon : m_contactIcon;
+        return item.number < 0 ? m_groupIcon.Get() : m_contactIcon.Get();
     case Qt::UserRole:
         return item.number;
     default:

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Icons.h"
+
 #include <QAbstractListModel>
-#include <QVariant>
 
 #include <optional>
 #include <vector>
@@ -45,7 +46,7 @@ private:
     template <typename Predicate>
     [[nodiscard]] int FindIf(Predicate predicate) const;
 
-    QVariant m_contactIcon;
-    QVariant m_groupIcon;
+    Icons::Lazy m_contactIcon{QLatin1StringView("contact")};
+    Icons::Lazy m_groupIcon{QLatin1StringView("group")};
     Items m_items;
 };

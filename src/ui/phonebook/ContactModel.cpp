@@ -1,6 +1,5 @@
 #include "ContactModel.h"
 
-#include "Icons.h"
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
 #include "PhoneNumbers.h"
@@ -17,7 +16,6 @@ QString DisplayMobile(const LxContact &contact)
 ContactModel::ContactModel(const LxPhoneBook &phoneBook, QObject *parent)
     : QAbstractTableModel(parent)
     , m_phoneBook(phoneBook)
-    , m_contactIcon(Icons::Get("contact"_L1))
 {
 }
 
@@ -73,7 +71,7 @@ QVariant ContactModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return Text(contact, index.column());
     case Qt::DecorationRole:
-        return index.column() == Name ? m_contactIcon : QVariant();
+        return index.column() == Name ? m_contactIcon.Get() : QVariant();
     case RowKeys::kKeyRole:
         return RowKeys::OfContact(contact.ContactID());
     default:

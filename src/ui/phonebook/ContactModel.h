@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Icons.h"
 #include "LxContact.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
-#include <QVariant>
 
 #include <vector>
 
@@ -42,7 +42,7 @@ private:
     [[nodiscard]] QString Text(const LxContact &contact, int column) const;
 
     const LxPhoneBook &m_phoneBook;
-    QVariant m_contactIcon;
+    Icons::Lazy m_contactIcon{QLatin1StringView("contact")};
     std::vector<LxContactPtr> m_rows;
     QHash<int, int> m_rowOf;
 };

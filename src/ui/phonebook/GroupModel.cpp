@@ -1,6 +1,5 @@
 #include "GroupModel.h"
 
-#include "Icons.h"
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
 #include "RowKeys.h"
@@ -12,8 +11,6 @@ using namespace Qt::StringLiterals;
 GroupModel::GroupModel(const LxPhoneBook &phoneBook, QObject *parent)
     : QAbstractTableModel(parent)
     , m_phoneBook(phoneBook)
-    , m_everyoneIcon(Icons::Get("phonebook"_L1))
-    , m_groupIcon(Icons::Get("group"_L1))
 {
 }
 
@@ -52,7 +49,7 @@ QVariant GroupModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return group.Name();
     case Qt::DecorationRole:
-        return &group == &m_phoneBook.AllContacts() ? m_everyoneIcon : m_groupIcon;
+        return &group == &m_phoneBook.AllContacts() ? m_everyoneIcon.Get() : m_groupIcon.Get();
     case RowKeys::kKeyRole:
         return RowKeys::OfGroup(group.GroupID());
     default:

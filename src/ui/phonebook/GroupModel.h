@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Icons.h"
+
 #include <QAbstractTableModel>
-#include <QVariant>
 
 #include <vector>
 
@@ -31,7 +32,7 @@ public:
 
 private:
     const LxPhoneBook &m_phoneBook;
-    QVariant m_everyoneIcon;
-    QVariant m_groupIcon;
+    Icons::Lazy m_everyoneIcon{QLatin1StringView("phonebook")};
+    Icons::Lazy m_groupIcon{QLatin1StringView("group")};
     std::vector<LxGroup *> m_rows;
 };

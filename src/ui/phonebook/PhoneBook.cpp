@@ -15,12 +15,18 @@ using namespace Qt::StringLiterals;
 
 PhoneBook::PhoneBook(const Services &services)
     : m_services(services)
-    , m_ui(std::make_unique<Ui::PhoneBook>())
     , m_phoneBook(services.countries, services.clock)
-    , m_groups(new GroupModel(m_phoneBook, this))
-    , m_contacts(new ContactModel(m_phoneBook, this))
 {
+}
+
+PhoneBook::~PhoneBook() = default;
+
+void PhoneBook::BuildControls()
+{
+    m_ui = std::make_unique<Ui::PhoneBook>();
     m_ui->setupUi(this);
+    m_groups = new GroupModel(m_phoneBook, this);
+    m_contacts = new ContactModel(m_phoneBook, this);
     Controls::SetUpReport(*m_ui->lvwGroups);
     Controls::SetUpReport(*m_ui->lvwContacts);
     m_ui->lvwGroups->setModel(m_groups);
@@ -32,8 +38,6 @@ PhoneBook::PhoneBook(const Services &services)
             &PhoneBook::FillContacts);
     Status(tr("Ready"));
 }
-
-PhoneBook::~PhoneBook() = default;
 
 void PhoneBook::LoadData()
 {
@@ -53,7 +57,9 @@ LxGroup &PhoneBook::GetGroup(int groupID)
 void PhoneBook::AddContact(const LxContactPtr &contact)
 {
     m_phoneBook.AllContacts().Add(contact);
-    if (m_isLoaded && ChosenGroup().IsMember(*contact))
+    if (!m_isLoaded)
+        return;
+    if (ChosenGroup().IsMember(*contact))
         m_contacts->Append(contact);
     SelectContact(*contact);
 }
@@ -75,9 +81,10 @@ bool PhoneBook::EditContact(const LxContactPtr &contact, bool isNew, const QStri
     }
     if (isNew)
         AddContact(contact);
-    else
+    else if (m_isLoaded)
         m_contacts->Rewrite(*contact);
-    ShowCount();
+    if (m_isLoaded)
+        ShowCount();
     Autosave();
     return true;
 }
@@ -124,8 +131,10 @@ void PhoneBook::SelectContact(const LxContact &contact)
 
 LxGroup &PhoneBook::ChosenGroup() const
 {
+    if (!m_isLoaded)
+        return m_phoneBook.AllContacts();
     const QModelIndex current = m_ui->lvwGroups->currentIndex();
-    return m_isLoaded && current.isValid() ? m_groups->GroupAt(current.row()) : m_phoneBook.AllContacts();
+    return current.isValid() ? m_groups->GroupAt(current.row()) : m_phoneBook.AllContacts();
 }
 
 void PhoneBook::FillContacts()
@@ -141,6 +150,8 @@ void PhoneBook::ShowCount()
 
 void PhoneBook::LoadLists()
 {
+    if (!m_ui)
+        BuildControls();
     constexpr int kDesignWidth = 2000 / Controls::kTwipsPerPixel;
     for (const int column : {ContactModel::Name, ContactModel::Mobile})
         m_ui->lvwContacts->setColumnWidth(column, kDesignWidth);
@@ -150,10 +161,10 @@ void PhoneBook::LoadLists()
     const auto contacts = Controls::StoredControlSize(m_services.settings, *m_ui->picContactsContainer);
     if (groups && contacts)
         m_ui->Splitter1->setSizes({groups->width(), contacts->width()});
+    m_isLoaded = true;
     m_groups->Fill();
     m_ui->lvwGroups->setCurrentIndex(m_groups->index(0, 0));
     FillContacts();
-    m_isLoaded = true;
     ShowNotice();
 }
 

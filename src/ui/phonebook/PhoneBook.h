@@ -72,6 +72,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void BuildControls();
     void LoadLists();
     void Unload();
     [[nodiscard]] LxGroup &ChosenGroup() const;
@@ -80,10 +81,11 @@ private:
     void ShowNotice();
 
     Services m_services;
-    std::unique_ptr<Ui::PhoneBook> m_ui;
     LxPhoneBook m_phoneBook;
-    GroupModel *m_groups;
-    ContactModel *m_contacts;
+    /// The controls and their models are made when the window is first shown; most runs never show it.
+    std::unique_ptr<Ui::PhoneBook> m_ui;
+    GroupModel *m_groups = nullptr;
+    ContactModel *m_contacts = nullptr;
     /// Between the window's showing and its closing, when the lists show the phone book.
     bool m_isLoaded = false;
     /// What the status bar is to tell when the window is next seen.

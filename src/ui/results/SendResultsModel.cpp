@@ -1,6 +1,5 @@
 #include "SendResultsModel.h"
 
-#include "Icons.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,8 +15,6 @@ bool IsSent(const LxMessageRequest &request)
 
 SendResultsModel::SendResultsModel(QObject *parent)
     : QAbstractTableModel(parent)
-    , m_tick(Icons::Get("tick"_L1))
-    , m_cross(Icons::Get("cross"_L1))
 {
 }
 
@@ -44,7 +41,7 @@ QVariant SendResultsModel::data(const QModelIndex &index, int role) const
         return {};
     const LxMessageRequest &request = m_requests[static_cast<size_t>(index.row())];
     if (role == Qt::DecorationRole && index.column() == Status)
-        return IsSent(request) ? m_tick : m_cross;
+        return IsSent(request) ? m_tick.Get() : m_cross.Get();
     if (role == Qt::ToolTipRole && request.Response && !request.Response->Info.isEmpty())
         return request.Response->Info.toHtmlEscaped();
     if (role != Qt::DisplayRole)

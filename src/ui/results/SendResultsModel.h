@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Icons.h"
 #include "LxMessageRequest.h"
 
 #include <QAbstractTableModel>
-#include <QVariant>
 
 /// What became of each message, in the order in which they were sent.
 class SendResultsModel final : public QAbstractTableModel
@@ -23,7 +23,7 @@ public:
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    QVariant m_tick;
-    QVariant m_cross;
+    Icons::Lazy m_tick{QLatin1StringView("tick")};
+    Icons::Lazy m_cross{QLatin1StringView("cross")};
     LxMessageRequests m_requests;
 };
