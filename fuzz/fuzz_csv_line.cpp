@@ -3,6 +3,8 @@
 #include "TextFile.h"
 #include "Utils.h"
 
+#include <QStringList>
+
 namespace {
 
 QStringList Fields(const QString &line)

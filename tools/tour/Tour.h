@@ -29,7 +29,10 @@ private:
 
     void NextStep();
     void PlanSteps();
+    /// Opens a dialog by its menu entry, takes its picture and leaves it.
     void PlanDialog(const QString &action, const QString &window);
+    /// Waits for a dialog, takes its picture and leaves it.
+    void PlanPicture(const QString &window);
     void Save(QWidget &window, const QString &name);
 
     QDir m_pictures;

@@ -3,6 +3,7 @@
 #include "Settings.h"
 
 #include <QComboBox>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLayout>
@@ -151,6 +152,15 @@ int CountSelectedItems(const QAbstractItemView &list)
 void SelectComboItemByData(QComboBox &combo, int data)
 {
     combo.setCurrentIndex(combo.findData(data));
+}
+
+void FitToContents(QDialog &dialog)
+{
+    // Qt by itself stops at two thirds of the screen, and cuts wrapped texts off there.
+    QSize size = dialog.layout()->totalSizeHint();
+    if (dialog.layout()->hasHeightForWidth())
+        size.setHeight(dialog.layout()->totalHeightForWidth(size.width()));
+    dialog.resize(size.boundedTo(dialog.screen()->availableGeometry().size()));
 }
 
 void SetUpReport(QTreeView &list)

@@ -6,6 +6,7 @@
 
 class QAbstractItemView;
 class QComboBox;
+class QDialog;
 class QTreeView;
 class QWidget;
 class Settings;
@@ -38,6 +39,9 @@ void RestoreColumnWidths(const Settings &settings, QTreeView &list);
 
 /// Makes the first item whose data is `data` current, or none when there is no such item.
 void SelectComboItemByData(QComboBox &combo, int data);
+
+/// Makes a dialog as large as its texts need, also with a large font, as far as the screen has room.
+void FitToContents(QDialog &dialog);
 
 /// Gives a tree view the look and the keys of a report: whole rows, no tree, one Tab stop.
 void SetUpReport(QTreeView &list);

@@ -9,7 +9,10 @@ namespace Icons {
 /// One of the program's own pictures, by the name of its file without extension.
 [[nodiscard]] QIcon Get(QLatin1StringView name);
 
-/// A picture that is loaded when it is first shown: the plugin that draws SVG is no work for the start.
+/// The picture for the rows of a list: on a selected row it has the colour of the row's text.
+[[nodiscard]] QIcon GetForList(QLatin1StringView name);
+
+/// GetForList when it is first shown: loading the plugin that draws SVG is no work for the start.
 class Lazy final
 {
 public:
@@ -18,12 +21,7 @@ public:
     {
     }
 
-    [[nodiscard]] QVariant Get() const
-    {
-        if (!m_icon.isValid())
-            m_icon = Icons::Get(m_name);
-        return m_icon;
-    }
+    [[nodiscard]] QVariant Get() const;
 
 private:
     QLatin1StringView m_name;

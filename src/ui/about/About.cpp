@@ -1,5 +1,6 @@
 #include "About.h"
 
+#include "Controls.h"
 #include "Icons.h"
 #include "Shell.h"
 #include "VendorPages.h"
@@ -25,6 +26,7 @@ About::About(const Settings &settings, Shell &shell, Prompts &prompts, QWidget *
     connect(m_ui->lblSupport, &QLabel::linkActivated, this,
             [&shell](const QString &address) { shell.OpenWithShell(address); });
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &About::accept);
+    Controls::FitToContents(*this);
 }
 
 About::~About() = default;

@@ -1,5 +1,6 @@
 #include "AccountDetails.h"
 
+#include "Controls.h"
 #include "EmailAddresses.h"
 #include "Error.h"
 #include "OrderPage.h"
@@ -27,6 +28,7 @@ AccountDetails::AccountDetails(const SendingSMS::Gateway &gateway, Prompts &prom
     new SelectAllOnFocus(m_ui->txtEmail);
     EnableButtons();
     ConnectControls();
+    Controls::FitToContents(*this);
 }
 
 AccountDetails::~AccountDetails() = default;

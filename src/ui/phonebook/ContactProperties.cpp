@@ -107,6 +107,7 @@ void ContactProperties::Setup(const LxContactPtr &contact, LxPhoneBook &phoneBoo
     ShowGuarantee();
     m_ui->txtName->setFocus();
     m_ui->txtName->selectAll();
+    Controls::FitToContents(*this);
     m_canceled = false;
 }
 

@@ -153,8 +153,10 @@ void PhoneBook::LoadLists()
     if (!m_ui)
         BuildControls();
     constexpr int kDesignWidth = 2000 / Controls::kTwipsPerPixel;
+    // A large font needs more.
+    const int width = qMax(kDesignWidth, 18 * fontMetrics().averageCharWidth());
     for (const int column : {ContactModel::Name, ContactModel::Mobile})
-        m_ui->lvwContacts->setColumnWidth(column, kDesignWidth);
+        m_ui->lvwContacts->setColumnWidth(column, width);
     Controls::RestoreColumnWidths(m_services.settings, *m_ui->lvwContacts);
     Controls::RestoreWindowPosition(m_services.settings, *this);
     const auto groups = Controls::StoredControlSize(m_services.settings, *m_ui->picGroupsContainer);
