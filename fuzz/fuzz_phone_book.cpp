@@ -16,8 +16,9 @@ namespace {
 LxCountryList Countries()
 {
     LxCountryList countries;
-    for (const qint16 code : {1, 44, 353, 1876})
-        countries.Add({u"Country"_s, code, false});
+    countries.Add({u"A"_s, 1, false});
+    countries.Add({u"B"_s, 44, false});
+    countries.Add({u"C"_s, 353, false});
     return countries;
 }
 
