@@ -83,7 +83,9 @@ void LxPhoneBook::OpenPhoneBook(QString name)
         m_lock.Acquire(m_fileName);
         const QString text = ReadText(m_fileName);
         ClearAll();
-        m_mustKeepOldFile = !AddContacts(text);
+        // Bytes that are no UTF-8 in a file that says it is were read as replacement characters.
+        const bool decodedAll = !text.contains(QChar::ReplacementCharacter);
+        m_mustKeepOldFile = !AddContacts(text) || !decodedAll;
     } catch (const Error &) {
         m_lock.Release();
         throw;
