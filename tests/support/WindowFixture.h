@@ -8,6 +8,23 @@
 #include "SendingSMS.h"
 #include "Settings.h"
 
+/// Runs posts without a window, and cancels them when told so.
+class TestPostRunner final : public PostRunner
+{
+public:
+    void Run(CGIPost &post, QObject *owner) override
+    {
+        if (cancels)
+            QMetaObject::invokeMethod(&post, &CGIPost::Cancel, Qt::QueuedConnection);
+        m_runner.Run(post, owner);
+    }
+
+    bool cancels = false;
+
+private:
+    DirectPostRunner m_runner;
+};
+
 /// What every window needs, with three countries and an open phone book.
 struct WindowFixture : Profile
 {
@@ -21,6 +38,14 @@ struct WindowFixture : Profile
     }
 
     [[nodiscard]] LxPhoneBook &Book() { return phoneBook.ReadOnlyPhoneBook(); }
+
+    /// Posts go to this address, with this account.
+    void UseGateway(const QString &host, const QString &username = QStringLiteral("ann"))
+    {
+        settings.Save(QStringLiteral("Gateway"), QStringLiteral("Host"), host);
+        settings.Save(QStringLiteral("Account"), QStringLiteral("Username"), username);
+        settings.Save(QStringLiteral("Account"), QStringLiteral("Password"), QStringLiteral("secret"));
+    }
 
     /// A contact of the United Kingdom.
     LxContactPtr Add(const QString &name, const QString &mobile, const QStringList &groups = {})
@@ -38,6 +63,7 @@ struct WindowFixture : Profile
     LxCountryList countries;
     Settings settings{Settings::DefaultFileName(), prompts};
     PostModule posts{internetSettings};
-    DirectPostRunner runner;
+    TestPostRunner runner;
+    SendingSMS::Gateway gateway{settings, posts, runner};
     PhoneBook phoneBook{PhoneBook::Services{countries, clock, prompts, shell, settings}};
 };
