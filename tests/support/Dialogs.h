@@ -31,6 +31,16 @@ void WhenDialogOpens(const QString &name, Act act)
     poll->start(0);
 }
 
+/// The window of this object name, or null.
+inline QWidget *FindWindow(const QString &name)
+{
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->objectName() == name)
+            return window;
+    }
+    return nullptr;
+}
+
 /// The control of this object name, which must be there.
 template <typename T>
 T &Control(const QWidget &window, const char *name)

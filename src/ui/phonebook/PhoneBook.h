@@ -72,6 +72,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    bool Save();
     void LoadLists();
     void Unload();
     [[nodiscard]] LxGroup &ChosenGroup() const;
