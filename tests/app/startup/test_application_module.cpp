@@ -10,6 +10,7 @@
 #include "Settings.h"
 
 #include <QFileInfo>
+#include <QJsonDocument>
 #include <QStatusBar>
 
 using namespace Qt::StringLiterals;
@@ -28,16 +29,10 @@ class TestApplicationModule final : public QObject
             QVERIFY(phoneBook.isNull() || WriteBytes(file, phoneBook));
         }
 
-        [[nodiscard]] std::unique_ptr<ApplicationModule> Module(const QStringList &arguments = {})
+        [[nodiscard]] std::unique_ptr<ApplicationModule> Module()
         {
             return std::make_unique<ApplicationModule>(
-                ApplicationModule::Seams{prompts, shell, clock, internetSettings, runner}, home.path(), arguments);
-        }
-
-        [[nodiscard]] QString Stored(const char16_t *section, const char16_t *key)
-        {
-            return Settings(Settings::DefaultFileName(), prompts)
-                .Get(QString::fromUtf16(section), QString::fromUtf16(key), u"none"_s);
+                ApplicationModule::Seams{prompts, shell, clock, internetSettings, runner}, home.path(), QStringList());
         }
 
         const QString file = LxPhoneBook::DefaultFileName();
@@ -54,17 +49,20 @@ class TestApplicationModule final : public QObject
     }
 
 private slots:
-    void freshProfile()
+    void makesThePhoneBookAndUpgradesTheSettings()
     {
         Fixture f;
         QVERIFY(QDir(f.folder).removeRecursively());
+        QVERIFY(WriteBytes(Settings::DefaultFileName(),
+                           R"({"Settings": {"a": "1"}, "History": {"a": "1"}, "Account": {"Username": "ann"}})"));
         auto module = f.Module();
         QVERIFY(module->Main());
         VerifyStarted();
         QVERIFY(QFileInfo::exists(f.file));
         module.reset();
-        QCOMPARE(f.Stored(u"Version", u"Major") + f.Stored(u"Version", u"Minor") + f.Stored(u"Version", u"Revision"),
-                 u"23138"_s);
+        const QByteArray settings = ReadBytes(Settings::DefaultFileName());
+        QCOMPARE(QJsonDocument::fromJson(settings).toJson(QJsonDocument::Compact),
+                 R"({"Account":{"Username":"ann"},"Version":{"Major":"2","Minor":"3","Revision":"138"}})");
     }
 
     void secondCopyIsRefused()
@@ -73,7 +71,6 @@ private slots:
         auto first = f.Module();
         QVERIFY(first->Main());
         QCoreApplication::processEvents();
-        const QByteArray settings = ReadBytes(Settings::DefaultFileName());
         QVERIFY(QFile::remove(Settings::DefaultFileName()));
         auto second = f.Module();
         f.prompts.ExpectBox(u"Brevio is already running.\r\n\r\nPlease select Brevio from the task bar to continue."_s,
@@ -85,21 +82,11 @@ private slots:
         QVERIFY(second->Main());
     }
 
-    void phoneBookThatCannotBeOpenedIsTold_data()
-    {
-        QTest::addColumn<bool>("isLocked");
-        QTest::newRow("locked") << true;
-        QTest::newRow("a folder") << false;
-    }
     void phoneBookThatCannotBeOpenedIsTold()
     {
-        QFETCH(bool, isLocked);
-        Fixture f(isLocked ? QByteArray("\"Ann\",44,\"07700900123\"\r\n") : QByteArray());
+        Fixture f("\"Ann\",44,\"07700900123\"\r\n");
         FileLock lock;
-        if (isLocked)
-            lock.Acquire(f.file);
-        else
-            QVERIFY(QDir().mkdir(f.file));
+        lock.Acquire(f.file);
         QString reason;
         try {
             LxPhoneBook(LxCountryList(), f.clock).OpenPhoneBook(f.file);
@@ -114,21 +101,6 @@ private slots:
         QVERIFY(module->Main());
         f.prompts.VerifyAllCame();
         VerifyStarted();
-    }
-
-    void settingsOfOldReleasesAreCleaned()
-    {
-        Fixture f;
-        QVERIFY(WriteBytes(Settings::DefaultFileName(),
-                           R"({"Settings":{"a":"1"},"History":{"a":"1"},"PhoneBook":{"Left":"1"},)"
-                           R"("Defaults":{"a":"1"},"Account":{"Username":"ann"},"Version":{"Major":"1"}})"));
-        auto module = f.Module();
-        QVERIFY(module->Main());
-        module.reset();
-        QCOMPARE(f.Stored(u"Settings", u"a") + f.Stored(u"History", u"a") + f.Stored(u"PhoneBook", u"Left"),
-                 u"nonenonenone"_s);
-        QCOMPARE(f.Stored(u"Defaults", u"a") + f.Stored(u"Account", u"Username") + f.Stored(u"Version", u"Major"),
-                 u"1ann2"_s);
     }
 
     void phoneBookSurvivesAMissingCountryTable()
@@ -151,16 +123,6 @@ private slots:
         phoneBook->show();
         QCOMPARE(Control<QStatusBar>(*phoneBook, "sbStatusBar").currentMessage(),
                  u"What could not be read was kept in "_s + kept.first());
-    }
-
-    void testCountryIsAskedForByArgument()
-    {
-        Fixture f("\"Ann\",99,\"123456\"\r\n");
-        auto module = f.Module({u"--useTestCountry"_s});
-        QVERIFY(module->Main());
-        QWidget *phoneBook = FindWindow(u"PhoneBook"_s);
-        phoneBook->show();
-        QCOMPARE(Control<QStatusBar>(*phoneBook, "sbStatusBar").currentMessage(), u"1 contacts"_s);
     }
 };
 

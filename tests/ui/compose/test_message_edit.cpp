@@ -1,11 +1,10 @@
-#include "LxMessage.h"
 #include "MessageEdit.h"
+#include "TextTable.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -22,56 +21,49 @@ class TestMessageEdit final : public QObject
         return text;
     }
 
-    static void Paste(MessageEdit &edit, const QString &text)
+    static void PasteOver(MessageEdit &edit, int from, int length, const QString &text)
     {
+        QTextCursor cursor = edit.textCursor();
+        cursor.setPosition(from);
+        cursor.setPosition(from + length, QTextCursor::KeepAnchor);
+        edit.setTextCursor(cursor);
         QApplication::clipboard()->setText(text);
         edit.paste();
     }
 
-    static void SelectFrom(MessageEdit &edit, int from, int to)
-    {
-        QTextCursor cursor = edit.textCursor();
-        cursor.setPosition(from);
-        cursor.setPosition(to, QTextCursor::KeepAnchor);
-        edit.setTextCursor(cursor);
-    }
-
 private slots:
+    // Pasted between "1" and "2": what is left of it, "|" and what was rejected.
     void takesOutWhatMayNotBeSent_data()
     {
-        QTest::addColumn<QString>("pasted");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("invalid");
-        QTest::newRow("all allowed") << u"Hé £5"_s << u"Hé £5"_s << QString();
-        QTest::newRow("euro") << u"€"_s << QString() << u"€"_s;
-        QTest::newRow("each once, in order") << u"a~b_c~"_s << u"abc"_s << u"~_"_s;
-        QTest::newRow("no-break space") << u"a\u00A0b"_s << u"ab"_s << u"\u00A0"_s;
-        QTest::newRow("tab") << u"a\tb"_s << u"ab"_s << u"\t"_s;
-        QTest::newRow("outside the basic plane") << u"a😀b😀"_s << u"ab"_s << u"😀"_s;
-        QTest::newRow("half a pair") << u"a"_s + QChar(0xD83D) + u"b"_s << u"ab"_s << QString(QChar(0xD83D));
-        QTest::newRow("combining mark") << u"e\u0301x"_s << u"ex"_s << u"\u0301"_s;
-        QTest::newRow("line ends") << u"a\r\nb\nc\u2028d"_s << u"a\r\nb\r\nc\r\nd"_s << QString();
+        AddTextTable({{u"Hé £5", u"Hé £5|"},
+                      {u"€", u"|€"},
+                      {u"a~b_c~", u"abc|~_"},
+                      {u"a\u00A0b", u"ab|\u00A0"},
+                      {u"a\tb", u"ab|\t"},
+                      {u"a😀b😀", u"ab|😀"},
+                      {u"e\u0301x", u"ex|\u0301"},
+                      {u"a\r\nb\nc\u2028d", u"a\r\nb\r\nc\r\nd|"}});
     }
     void takesOutWhatMayNotBeSent()
     {
-        QFETCH(QString, pasted);
-        QFETCH(QString, text);
-        QFETCH(QString, invalid);
+        QFETCH(QString, in);
+        QFETCH(QString, out);
+        const QString text = u'1' + out.section(u'|', 0, 0) + u'2';
+        const QString invalid = out.section(u'|', 1);
         MessageEdit edit;
         edit.SetMessageText(u"12"_s);
-        SelectFrom(edit, 1, 1);
         QSignalSpy changed(&edit, &MessageEdit::MessageChanged);
-        Paste(edit, pasted);
-        QCOMPARE(edit.MessageText(), u'1' + text + u'2');
+        PasteOver(edit, 1, 0, in);
+        QCOMPARE(edit.MessageText(), text);
         QCOMPARE(changed, QList<QVariantList>{{invalid}});
         QCOMPARE(edit.textCursor().atEnd(), !invalid.isEmpty());
         edit.undo();
         QCOMPARE(edit.MessageText(), u"12"_s);
         edit.redo();
-        QCOMPARE(edit.MessageText(), u'1' + text + u'2');
+        QCOMPARE(edit.MessageText(), text);
     }
 
-    void typedKeysAreCleanedAndCounted()
+    void keysAndInputMethodAreChecked()
     {
         MessageEdit edit;
         QSignalSpy changed(&edit, &MessageEdit::MessageChanged);
@@ -80,59 +72,42 @@ private slots:
         QTest::keyClick(&edit, Qt::Key_Return, Qt::ShiftModifier);
         QCOMPARE(edit.MessageText(), u"ab\r\n\r\n"_s);
         QCOMPARE(changed, (QList<QVariantList>{{QString()}, {u"~"_s}, {QString()}, {QString()}, {QString()}}));
-        // Tab leaves the box.
-        QTest::keyClick(&edit, Qt::Key_Tab);
-        QCOMPARE(edit.MessageText(), u"ab\r\n\r\n"_s);
-    }
-
-    void inputMethodIsCheckedWhenItCommits()
-    {
-        MessageEdit edit;
-        QSignalSpy changed(&edit, &MessageEdit::MessageChanged);
         QInputMethodEvent unfinished(u"に"_s, {});
         QApplication::sendEvent(&edit, &unfinished);
-        QCOMPARE(edit.MessageText(), QString());
+        QCOMPARE(edit.MessageText(), u"ab\r\n\r\n"_s);
         QInputMethodEvent finished;
         finished.setCommitString(u"日é"_s);
         QApplication::sendEvent(&edit, &finished);
-        QCOMPARE(edit.MessageText(), u"é"_s);
+        QCOMPARE(edit.MessageText(), u"ab\r\n\r\né"_s);
         QCOMPARE(changed.last(), QVariantList{u"日"_s});
     }
 
+    // "length at selected text": what is pasted where into a message of that length, and what gets in.
     void insertionIsCutAtTheLimit_data()
     {
-        QTest::addColumn<int>("length");
-        QTest::addColumn<int>("at");
-        QTest::addColumn<int>("selected");
-        QTest::addColumn<QString>("pasted");
-        QTest::addColumn<QString>("inserted");
-        QTest::newRow("fits") << 470 << 470 << 0 << u"XY"_s << u"XY"_s;
-        QTest::newRow("at the end") << 470 << 470 << 0 << u"XYZ"_s << u"XY"_s;
-        QTest::newRow("in the middle") << 470 << 100 << 0 << u"XYZ"_s << u"XY"_s;
-        QTest::newRow("full") << 472 << 0 << 0 << u"X"_s << QString();
-        QTest::newRow("over a selection") << 472 << 10 << 2 << u"XYZ"_s << u"XY"_s;
-        QTest::newRow("break fits") << 470 << 5 << 0 << u"\nX"_s << u"\r\n"_s;
-        QTest::newRow("break is not split") << 471 << 5 << 0 << u"\nX"_s << QString();
-        QTest::newRow("after a break") << 469 << 5 << 0 << u"X\nY"_s << u"X\r\n"_s;
-        QTest::newRow("bad ones do not count") << 470 << 5 << 0 << u"~X_Y€Z"_s << u"XY"_s;
-        QTest::newRow("among like ones") << 471 << 1 << 0 << u"zb"_s << u"z"_s;
-        QTest::newRow("all of it") << 0 << 0 << 0 << Filler(1000) << Filler(472);
+        AddTextTable({{u"470 470 0 XY", u"XY"},
+                      {u"470 470 0 XYZ", u"XY"},
+                      {u"470 100 0 XYZ", u"XY"},
+                      {u"472 0 0 X", u""},
+                      {u"472 10 2 XYZ", u"XY"},
+                      {u"471 1 0 zb", u"z"},
+                      {u"470 5 0 \nX", u"\r\n"},
+                      {u"471 5 0 \nX", u""}, // and a line break is not split
+                      {u"469 5 0 X\nY", u"X\r\n"},
+                      {u"470 5 0 ~X_Y€Z", u"XY"}});
     }
     void insertionIsCutAtTheLimit()
     {
-        QFETCH(int, length);
-        QFETCH(int, at);
-        QFETCH(int, selected);
-        QFETCH(QString, pasted);
-        QFETCH(QString, inserted);
-        const QString before = Filler(length);
+        QFETCH(QString, in);
+        QFETCH(QString, out);
+        const QString before = Filler(in.section(u' ', 0, 0).toInt());
+        const int at = in.section(u' ', 1, 1).toInt();
+        const int selected = in.section(u' ', 2, 2).toInt();
+        const QString after = before.first(at) + out + before.sliced(at + selected);
         MessageEdit edit;
         edit.SetMessageText(before);
-        SelectFrom(edit, at, at + selected);
-        Paste(edit, pasted);
-        const QString after = before.first(at) + inserted + before.sliced(at + selected);
+        PasteOver(edit, at, selected, in.section(u' ', 3));
         QCOMPARE(edit.MessageText(), after);
-        QVERIFY(edit.MessageText().size() <= LxMessage::MaxLength);
         edit.undo();
         QCOMPARE(edit.MessageText(), before);
         edit.redo();
