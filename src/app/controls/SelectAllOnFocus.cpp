@@ -39,8 +39,9 @@ bool SelectAllOnFocus::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::FocusIn && watched == m_textBox) {
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
         m_clickBroughtFocus = reason == Qt::MouseFocusReason;
+        // At once, or it would come after what is typed next, and the key after that would erase it.
         if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
-            QMetaObject::invokeMethod(this, [this] { SelectAll(m_textBox); }, Qt::QueuedConnection);
+            SelectAll(m_textBox);
     } else if (event->type() == QEvent::MouseButtonRelease && std::exchange(m_clickBroughtFocus, false)) {
         // The press sets the caret, so a click selects when it ends, unless it was a drag that selected a part.
         QMetaObject::invokeMethod(

@@ -218,9 +218,11 @@ void Compose::ShowSendResults(const LxMessageRequests &requests)
 
 void Compose::ShowPhoneBook()
 {
-    m_services.phoneBook.show();
-    m_services.phoneBook.raise();
-    m_services.phoneBook.activateWindow();
+    PhoneBook &phoneBook = m_services.phoneBook;
+    phoneBook.setWindowState(phoneBook.windowState() & ~Qt::WindowMinimized);
+    phoneBook.show();
+    phoneBook.raise();
+    phoneBook.activateWindow();
 }
 
 void Compose::ShowAccount()

@@ -4,6 +4,8 @@
 
 #include <QTextDocument>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -19,7 +21,7 @@ int MessageLength(QChar c)
     return IsLineBreak(c) ? 2 : 1;
 }
 
-int MessageLength(const QString &rawText)
+int MessageLength(QStringView rawText)
 {
     int length = 0;
     for (const QChar c : rawText)
@@ -40,13 +42,38 @@ QString AsMessage(const QString &rawText)
     return text;
 }
 
+/// The longest part of the text from its start that counts as at most `most` characters of a message, without what
+/// may not be sent.
+QString Acceptable(const QString &rawText, int most)
+{
+    QString accepted;
+    for (const QChar c : rawText) {
+        if (!IsLineBreak(c) && !LxMessage::IsAllowed(c))
+            continue;
+        most -= MessageLength(c);
+        if (most < 0)
+            break;
+        accepted += c;
+    }
+    return accepted;
+}
+
+qsizetype CommonPrefix(QStringView a, QStringView b)
+{
+    return std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin();
+}
+
+qsizetype CommonSuffix(QStringView a, QStringView b)
+{
+    return std::mismatch(a.rbegin(), a.rend(), b.rbegin(), b.rend()).first - a.rbegin();
+}
+
 } // namespace
 
 MessageEdit::MessageEdit(QWidget *parent)
     : QPlainTextEdit(parent)
 {
     setTabChangesFocus(true);
-    connect(document(), &QTextDocument::contentsChange, this, &MessageEdit::NoteInsertion);
     connect(this, &QPlainTextEdit::textChanged, this, &MessageEdit::Clean);
 }
 
@@ -61,63 +88,48 @@ void MessageEdit::SetMessageText(const QString &text)
     setPlainText(text);
 }
 
-void MessageEdit::NoteInsertion(int position, int, int added)
-{
-    if (m_isCleaning)
-        return;
-    m_insertedAt = position;
-    m_insertedLength = added;
-}
-
 void MessageEdit::Clean()
 {
     if (m_isCleaning)
         return;
     m_isCleaning = true;
-    const QString invalidChars = LxMessage::RemoveInvalidChars(MessageText()).invalidChars;
-    if (!invalidChars.isEmpty())
-        RemoveInvalidChars();
-    CutInsertion();
-    if (!invalidChars.isEmpty())
-        moveCursor(QTextCursor::End);
+    const QString text = document()->toRawText();
+    // What came in ends at the caret, so that among like characters the right ones are cut.
+    const qsizetype after = qMin(CommonSuffix(text, m_rawText), text.size() - textCursor().position());
+    const qsizetype before = CommonPrefix(QStringView(text).chopped(after), QStringView(m_rawText).chopped(after));
+    const QString inserted = text.sliced(before, text.size() - before - after);
+    const int room = LxMessage::MaxLength - MessageLength(text.first(before)) - MessageLength(text.last(after));
+    const QString invalidChars = LxMessage::RemoveInvalidChars(AsMessage(inserted)).invalidChars;
+    const QString accepted = Acceptable(inserted, room);
+    if (accepted != inserted) {
+        ReplaceLastChange(text.first(before) + accepted + text.last(after));
+        QTextCursor caret = textCursor();
+        caret.setPosition(static_cast<int>(before + accepted.size()));
+        if (!invalidChars.isEmpty())
+            caret.movePosition(QTextCursor::End);
+        setTextCursor(caret);
+    }
+    m_rawText = document()->toRawText();
     m_isCleaning = false;
     emit MessageChanged(invalidChars);
 }
 
-void MessageEdit::RemoveInvalidChars()
+void MessageEdit::ReplaceLastChange(const QString &text)
 {
-    const QString text = document()->toRawText();
-    // One step with the change that brought them, so that one undo takes back both.
-    QTextCursor cursor(document());
-    cursor.joinPreviousEditBlock();
-    // From the end, so that the positions before it stay good.
-    for (auto position = static_cast<int>(text.size()) - 1; position >= 0; --position) {
-        if (IsLineBreak(text[position]) || LxMessage::IsAllowed(text[position]))
-            continue;
-        // One unit by its position: deleting "a character" would take what the script joins to it as well.
-        cursor.setPosition(position);
-        cursor.setPosition(position + 1, QTextCursor::KeepAnchor);
-        cursor.removeSelectedText();
-        if (position >= m_insertedAt && position < m_insertedAt + m_insertedLength)
-            --m_insertedLength;
-    }
-    cursor.endEditBlock();
-}
-
-void MessageEdit::CutInsertion()
-{
-    const QString text = document()->toRawText();
-    const int insertedEnd = qMin(m_insertedAt + m_insertedLength, static_cast<int>(text.size()));
-    int excess = MessageLength(text) - LxMessage::MaxLength;
-    int cutFrom = insertedEnd;
-    while (excess > 0 && cutFrom > m_insertedAt)
-        excess -= MessageLength(text[--cutFrom]);
-    if (cutFrom == insertedEnd)
+    if (!document()->isUndoAvailable()) {
+        setPlainText(text);
         return;
-    QTextCursor cursor(document());
-    cursor.joinPreviousEditBlock();
-    cursor.setPosition(cutFrom);
-    cursor.setPosition(insertedEnd, QTextCursor::KeepAnchor);
-    cursor.removeSelectedText();
-    cursor.endEditBlock();
+    }
+    // Taken back and made again, so that no step of the history leads to a text that may not be sent.
+    document()->undo();
+    const QString old = document()->toRawText();
+    const qsizetype before = CommonPrefix(old, text);
+    const qsizetype after = CommonSuffix(QStringView(old).sliced(before), QStringView(text).sliced(before));
+    if (old != text) {
+        QTextCursor cursor(document());
+        cursor.setPosition(static_cast<int>(before));
+        cursor.setPosition(static_cast<int>(old.size() - after), QTextCursor::KeepAnchor);
+        cursor.insertText(text.sliced(before, text.size() - before - after));
+    }
+    document()->clearUndoRedoStacks(QTextDocument::RedoStack);
 }

@@ -21,12 +21,11 @@ signals:
     void MessageChanged(const QString &invalidChars);
 
 private:
-    void NoteInsertion(int position, int removed, int added);
     void Clean();
-    void RemoveInvalidChars();
-    void CutInsertion();
+    /// Makes the text of the last change and its place in the history this one instead.
+    void ReplaceLastChange(const QString &text);
 
-    int m_insertedAt = 0;
-    int m_insertedLength = 0;
+    /// The document's text after the last change.
+    QString m_rawText;
     bool m_isCleaning = false;
 };

@@ -18,7 +18,6 @@ RecipientBox::RecipientBox(QWidget *parent)
     list->setUniformItemSizes(true);
     setView(list);
     setModel(m_recipients);
-    lineEdit()->installEventFilter(this);
     connect(lineEdit(), &QLineEdit::textEdited, this, &RecipientBox::Complete);
 }
 
@@ -37,11 +36,20 @@ void RecipientBox::SetItems(RecipientModel::Items items)
         return;
     const std::optional<int> picked = currentIndex() >= 0 ? std::optional(currentData().toInt()) : std::nullopt;
     const QString text = currentText();
+    const bool showsPick = picked && itemText(currentIndex()) == text;
     const int caret = lineEdit()->cursorPosition();
+    const int selectionStart = lineEdit()->selectionStart();
+    const int selectionLength = lineEdit()->selectionLength();
     m_recipients->SetItems(std::move(items));
     setCurrentIndex(picked ? m_recipients->FindByNumber(*picked) : -1);
-    setEditText(text);
+    // A pick that was renamed meanwhile is still the pick, and shows its new name.
+    if (!showsPick || currentIndex() < 0)
+        setEditText(text);
+    if (currentText() != text)
+        return;
     lineEdit()->setCursorPosition(caret);
+    if (selectionLength > 0)
+        lineEdit()->setSelection(selectionStart, selectionLength);
 }
 
 std::optional<int> RecipientBox::SelectedNumber() const
@@ -61,7 +69,13 @@ void RecipientBox::Pick(int number)
 void RecipientBox::hidePopup()
 {
     QComboBox::hidePopup();
-    if (m_waitingItems)
+    // Later, as the box reads the chosen row from the list only after it has closed it.
+    QMetaObject::invokeMethod(this, &RecipientBox::SetWaitingItems, Qt::QueuedConnection);
+}
+
+void RecipientBox::SetWaitingItems()
+{
+    if (m_waitingItems && !view()->isVisible())
         SetItems(*std::exchange(m_waitingItems, std::nullopt));
 }
 
@@ -78,13 +92,10 @@ void RecipientBox::Complete(const QString &text)
     lineEdit()->setSelection(static_cast<int>(text.size()), static_cast<int>(name.size() - text.size()));
 }
 
-bool RecipientBox::eventFilter(QObject *watched, QEvent *event)
+void RecipientBox::keyPressEvent(QKeyEvent *event)
 {
-    if (watched == lineEdit() && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        m_mayComplete = key != Qt::Key_Backspace && key != Qt::Key_Delete;
-    }
-    return QComboBox::eventFilter(watched, event);
+    m_mayComplete = event->key() != Qt::Key_Backspace && event->key() != Qt::Key_Delete;
+    QComboBox::keyPressEvent(event);
 }
 
 void RecipientBox::wheelEvent(QWheelEvent *event)

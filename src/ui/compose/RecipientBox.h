@@ -17,7 +17,8 @@ class RecipientBox final : public QComboBox
 public:
     explicit RecipientBox(QWidget *parent = nullptr);
 
-    /// Lists the phone book as it is now. Text, caret and a pick that still exists stay. Waits while the list is open.
+    /// Lists the phone book as it is now. Text, caret and selection stay, and a pick that still exists; one that was
+    /// renamed shows its new name. Waits while the list is open.
     void Refill(const LxPhoneBook &phoneBook);
 
     /// The number of the item that was picked, while the box still shows its text, or of the first item with the
@@ -28,13 +29,14 @@ public:
     void Pick(int number);
 
     void hidePopup() override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
 private:
     void SetItems(RecipientModel::Items items);
+    void SetWaitingItems();
     void Complete(const QString &text);
 
     RecipientModel *m_recipients;

@@ -17,6 +17,7 @@ PhoneBook::PhoneBook(const Services &services)
     : m_services(services)
     , m_phoneBook(services.countries, services.clock)
 {
+    setObjectName(u"PhoneBook"_s);
 }
 
 PhoneBook::~PhoneBook() = default;
@@ -91,12 +92,17 @@ bool PhoneBook::EditContact(const LxContactPtr &contact, bool isNew, const QStri
 
 bool PhoneBook::Autosave()
 {
+    const bool isSaved = Save();
+    ShowNotice();
+    return isSaved;
+}
+
+bool PhoneBook::Save()
+{
     try {
         const QString kept = m_phoneBook.SavePhoneBook();
-        if (!kept.isEmpty()) {
+        if (!kept.isEmpty())
             m_notice = tr("What could not be read was kept in %1").arg(Utils::FileNameOfPath(kept));
-            ShowNotice();
-        }
         return true;
     } catch (const Error &error) {
         m_services.prompts.ShowMessageBox(
@@ -189,8 +195,8 @@ void PhoneBook::showEvent(QShowEvent *event)
 
 void PhoneBook::closeEvent(QCloseEvent *event)
 {
-    // What cannot be saved would be lost with the window.
-    if (m_isLoaded && !Autosave()) {
+    // What cannot be saved would be lost with the window. A notice waits until the window is seen again.
+    if (m_isLoaded && !Save()) {
         event->ignore();
         return;
     }
@@ -203,7 +209,7 @@ void PhoneBook::CloseForGood()
 {
     if (!m_isLoaded)
         return;
-    Autosave();
+    Save();
     Unload();
     close();
 }

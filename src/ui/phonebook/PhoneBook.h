@@ -73,6 +73,7 @@ protected:
 
 private:
     void BuildControls();
+    bool Save();
     void LoadLists();
     void Unload();
     [[nodiscard]] LxGroup &ChosenGroup() const;

@@ -42,8 +42,9 @@ QVariant SendResultsModel::data(const QModelIndex &index, int role) const
     const LxMessageRequest &request = m_requests[static_cast<size_t>(index.row())];
     if (role == Qt::DecorationRole && index.column() == Status)
         return IsSent(request) ? m_tick.Get() : m_cross.Get();
+    // Escaped and in a tag, so that the tool tip neither takes it for markup nor shows the escapes.
     if (role == Qt::ToolTipRole && request.Response && !request.Response->Info.isEmpty())
-        return request.Response->Info.toHtmlEscaped();
+        return QString("<span>"_L1 + request.Response->Info.toHtmlEscaped() + "</span>"_L1);
     if (role != Qt::DisplayRole)
         return {};
     switch (index.column()) {
