@@ -68,10 +68,11 @@ void CompleteAKeystroke(benchmark::State &state)
 {
     Fixture fixture;
     fixture.box.Refill(fixture.phoneBook);
-    for (auto _ : state) {
-        // Nothing begins so, and every name is looked at.
-        emit fixture.box.lineEdit()->textEdited(u"zzz"_s);
-    }
+    // Nothing begins so, and every name is looked at.
+    const QString typed = u"zzz"_s;
+    fixture.box.setEditText(typed);
+    for (auto _ : state)
+        emit fixture.box.lineEdit()->textEdited(typed);
 }
 BENCHMARK(CompleteAKeystroke)->Unit(benchmark::kMillisecond);
 

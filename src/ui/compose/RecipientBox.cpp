@@ -34,14 +34,15 @@ void RecipientBox::SetItems(RecipientModel::Items items)
 {
     if (items == m_recipients->CurrentItems())
         return;
-    const std::optional<int> picked = currentIndex() >= 0 ? std::optional(currentData().toInt()) : std::nullopt;
+    // No item has the number 0.
+    const int picked = currentIndex() >= 0 ? currentData().toInt() : 0;
     const QString text = currentText();
-    const bool showsPick = picked && itemText(currentIndex()) == text;
+    const bool showsPick = picked != 0 && itemText(currentIndex()) == text;
     const int caret = lineEdit()->cursorPosition();
     const int selectionStart = lineEdit()->selectionStart();
     const int selectionLength = lineEdit()->selectionLength();
     m_recipients->SetItems(std::move(items));
-    setCurrentIndex(picked ? m_recipients->FindByNumber(*picked) : -1);
+    setCurrentIndex(m_recipients->FindByNumber(picked));
     // A pick that was renamed meanwhile is still the pick, and shows its new name.
     if (!showsPick || currentIndex() < 0)
         setEditText(text);
