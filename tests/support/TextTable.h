@@ -5,13 +5,25 @@
 #include <initializer_list>
 #include <utility>
 
+using TextTable = std::initializer_list<std::pair<const char16_t *, const char16_t *>>;
+
 /// Fills the columns "in" and "out" of a data function; each row is named after its input.
-inline void AddTextTable(std::initializer_list<std::pair<const char16_t *, const char16_t *>> rows)
+inline void AddTextTable(TextTable rows)
 {
     QTest::addColumn<QString>("in");
     QTest::addColumn<QString>("out");
     for (const auto &[in, out] : rows) {
         const QString text = QString::fromUtf16(in);
         QTest::addRow("'%s'", qUtf8Printable(text.simplified())) << text << QString::fromUtf16(out);
+    }
+}
+
+/// Compares what `call` makes of the first text of every row with the row's second.
+template <typename Call>
+void CompareTable(TextTable rows, Call call)
+{
+    for (const auto &[in, out] : rows) {
+        const QString text = QString::fromUtf16(in);
+        QTest::qCompare(call(text), QString::fromUtf16(out), qUtf8Printable(text), "expected", __FILE__, __LINE__);
     }
 }

@@ -1,36 +1,72 @@
-#include "Error.h"
+#include "DiskFaults.h"
+#include "FakePrompts.h"
 #include "FileLock.h"
 #include "Files.h"
+#include "Raised.h"
 #include "SaveFile.h"
-#include "WithoutRoot.h"
+#include "Settings.h"
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QRandomGenerator>
 #include <QScopeGuard>
-#include <QTemporaryDir>
-#include <QTest>
 
-#include <optional>
-#include <sys/stat.h>
+#include <array>
+#include <functional>
+#include <sys/resource.h>
+#include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-mode_t ModeOf(const QString &path)
+/// Every fault is tried on a plain file and on the settings.
+enum class Kind { File, Settings };
+constexpr std::array kKinds = {Kind::File, Kind::Settings};
+
+bool Save(Kind kind, const QString &path, const QByteArray &content, bool fails = false)
 {
-    struct stat status = {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
+    if (kind == Kind::Settings) {
+        FakePrompts prompts;
+        if (fails)
+            prompts.ExpectBoxBeginning(u"Your settings could not be saved: "_s, PromptIcon::Exclamation);
+        Settings settings(path, prompts);
+        settings.Save(u"S"_s, u"Key"_s, QString::fromLatin1(content));
+        return settings.Flush();
+    }
+    return Raised([&] { SaveFile(path, content); }).isEmpty();
 }
 
-/// The number that a second holder of the file's lock is refused with, 0 when it would get it.
-int RefusedWith(const QString &path)
+QByteArray Load(Kind kind, const QString &path)
 {
-    try {
-        FileLock().Acquire(path);
-    } catch (const Error &error) {
-        return error.Number();
+    const QByteArray bytes = ReadBytes(path);
+    return kind == Kind::File ? bytes : QJsonDocument::fromJson(bytes)[u"S"_s][u"Key"_s].toString().toLatin1();
+}
+
+/// The old file survives a save of so many bytes that meets the fault, and the next save is whole.
+void CheckFault(const QDir &folder, qsizetype size, const std::function<void(bool)> &setFault)
+{
+    const QString path = folder.filePath(u"file"_s);
+    const QByteArray newContent(size, 'n');
+    for (const Kind kind : kKinds) {
+        QVERIFY(Save(kind, path, "old"));
+        const QStringList files = folder.entryList();
+        setFault(true);
+        const bool saved = Save(kind, path, newContent, true);
+        setFault(false);
+        QVERIFY2(!saved, "The fault was not noticed.");
+        QCOMPARE(Load(kind, path), "old");
+        QCOMPARE(folder.entryList(), files);
+        QVERIFY(Save(kind, path, newContent));
+        QCOMPARE(Load(kind, path), newContent);
+        QVERIFY(QFile::remove(path));
     }
-    return 0;
+}
+
+bool IsLocked(const QString &path)
+{
+    return Raised([&path] { FileLock().Acquire(path); }).startsWith(u"70 "_s);
 }
 
 } // namespace
@@ -39,92 +75,84 @@ class TestSaveFile final : public QObject
 {
     Q_OBJECT
 
-private:
-    std::optional<QTemporaryDir> m_folder;
-    QString m_path;
-
 private slots:
-    void init()
+    void SurvivesBeingKilled()
     {
-        m_folder.emplace();
-        m_path = m_folder->filePath(u"ann.kpb"_s);
-    }
-
-    void KeepsTheMode()
-    {
-        const auto restore = qScopeGuard([old = ::umask(0027)] { ::umask(old); });
-        SaveFile(m_path, "new");
-        QCOMPARE(ModeOf(m_path), 0640U);
-        QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), 0664), 0);
-        SaveFile(m_path, "newer\r\n");
-        QCOMPARE(ReadBytes(m_path), "newer\r\n");
-        QCOMPARE(ModeOf(m_path), 0664U);
-        SaveFile(m_path, {}, FilePrivacy::OwnerOnly);
-        QCOMPARE(ReadBytes(m_path), "");
-        QCOMPARE(ModeOf(m_path), 0600U);
-        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList{u"ann.kpb"_s});
-    }
-
-    void FollowsSymbolicLinks()
-    {
-        QVERIFY(QDir(m_folder->path()).mkdir(u"elsewhere"_s));
-        const QString target = m_folder->filePath(u"elsewhere/real.kpb"_s);
-        QVERIFY(QFile::link(u"elsewhere/real.kpb"_s, m_folder->filePath(u"link"_s)));
-        QVERIFY(QFile::link(u"link"_s, m_path));
-        // Both links dangle at first.
-        for (const auto &bytes : {"first"_ba, "second"_ba}) {
-            SaveFile(m_path, bytes);
-            QVERIFY(QFileInfo(m_path).isSymLink());
-            QVERIFY(!QFileInfo(target).isSymLink());
-            QCOMPARE(ReadBytes(target), bytes);
+        const quint32 seed = QRandomGenerator::global()->generate();
+        QRandomGenerator random(seed);
+        qInfo("seed %u", seed);
+        const std::array contents = {QByteArray(300'000, 'a'), QByteArray(200'000, 'b')};
+        for (const Kind kind : kKinds) {
+            const QTemporaryDir folder;
+            const QString path = folder.filePath(u"file"_s);
+            // The moments of death are spread over a few saves, however long one takes here.
+            QElapsedTimer timer;
+            timer.start();
+            for (const QByteArray &content : contents)
+                QVERIFY(Save(kind, path, content));
+            const int latest = static_cast<int>(std::clamp<qint64>(timer.nsecsElapsed() / 1000, 1000, 30'000));
+            for (int round = 0; round < 200; ++round) {
+                const int moment = random.bounded(1, latest);
+                const pid_t child = ::fork();
+                QVERIFY(child >= 0);
+                if (child == 0) {
+                    KillThisProcessIn(moment);
+                    for (size_t i = 0; Save(kind, path, contents[i % 2]); ++i) {
+                    }
+                    ::_exit(2);
+                }
+                int status = 0;
+                QCOMPARE(::waitpid(child, &status, 0), child);
+                QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+                QVERIFY(std::count(contents.begin(), contents.end(), Load(kind, path)) == 1);
+            }
+            // What the dead left beside the file is in nobody's way.
+            QVERIFY(Save(kind, path, "last"));
+            QCOMPARE(Load(kind, path), "last");
         }
-    }
-
-    void LeavesWhatItCannotReplace()
-    {
-        const WithoutRoot withoutRoot(m_folder->path());
-        QVERIFY(!withoutRoot.Failed());
-        constexpr auto kAll = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-        FileLock lock;
-        const auto save = [&lock](const QString &path) { SaveFile(path, "new", FilePrivacy::AsUsual, &lock); };
-        QVERIFY_EXCEPTION_THROWN(save(m_folder->filePath(u"missing/ann.kpb"_s)), Error);
-        QVERIFY_EXCEPTION_THROWN(save(m_folder->path()), Error);
-        QVERIFY(WriteBytes(m_path, "old"));
-        lock.Acquire(m_path);
-        QVERIFY(QFile::setPermissions(m_path, QFile::ReadOwner));
-        QVERIFY_EXCEPTION_THROWN(save(m_path), Error);
-        // In a folder that takes no new file, nothing is written into the old one instead.
-        QVERIFY(QFile::setPermissions(m_path, kAll));
-        QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner));
-        QVERIFY_EXCEPTION_THROWN(save(m_path), Error);
-        QVERIFY(QFile::setPermissions(m_folder->path(), kAll));
-        QCOMPARE(ReadBytes(m_path), "old");
-        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList{u"ann.kpb"_s});
-        QCOMPARE(RefusedWith(m_path), ErrorNumber::kFileInUse);
     }
 
     void MovesTheLock()
     {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"file"_s);
         FileLock lock;
-        QCOMPARE(RefusedWith(m_path), ErrorNumber::kFileAccess);
-        QVERIFY(WriteBytes(m_path, "old"));
-        lock.Acquire(m_path);
-        QCOMPARE(RefusedWith(m_path), ErrorNumber::kFileInUse);
+        // A lock that was not held is taken with the save.
         for (const auto &bytes : {"first"_ba, "second"_ba}) {
-            SaveFile(m_path, bytes, FilePrivacy::AsUsual, &lock);
-            QCOMPARE(RefusedWith(m_path), ErrorNumber::kFileInUse);
+            SaveFile(path, bytes, FilePrivacy::AsUsual, &lock);
+            QVERIFY(IsLocked(path));
         }
         lock.Release();
-        QCOMPARE(RefusedWith(m_path), 0);
-        // A lock that was not held is taken with the save, and given up for another file's.
-        SaveFile(m_path, "third", FilePrivacy::AsUsual, &lock);
-        QVERIFY(lock.IsHeld());
-        QCOMPARE(RefusedWith(m_path), ErrorNumber::kFileInUse);
-        const QString other = m_folder->filePath(u"other.kpb"_s);
-        QVERIFY(WriteBytes(other, {}));
-        lock.Acquire(other);
-        QCOMPARE(RefusedWith(m_path), 0);
-        QCOMPARE(RefusedWith(other), ErrorNumber::kFileInUse);
+        QVERIFY(!IsLocked(path));
+    }
+
+    void StopsAtTheFileSizeLimit()
+    {
+        const QTemporaryDir folder;
+        const auto restore = qScopeGuard([old = std::signal(SIGXFSZ, SIG_IGN)] { std::signal(SIGXFSZ, old); });
+        rlimit usual = {};
+        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+        // Small contents wait in a buffer, large ones go straight to the disk.
+        for (const auto &[size, limit] : {std::pair(1000, 999UL), {100'000, 0UL}, {100'000, 99'999UL}}) {
+            const rlimit lower = {limit, usual.rlim_max};
+            CheckFault(folder.path(), size, [&](bool on) { ::setrlimit(RLIMIT_FSIZE, on ? &lower : &usual); });
+        }
+    }
+
+    void StopsOnAFullDisk()
+    {
+        if (SmallDisk().isEmpty())
+            return RepeatOnSmallDisk();
+        constexpr qsizetype kPage = 4096;
+        QFile filler(SmallDisk() + u"/filler"_s);
+        QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        for (const qsizetype freePages : {0, 1, 7}) {
+            CheckFault(SmallDisk(), 8 * kPage, [&](bool on) {
+                while (on && filler.write(QByteArray(kPage, 'f')) == kPage) {
+                }
+                filler.resize(on ? filler.size() - freePages * kPage : 0);
+            });
+        }
     }
 };
 

@@ -1,0 +1,135 @@
+#include "EmailAddresses.h"
+#include "FakePrompts.h"
+#include "Files.h"
+#include "LxCountryList.h"
+#include "PhoneNumbers.h"
+#include "TextTable.h"
+
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+using namespace PhoneNumbers;
+
+static const auto kHeader = "Code,Country,Guaranteed\r\n"_ba;
+
+class TestNumbers final : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakePrompts m_prompts;
+
+    void ExpectReinstall(const QString &problem)
+    {
+        m_prompts.ExpectBox(problem + u"\r\n\r\nPlease re-install Brevio."_s, PromptIcon::Critical);
+    }
+    void ExpectQuestion(int line, PromptAnswer answer)
+    {
+        const auto text = u"Error reading line %1 in countries.csv\r\n\r\nContinue reading data from the file?"_s;
+        m_prompts.ExpectBox(text.arg(line), PromptIcon::Critical, answer);
+    }
+    /// Every country of the file as "code name", with "!" when guaranteed.
+    QString Loaded(const QByteArray &file, const QStringList &arguments = {})
+    {
+        const QTemporaryDir folder;
+        LxCountryList list;
+        WriteBytes(folder.filePath(file.isNull() ? u"other.csv"_s : u"countries.csv"_s), file);
+        list.LoadCountries(folder.path(), arguments, m_prompts);
+        m_prompts.VerifyAllCame();
+        QStringList printed;
+        for (const auto &[name, code, isGuaranteed] : list.Countries())
+            printed += QString::number(code) + (isGuaranteed ? u"! "_s : u" "_s) + name;
+        return printed.join(u'|');
+    }
+
+private slots:
+    void Reads()
+    {
+        QCOMPARE(Loaded(kHeader + "353,Ireland,0\r\n1,Canada,1\n2,B,-1\r"), u"353 Ireland|1! Canada|2! B"_s);
+        QCOMPARE(Loaded(kHeader + "  44,  \"Korea, South\" x, 0\r\n\"1\",\"A\",\"1\"\r\n"), u"44 Korea, South|1! A"_s);
+        QCOMPARE(Loaded(kHeader + "1\r\n\"A\r\nB\",1\r\n2,C\r\n0"), u"1! A\r\nB|2 C"_s);
+        QCOMPARE(Loaded(kHeader + "32767,C\xF4te d\x92Ivoire,0"), u"32767 Côte d’Ivoire"_s);
+    }
+
+    void AsksAfterBadRecords()
+    {
+        // After the first bad record the question comes for good ones too, to the first No.
+        for (const int line : {3, 4, 5})
+            ExpectQuestion(line, line < 5 ? PromptAnswer::Yes : PromptAnswer::No);
+        QCOMPARE(Loaded(kHeader + "1,A,0\r\n2,B,yes\r\n3,C,0\r\n4,D,0\r\n5,E,0\r\n"), u"1 A|3 C|4 D"_s);
+        for (const auto &bad : {"32768,B,0\r\n"_ba, "1,B,0\r\n"_ba, "2,B"_ba, "\r\n"_ba, "2,\"B,0\r\n"_ba}) {
+            ExpectQuestion(3, PromptAnswer::Yes);
+            QCOMPARE(Loaded(kHeader + "1,A,0\r\n" + bad), u"1 A"_s);
+        }
+    }
+
+    void RefusesOtherFiles()
+    {
+        const QStringList arguments = {u"usetestcountry"_s};
+        ExpectReinstall(u"Wrong number of columns in countries.csv. There should be 3 columns."_s);
+        QCOMPARE(Loaded("Code,\"Country, name\",Guaranteed\r\n", arguments), u""_s);
+        ExpectReinstall(u"Cannot open countries.csv for reading."_s);
+        QCOMPARE(Loaded({}, arguments), u""_s);
+        ExpectReinstall(u"No country data was found in countries.csv"_s);
+        QCOMPARE(Loaded(kHeader), u""_s);
+    }
+
+    void AddsTheTestCountry()
+    {
+        QCOMPARE(Loaded(kHeader, {u"x"_s, u"--UseTestCountry=1"_s}), u"99 Test Country"_s);
+        QCOMPARE(Loaded(kHeader + "99,A,1", {u"usetestcountry"_s}), u"99! A"_s);
+    }
+
+    void ChecksEmailAddresses()
+    {
+        for (const auto &address : {u"ANN.O'Hara_x-1@A-1.EXAMPLE"_s, u"@a.b"_s, u"a@.b.c"_s})
+            QVERIFY2(EmailAddresses::IsValidEmailAddress(address), qPrintable(address));
+        for (const auto &address :
+             {u""_s, u"a.b@c"_s, u"a@.b"_s, u"a@b."_s, u"a.b.c"_s, u"a@b@c.d"_s, u"a+b@c.d"_s, u"\u212A@c.d"_s})
+            QVERIFY2(!EmailAddresses::IsValidEmailAddress(address), qPrintable(address));
+    }
+
+    void CleansNumbers()
+    {
+        CompareTable({{u"07700 900-123", u"07700900123"},
+                      {u"+44 (0)7700 900123", u"+447700900123"},
+                      {u"0044 7700.[0]", u"+4477000"},
+                      // What only forms when "(0)" is taken out is not taken out again.
+                      {u"((0)0)1", u"01"},
+                      {u"(00) 0044", u"+0044"},
+                      {u"100200/9OO#1\t", u"100200/9OO#1\t"}},
+                     CleanPhoneNumber);
+    }
+
+    void ClassifiesNumbers()
+    {
+        const auto classify = [](const QString &number) {
+            const auto when = [](bool is, const QString &name) { return is ? name : QString(); };
+            return when(IsAllDigits(number), u"digits "_s) + when(IsInternationalNumber(number), u"international "_s) +
+                   when(IsValidPhoneNumber(number), u"valid "_s) + when(IsLocalNumber(number), u"local "_s) +
+                   when(IsDiallingCode(number), u"code "_s);
+        };
+        // The last are Arabic digits, which are none here.
+        CompareTable({{u"", u""}, {u"+", u""}, {u"077009OO1", u""}, {u"\u0661\u0662\u0663\u0664", u""}}, classify);
+        CompareTable({{u"0", u"digits code "}, {u"1234", u"digits valid local "}, {u"0123", u"digits valid "}},
+                     classify);
+        CompareTable({{u"+1234", u"international valid "}, {u"+0123", u"valid "}}, classify);
+    }
+
+    void SplitsInternationalNumbers()
+    {
+        LxCountryList countries;
+        for (const int code : {0, 1, 44, 1876, 353, 35})
+            countries.Add({u"X"_s, static_cast<qint16>(code), false});
+        const auto split = [&countries](const QString &number) {
+            const auto parts = SplitInternational(countries, number);
+            return parts ? u"%1/%2"_s.arg(parts->code).arg(parts->local) : u"none"_s;
+        };
+        // The last code of the list that fits counts, not the longest; the code 0 counts for nothing.
+        CompareTable({{u"+1876x", u"1876/x"}, {u"+44", u"44/"}, {u"+1023", u"1/023"}, {u"+3531", u"35/31"}}, split);
+        CompareTable({{u"+4", u"none"}, {u"4477", u"none"}, {u"++447", u"none"}, {u"+0123", u"none"}}, split);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestNumbers)
+#include "test_numbers.moc"
