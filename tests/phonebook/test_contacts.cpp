@@ -1,0 +1,180 @@
+#include "LxContactList.h"
+#include "LxGroup.h"
+#include "Raised.h"
+#include "SampleCountries.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <algorithm>
+#include <array>
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const auto kError = u"-2147221503 Corvane.Contact: "_s;
+
+QString Printed(const LxContact &contact)
+{
+    return u"%1 [%2] %3 %4"_s.arg(QString::number(contact.CountryCode()), contact.UserMobile(), contact.LocalMobile(),
+                                  contact.InternationalMobile());
+}
+
+template <typename Contacts>
+QString Names(const Contacts &contacts)
+{
+    QStringList names;
+    for (const LxContactPtr &contact : contacts)
+        names += contact->Name();
+    return names.join(u' ');
+}
+
+} // namespace
+
+class TestContacts final : public QObject
+{
+    Q_OBJECT
+
+    LxCountryList m_countries = SampleCountries();
+
+    LxContactPtr Contact(const QString &name)
+    {
+        LxContactPtr contact = LxContact::Create(m_countries);
+        contact->SetName(name);
+        contact->SetCountryCode(44);
+        contact->SetUserMobile(u"07700 900123"_s);
+        return contact;
+    }
+
+private slots:
+    void SetsNumbers()
+    {
+        const auto was = u"44 [07700 900123] 7700900123 +447700900123"_s;
+        const auto ann = u"44 [7700900123] 7700900123 +447700900123"_s;
+        const auto typed = u"44 [07700-900 123] 7700900123 +447700900123"_s;
+        const QString nonLocal = kError + u"User mobile was passed a non-local mobile"_s + was;
+        const QString unknown = kError + u"Unrecognised country code in mobile"_s + was;
+        const std::array<QString, 3> rows[] = {
+            {u"07700-900 123"_s, typed, typed},
+            {u"(0)77.00 [900]"_s, u"44 [(0)77.00 [900]] 7700900 +447700900"_s, unknown},
+            {u"447700900123"_s, u"44 [447700900123] 447700900123 +44447700900123"_s, ann},
+            {u"0044 7700 900123"_s, nonLocal, ann},
+            {u"+44 (0)7700 900123"_s, nonLocal, ann},
+            // A trunk zero without brackets stays, but only in the stored number.
+            {u"+44 07700 900123"_s, nonLocal, u"44 [07700900123] 7700900123 +447700900123"_s},
+            {u"+18765550100"_s, nonLocal, u"1876 [5550100] 5550100 +18765550100"_s},
+            {u"+353"_s, nonLocal, u"353 []  "_s},
+            {u"07700 9OO123"_s, nonLocal, nonLocal},
+            {u"+999123456"_s, nonLocal, unknown},
+            {u""_s, nonLocal, unknown},
+        };
+        for (const auto &[mobile, asUserMobile, asMobile] : rows) {
+            const LxContactPtr first = Contact(u"Ann"_s);
+            const LxContactPtr second = first->Clone();
+            const QString firstError = Raised([&, &mobile = mobile] { first->SetUserMobile(mobile); });
+            const QString secondError = Raised([&, &mobile = mobile] { second->SetMobile(mobile); });
+            QCOMPARE(firstError + Printed(*first), asUserMobile);
+            QCOMPARE(secondError + Printed(*second), asMobile);
+        }
+        // The last one is 44 in 16 bits.
+        for (const int code : {999, 0, -1, 65536 + 44})
+            QCOMPARE(Raised([&] { Contact({})->SetCountryCode(code); }), kError + u"Invalid country %1"_s.arg(code));
+    }
+
+    void Matches()
+    {
+        const LxContactPtr contact = Contact(u"Joanne 0Lee"_s);
+        // The zero in front of a name is dropped too.
+        for (const QString &text : u"+447700900123 |07700900123|7700900123| joanne 0LEE |0joanne 0lee"_s.split(u'|'))
+            QVERIFY2(contact->Match(text, true) && contact->Match(text, false), qPrintable(text));
+        for (const QString &text : u"| 0 |+|+4| +4477|07700|aNN|0Lee"_s.split(u'|'))
+            QVERIFY2(!contact->Match(text, true) && contact->Match(text, false), qPrintable(text));
+        for (const QString &text : u"+4478|+4477009001234|4477|900|007700|bob"_s.split(u'|'))
+            QVERIFY2(!contact->Match(text, true) && !contact->Match(text, false), qPrintable(text));
+    }
+
+    void KeepsOrderThroughAnyChanges()
+    {
+        QRandomGenerator random(1);
+        std::vector<LxContactPtr> pool;
+        while (pool.size() < 20)
+            pool.push_back(Contact(QString::number(pool.size())));
+        std::vector<LxContactPtr> expected;
+        LxContactList list;
+        for (int change = 0; change < 10'000; ++change) {
+            const LxContactPtr contact = pool[static_cast<size_t>(random.bounded(20))];
+            // Phases of growing and of shrinking, so that the list is full of holes, and empty, at times.
+            if (random.bounded(4) < (change / 50 % 2 ? 1 : 3)) {
+                list.Add(contact);
+                if (std::count(expected.begin(), expected.end(), contact) == 0)
+                    expected.push_back(contact);
+            } else {
+                list.Remove(*contact);
+                std::erase(expected, contact);
+            }
+            QCOMPARE(Names(list), Names(expected));
+            if (list.Count() > 0 && random.bounded(8) == 0)
+                QCOMPARE(list.Item(list.Count()), expected.back());
+            QVERIFY(!Raised([&] { (void)list.Item(static_cast<int>(expected.size()) + 1); }).isEmpty());
+        }
+    }
+
+    void KeepsBothSidesInStep()
+    {
+        LxGroupList groups;
+        LxGroup &work = groups.CreateGroup(u"Work"_s);
+        QCOMPARE(&groups.CreateGroup(u"W;ork"_s), &work);
+        LxGroup &lower = groups.CreateGroup(u"work"_s);
+        // All of one number; the first of them is found by it.
+        const std::array contacts = {Contact(u"Ann"_s), Contact(u"Bob"_s), Contact(u"Cy"_s)};
+        for (const LxContactPtr &contact : contacts) {
+            contact->AddToGroup(work);
+            work.Add(contact);
+            lower.Add(contact);
+        }
+        QCOMPARE(work.FindContactByMobile(u"+447700900123"_s), contacts[0]);
+        work.Remove(contacts[1]);
+        work.Add(contacts[1]);
+        QCOMPARE(contacts[1]->Groups().AsString(u";"_s), u"work;Work"_s);
+        const auto clone = work.Clone();
+        QCOMPARE(Names(*clone), u"Ann Cy Bob"_s);
+        contacts[0]->RemoveFromGroups(lower);
+        contacts[2]->Destroy();
+        QCOMPARE(Names(work) + u'|' + Names(lower) + u'|' + Names(*clone), u"Bob|Ann Bob|Bob"_s);
+        groups.DestroyGroup(work);
+        QCOMPARE(contacts[1]->Groups().AsString(u";"_s), u"work;Work"_s);
+        groups.CreateGroup(u"A, B"_s);
+        QCOMPARE(groups.AsString(u", "_s), u"work, AB"_s);
+        QCOMPARE(LxGroup::CleanName(u";"_s + QString(49, u'x') + u"😀"_s), QString(49, u'x'));
+    }
+
+    /// Whatever ends first, nothing that is left points to it.
+    void EndsInAnyOrder()
+    {
+        std::array order = {0, 1, 2, 3};
+        do {
+            auto groups = std::make_unique<LxGroupList>();
+            auto loose = std::make_unique<LxGroup>();
+            auto list = std::make_unique<LxContactList>();
+            LxContactPtr ann = Contact(u"Ann"_s);
+            const std::weak_ptr<LxContact> watched = ann;
+            list->Add(ann);
+            loose->Add(ann);
+            ann->AddToGroup(groups->CreateGroup(u"Work"_s));
+            const std::function<void()> ends[] = {[&] { groups.reset(); }, [&] { loose.reset(); },
+                                                  [&] { list.reset(); }, [&] { ann.reset(); }};
+            for (const int step : order) {
+                const LxContactPtr held = watched.lock();
+                QVERIFY(held);
+                ends[step]();
+                QCOMPARE(held->Groups().Count(), (groups ? 1 : 0) + (loose ? 1 : 0));
+            }
+            QVERIFY(watched.expired());
+        } while (std::next_permutation(order.begin(), order.end()));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestContacts)
+#include "test_contacts.moc"
