@@ -125,6 +125,8 @@ private slots:
         row("error with a log-on", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\n<LOGON>FAIL</LOGON>"}},
             u"<LOGON>FAIL</LOGON>"_s, none);
 
+        row("nothing in it", {.pieces = {ScriptedPeer::Ok("")}}, none, none);
+        row("500", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nabcd"}}, none, u"The server answered: 500 Broken"_s);
         row("404", {.pieces = {"HTTP/1.1 404 Not Found\r\n\r\nabcd"}}, none, u"The server answered: 404 Not Found"_s);
         row("redirect", {.pieces = {"HTTP/1.1 307 Temporary\r\nLocation: /b\r\nContent-Length: 0\r\n\r\n"}}, none,
             u"The server answered: 307 Temporary"_s);
@@ -211,15 +213,25 @@ private slots:
         QCOMPARE(log.finished.count(), 1);
     }
 
+    void proxyOfTheSettingsIsUsed_data()
+    {
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<QString>("whyFailed");
+        QTest::newRow("works") << ScriptedPeer::Ok("fine") << QString();
+        QTest::newRow("wants a password") << "HTTP/1.1 407 Who?\r\nProxy-Authenticate: Basic realm=\"x\"\r\n\r\n"_ba
+                                          << u"The proxy asks for a password, which is not supported: 407 Who?"_s;
+    }
+
     void proxyOfTheSettingsIsUsed()
     {
-        ScriptedPeer proxy({.pieces = {"HTTP/1.1 407 Who?\r\nProxy-Authenticate: Basic realm=\"x\"\r\n\r\n"}});
+        QFETCH(QByteArray, reply);
+        ScriptedPeer proxy({.pieces = {reply}});
         m_settings.values = {u"1"_s, u"http="_s + proxy.Address()};
         CGIPost post(m_module);
         const Log log(post);
         post.SetUrl(u"gateway.test/x"_s);
         m_runner.Run(post, nullptr);
-        QCOMPARE(post.WhyFailed(), u"The proxy asks for a password, which is not supported: 407 Who?"_s);
+        QTEST(post.WhyFailed(), "whyFailed");
         QCOMPARE(log.texts.at(1), u"Connecting to gateway.test via proxy..."_s);
         QVERIFY(proxy.Received().startsWith("POST http://gateway.test/x HTTP/1.1\r\n"));
         QCOMPARE(proxy.Posts(), 1);

@@ -183,6 +183,8 @@ private slots:
     void HoldsItsFileToTheEnd()
     {
         QVERIFY(WriteBytes(m_other, "\"Ann\",44,\"1\"\r\n") && QFile::link(m_other, m_path));
+        const QFile::Permissions mode = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
+        QVERIFY(QFile::setPermissions(m_other, mode));
         const QString backup = m_folder->filePath(u"backup.kpb"_s);
         LxPhoneBook holder(m_countries, m_clock);
         const std::function<void()> commands[] = {
@@ -193,6 +195,7 @@ private slots:
             QCOMPARE(RaisedByOpening(m_path), kInUse);
             QCOMPARE(RaisedByOpening(m_other), kInUse);
             QVERIFY(QFileInfo(m_path).isSymLink());
+            QVERIFY(QFile::permissions(m_other).testFlags(mode) && !QFile::permissions(m_other).testFlag(QFile::ReadOther));
         }
         holder.ClosePhoneBook();
         QCOMPARE(RaisedByOpening(m_path), u""_s);
