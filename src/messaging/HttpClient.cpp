@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <curl/curl.h>
 #include <map>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 
 using namespace Qt::StringLiterals;
 
@@ -76,6 +78,7 @@ struct HttpClient::Transfer
 
     static int OnSocket(CURL *, curl_socket_t socket, int what, void *self, void *);
     static int OnTimer(CURLM *, long milliseconds, void *self);
+    static int OnNewSocket(void *, curl_socket_t socket, curlsocktype);
     static int OnConnected(void *self, char *, char *, int, int);
     static size_t OnHeader(char *bytes, size_t, size_t count, void *self);
     static size_t OnBody(char *bytes, size_t, size_t count, void *self);
@@ -151,6 +154,7 @@ QString HttpClient::Transfer::SetUp()
     set(CURLOPT_PROXYPORT, static_cast<long>(request.proxy ? request.proxy->port : 0));
     set(CURLOPT_NOPROXY, "");
 
+    set(CURLOPT_SOCKOPTFUNCTION, &OnNewSocket);
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L); // giving up does not wait for a name server
     set(CURLOPT_PREREQFUNCTION, &OnConnected);
@@ -198,6 +202,15 @@ int HttpClient::Transfer::OnTimer(CURLM *, long milliseconds, void *self)
     else
         timer.start(std::chrono::milliseconds(milliseconds));
     return 0;
+}
+
+/// Lets the system take in little more of the body than is on its way to the peer. Otherwise it takes megabytes at
+/// once, and on a slow line they go out for longer than the time-out with nothing to be seen of it here.
+int HttpClient::Transfer::OnNewSocket(void *, curl_socket_t socket, curlsocktype)
+{
+    constexpr int kMaxUnsentBytes = 32 << 10;
+    setsockopt(socket, IPPROTO_TCP, TCP_NOTSENT_LOWAT, &kMaxUnsentBytes, sizeof kMaxUnsentBytes);
+    return CURL_SOCKOPT_OK;
 }
 
 int HttpClient::Transfer::OnConnected(void *self, char *, char *, int, int)

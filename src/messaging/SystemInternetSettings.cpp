@@ -27,7 +27,9 @@ InternetSettingsValues SystemProxyFor(const QUrl &url)
             continue;
         const bool isIpv6 = proxy.hostName().contains(u':');
         const QString host = isIpv6 ? u'[' + proxy.hostName() + u']' : proxy.hostName();
-        return {u"1"_s, u"http="_s + host + u':' + QString::number(proxy.port())};
+        // A setting without a port comes as 0.
+        const QString port = proxy.port() == 0 ? QString() : u':' + QString::number(proxy.port());
+        return {u"1"_s, u"http="_s + host + port};
     }
     return {u"0"_s, {}};
 }

@@ -272,14 +272,27 @@ private slots:
         QCOMPARE(post.WhyFailed(), u"Connection timed out"_s);
     }
 
-    void slowReplyIsNotCutOff()
+    void slowPeerIsNotCutOff_data()
     {
+        QTest::addColumn<ScriptedPeer::Script>("script");
+        QTest::addColumn<QByteArray>("body");
         // Longer in all than the time-out, in the header already.
-        m_module.timeOut = 1500ms;
         const QByteArray reply = "HTTP/1.1 200 OK\r\nX: 2345678901234567890\r\n\r\nabcd";
-        ScriptedPeer peer({.pieces = ScriptedPeer::Dribble(reply), .pauseMs = 40});
+        QTest::newRow("writes slowly") << ScriptedPeer::Script{.pieces = ScriptedPeer::Dribble(reply), .pauseMs = 40}
+                                       << QByteArray();
+        QTest::newRow("reads slowly") << ScriptedPeer::Script{.pieces = {reply}, .pauseMs = 40, .readBytes = 30'000}
+                                      << QByteArray(1'800'000, 'x');
+    }
+
+    void slowPeerIsNotCutOff()
+    {
+        QFETCH(ScriptedPeer::Script, script);
+        QFETCH(QByteArray, body);
+        m_module.timeOut = 1500ms;
+        ScriptedPeer peer(script);
         CGIPost post(m_module);
         post.SetUrl(peer.Address());
+        post.SetParameters(body);
         m_runner.Run(post, nullptr);
         QCOMPARE(post.Response(), u"abcd"_s);
     }

@@ -63,6 +63,9 @@ private slots:
         SystemInternetSettings().Query(QUrl(u"http://gateway.test/"_s), this, note);
         settings.Query(QUrl(u"http://gateway.test/"_s), this, note);
         QTRY_COMPARE_WITH_TIMEOUT(got, QStringList{u"1http=127.0.0.1:3128"_s}, 20000);
+        qputenv("http_proxy", "http://127.0.0.1");
+        settings.Query(QUrl(u"http://gateway.test/"_s), this, note);
+        QTRY_COMPARE_WITH_TIMEOUT(got.constLast(), u"1http=127.0.0.1"_s, 20000);
     }
 };
 

@@ -54,14 +54,22 @@ void ScriptedPeer::Serve(QTcpSocket *socket)
 {
     ++m_connections;
     connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-    connect(socket, &QTcpSocket::readyRead, this, [this, socket, request = QByteArray()]() mutable {
+    const auto read = [this, socket, request = QByteArray()]() mutable {
         const QByteArray bytes = socket->readAll();
         const bool wasWhole = IsWhole(request);
         request += bytes;
         m_received += bytes;
         if (m_script.waitsForRequest && !wasWhole && IsWhole(request))
             Step(socket, 0);
-    });
+    };
+    if (m_script.readBytes > 0) {
+        socket->setReadBufferSize(m_script.readBytes);
+        auto *timer = new QTimer(socket);
+        connect(timer, &QTimer::timeout, this, read);
+        timer->start(m_script.pauseMs);
+    } else {
+        connect(socket, &QTcpSocket::readyRead, this, read);
+    }
     if (!m_script.waitsForRequest)
         Step(socket, 0);
 }

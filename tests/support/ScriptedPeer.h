@@ -18,6 +18,8 @@ public:
         int pauseMs = 0;
         /// Or it answers as soon as somebody connects.
         bool waitsForRequest = true;
+        /// How much of the request it reads every `pauseMs`; all at once when 0.
+        qint64 readBytes = 0;
     };
 
     explicit ScriptedPeer(Script script);

@@ -16,7 +16,11 @@
 #include "VendorSite.h"
 #include "ui_Compose.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QMouseEvent>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -112,9 +116,14 @@ bool Compose::event(QEvent *event)
 
 bool Compose::eventFilter(QObject *watched, QEvent *event)
 {
-    // The second press of a double click is no wish to send the message again.
-    if (watched == m_ui->cmdSend && event->type() == QEvent::MouseButtonDblClick)
-        return true;
+    const bool isSecond = event->type() == QEvent::MouseButtonDblClick;
+    if (watched == m_ui->cmdSend && (isSecond || event->type() == QEvent::MouseButtonPress)) {
+        // The later presses of a double or triple click are no wish to send the message again.
+        const quint64 now = static_cast<QMouseEvent *>(event)->timestamp();
+        const std::optional<quint64> before = std::exchange(m_sendPressedAt, now);
+        if (isSecond || (before && now - *before < static_cast<quint64>(QApplication::doubleClickInterval())))
+            return true;
+    }
     return QMainWindow::eventFilter(watched, event);
 }
 

@@ -68,4 +68,6 @@ private:
     std::unique_ptr<Ui::Compose> m_ui;
     LxMessage m_message;
     bool m_isSending = false;
+    /// When cmdSend was last pressed, in milliseconds of the window system's clock.
+    std::optional<quint64> m_sendPressedAt;
 };
