@@ -26,9 +26,11 @@ RecipientModel::Items RecipientModel::ItemsOf(const LxPhoneBook &phoneBook)
 
 void RecipientModel::SetItems(Items items)
 {
+    m_isResetting = true;
     beginResetModel();
     m_items = std::move(items);
     endResetModel();
+    m_isResetting = false;
 }
 
 template <typename Predicate>
@@ -68,6 +70,9 @@ QVariant RecipientModel::data(const QModelIndex &index, int role) const
     case Qt::EditRole:
         return item.name;
     case Qt::DecorationRole:
+        // A box takes the first item for a moment, and loading its picture is no work for the program's start.
+        if (m_isResetting)
+            return {};
         return item.number < 0 ? m_groupIcon.Get() : m_contactIcon.Get();
     case Qt::UserRole:
         return item.number;

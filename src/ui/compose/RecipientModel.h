@@ -49,4 +49,5 @@ private:
     Icons::Lazy m_contactIcon{QLatin1StringView("contact")};
     Icons::Lazy m_groupIcon{QLatin1StringView("group")};
     Items m_items;
+    bool m_isResetting = false;
 };
