@@ -8,9 +8,7 @@
 #include "WindowPostRunner.h"
 
 #include <QComboBox>
-#include <QFileInfo>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProcess>
@@ -25,115 +23,73 @@ class TestProgram final : public QObject
 {
     Q_OBJECT
 
-    struct Program : Profile
+    /// The status after a message to `to`, which is typed.
+    static QString Send(const QString &to, const QString &text)
     {
-        Program()
-        {
-            gateway.start(QStringLiteral(GATEWAY_PROGRAM), {u"--port"_s, u"0"_s, u"--account"_s, u"ann:secret:10"_s,
-                                                            u"--fail"_s, u"447700900999"_s, u"--outbox"_s, outbox});
-            QTRY_VERIFY_WITH_TIMEOUT(gateway.canReadLine(), 10000);
-            const QByteArray host = gateway.readLine().trimmed().split('/').constLast();
-            QVERIFY(QDir().mkpath(QFileInfo(Settings::DefaultFileName()).path()));
-            QVERIFY(WriteBytes(Settings::DefaultFileName(),
-                               R"({"Account":{"Username":"ann","Password":"secret"},"Gateway":{"Host":")" + host +
-                                   R"("}})"));
-            QVERIFY(QDir().mkpath(QFileInfo(file).path()));
-            QVERIFY(WriteBytes(file, "\"Bob\",44,\"07700900999\",\"Work\"\r\n"
-                                     "\"Zo\xEB\",33,\"612345678\",\"Work;Club\"\r\n"));
-            QVERIFY(module.Main());
-            compose = FindWindow(u"Compose"_s);
-            QVERIFY(QTest::qWaitForWindowActive(compose));
-        }
-
-        ~Program()
-        {
-            gateway.terminate();
-            gateway.waitForFinished(10000);
-        }
-
-        /// Types whom to and what, and clicks Send, which returns with the outcome.
-        void Send(const QString &to, const QString &text)
-        {
-            auto &box = Control<QComboBox>(*compose, "cboTo");
-            box.setFocus();
-            QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
-            QTest::keyClicks(&box, to);
-            Control<QPlainTextEdit>(*compose, "txtTextMessage").setPlainText(text);
-            QTest::mouseClick(&Control<QPushButton>(*compose, "cmdSend"), Qt::LeftButton);
-        }
-
-        [[nodiscard]] QString Status() const { return Control<QStatusBar>(*compose, "StatusBar").currentMessage(); }
-
-        /// Number, name and text of each message that the gateway took since the last call.
-        [[nodiscard]] QStringList Taken()
-        {
-            QStringList messages;
-            for (const QByteArray &line : ReadBytes(outbox).trimmed().split('\n').sliced(taken)) {
-                const QJsonObject message = QJsonDocument::fromJson(line).object();
-                messages +=
-                    QStringList{message[u"number"].toString(), message[u"name"].toString(), message[u"text"].toString()}
-                        .join(u'|');
-            }
-            taken += messages.size();
-            return messages;
-        }
-
-        const QString outbox = home.filePath(u"outbox"_s);
-        const QString file = LxPhoneBook::DefaultFileName();
-        qsizetype taken = 0;
-        QProcess gateway;
-        SystemInternetSettings systemSettings;
-        WindowPostRunner runner;
-        ApplicationModule module{
-            {prompts, shell, clock, systemSettings, runner}, QStringLiteral(PROGRAM_FOLDER), QStringList()};
-        QWidget *compose = nullptr;
-    };
+        const QWidget &compose = *FindWindow(u"Compose"_s);
+        auto &box = Control<QComboBox>(compose, "cboTo");
+        QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(&box, to);
+        Control<QPlainTextEdit>(compose, "txtTextMessage").setPlainText(text);
+        QTest::mouseClick(&Control<QPushButton>(compose, "cmdSend"), Qt::LeftButton);
+        return Control<QStatusBar>(compose, "StatusBar").currentMessage();
+    }
 
 private slots:
     void sendsAndKeepsEverything()
     {
-        Program p;
+        Profile p;
+        const QString outbox = p.home.filePath(u"outbox"_s);
+        QProcess gateway;
+        gateway.start(QStringLiteral(GATEWAY_PROGRAM), {u"--port"_s, u"0"_s, u"--account"_s, u"ann:secret:10"_s,
+                                                        u"--fail"_s, u"447700900999"_s, u"--outbox"_s, outbox});
+        QTRY_VERIFY_WITH_TIMEOUT(gateway.canReadLine(), 10000);
+        const QByteArray host = gateway.readLine().trimmed().split('/').constLast();
+        const QString settings = Settings::DefaultFileName();
+        QVERIFY(WriteBytes(settings, R"({"Account":{"Username":"ann","Password":"secret"},"Gateway":{"Host":")" + host +
+                                         R"("}})"));
+        const QString phoneBook = LxPhoneBook::DefaultFileName();
+        const QByteArray lines = "\"Bob\",44,\"07700900999\",\"Work\"\r\n\"Zo\xEB\",33,\"612345678\",\"Work;Club\"\r\n";
+        QVERIFY(WriteBytes(phoneBook, lines));
+        SystemInternetSettings systemSettings;
+        WindowPostRunner runner;
+        ApplicationModule program({p.prompts, p.shell, p.clock, systemSettings, runner}, QStringLiteral(PROGRAM_FOLDER),
+                                  {});
+        QVERIFY(program.Main());
+        QWidget *compose = FindWindow(u"Compose"_s);
+        QVERIFY(QTest::qWaitForWindowActive(compose));
+
         WhenDialogOpens(u"ContactProperties"_s, [](QDialog &dialog) {
-            auto &name = Control<QLineEdit>(dialog, "txtName");
-            QCOMPARE(name.text(), u"+44 7700 900123"_s);
-            QTest::keyClicks(&name, u"Ann Lee"_s);
-            QTest::keyClick(&name, Qt::Key_Return);
+            QTest::keyClicks(&Control<QLineEdit>(dialog, "txtName"), u"Ann Lee\r"_s);
         });
-        p.Send(u"+44 7700 900123"_s, u"£5 & \"more\"\n<b>"_s);
-        QCOMPARE(p.Status(), u"Message sent. 9 messages remaining"_s);
-        QCOMPARE(p.Taken(), QStringList{u"447700900123|Ann Lee|£5 & \"more\"\r\n<b>"_s});
-
-        p.Send(u"an"_s, QString(161, u'x'));
-        QCOMPARE(p.Status(), u"Message sent. 7 messages remaining"_s);
-        QCOMPARE(p.Taken(), (QStringList{u"447700900123|Ann Lee|"_s + QString(158, u'x') + u".."_s,
-                                         u"447700900123|Ann Lee|..xxx"_s}));
-
+        QCOMPARE(Send(u"+44 7700 900123"_s, u"£5\n<b>"_s), u"Message sent. 9 messages remaining"_s);
+        QCOMPARE(Send(u"an"_s, QString(161, u'x')), u"Message sent. 7 messages remaining"_s);
         QStringList rows;
         WhenDialogOpens(u"SendResults"_s, [&rows](QDialog &dialog) {
             const QAbstractItemModel &model = *Control<QTreeView>(dialog, "lvwSendResults").model();
             for (int row = 0; row < model.rowCount(); ++row)
                 rows += model.index(row, 0).data().toString() + u' ' + model.index(row, 2).data().toString();
         });
-        p.Send(u"work"_s, u"Hi"_s);
+        QCOMPARE(Send(u"work"_s, u"Hi"_s), u"Message failed. 6 messages remaining"_s);
         QCOMPARE(rows, (QStringList{u"Not sent +447700900999"_s, u"Sent +33612345678"_s}));
-        QCOMPARE(p.Status(), u"Message failed. 6 messages remaining"_s);
-        QCOMPARE(p.Taken(), QStringList{u"33612345678|Zoë|Hi"_s});
+        QStringList taken;
+        for (const QByteArray &line : ReadBytes(outbox).trimmed().split('\n')) {
+            const QJsonDocument message = QJsonDocument::fromJson(line);
+            taken += message[u"number"].toString() + message[u"name"].toString() + u'|' + message[u"text"].toString();
+        }
+        const QString ann = u"447700900123Ann Lee|"_s;
+        QCOMPARE(taken, (QStringList{ann + u"£5\r\n<b>"_s, ann + QString(158, u'x') + u".."_s, ann + u"..xxx"_s,
+                                     u"33612345678Zoë|Hi"_s}));
 
-        p.gateway.terminate();
-        QVERIFY(p.gateway.waitForFinished(10000));
+        gateway.terminate();
+        QVERIFY(gateway.waitForFinished(10000));
         p.prompts.ExpectBox(u"Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
                             "Please check you are connected to the internet."_s,
                             PromptIcon::Exclamation);
-        p.Send(u"ann"_s, u"Draft\nof two lines"_s);
-        QCOMPARE(p.Status(), u"Message failed"_s);
-
-        QVERIFY(p.compose->close());
-        QCOMPARE(ReadBytes(p.file), "\"Bob\",44,\"07700900999\",\"Work\"\r\n"
-                                    "\"Zo\xEB\",33,\"612345678\",\"Work;Club\"\r\n"
-                                    "\"Ann Lee\",44,\"7700900123\"\r\n");
-        const QFileInfo settings(Settings::DefaultFileName());
-        QVERIFY(!(settings.permissions() & (QFile::ReadGroup | QFile::ReadOther)));
-        QVERIFY(ReadBytes(settings.filePath()).contains("\"Text\": \"Draft\\r\\nof two lines\""));
+        QCOMPARE(Send(u"ann"_s, u"Draft\nof two lines"_s), u"Message failed"_s);
+        QVERIFY(compose->close());
+        QCOMPARE(ReadBytes(phoneBook), lines + "\"Ann Lee\",44,\"7700900123\"\r\n");
+        QVERIFY(ReadBytes(settings).contains("\"Text\": \"Draft\\r\\nof two lines\""));
     }
 };
 

@@ -1,44 +1,28 @@
 #pragma once
 
 #include <QApplication>
-#include <QDeadlineTimer>
 #include <QDialog>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 
 /// Calls `act` once with the modal dialog of this object name, from the event loop, as a user would use it. The
-/// dialog is closed when `act` leaves it open; the test fails when it does not come within ten seconds.
+/// dialog is closed when `act` leaves it open.
 template <typename Act>
 void WhenDialogOpens(const QString &name, Act act)
 {
-    constexpr int kLimitMs = 10000;
     auto *poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, name, act, limit = QDeadlineTimer(kLimitMs)]() mutable {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        const bool isIt = dialog && dialog->objectName() == name;
-        if (!isIt && !limit.hasExpired())
+    poll->callOnTimeout(poll, [poll, name, act] {
+        const QPointer dialog(qobject_cast<QDialog *>(QApplication::activeModalWidget()));
+        if (!dialog || dialog->objectName() != name)
             return;
         poll->stop();
         poll->deleteLater();
-        const QPointer<QDialog> watched(dialog);
-        if (isIt)
-            act(*dialog);
-        else
-            QTest::qFail(qPrintable(name + QStringLiteral(" did not open")), __FILE__, __LINE__);
-        if (watched && watched->isVisible())
-            watched->reject();
+        act(*dialog);
+        if (dialog && dialog->isVisible())
+            dialog->reject();
     });
     poll->start(0);
-}
-
-/// The window of this object name, or null.
-inline QWidget *FindWindow(const QString &name)
-{
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (window->objectName() == name)
-            return window;
-    }
-    return nullptr;
 }
 
 /// The control of this object name, which must be there.
@@ -49,4 +33,13 @@ T &Control(const QWidget &window, const char *name)
     if (!control)
         qFatal("There is no control %s", name);
     return *control;
+}
+
+/// The window of this object name, or null.
+inline QWidget *FindWindow(const QString &name)
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto isIt = [&name](const QWidget *window) { return window->objectName() == name; };
+    const auto it = std::find_if(windows.begin(), windows.end(), isIt);
+    return it == windows.end() ? nullptr : *it;
 }

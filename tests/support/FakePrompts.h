@@ -3,47 +3,77 @@
 #include "Prompts.h"
 
 #include <QList>
-#include <QString>
+#include <QTest>
 
 /// Answers prompts from a queue. A prompt that was not expected, one with another text, and one that never came fail
 /// the test that runs.
 class FakePrompts final : public Prompts
 {
 public:
-    ~FakePrompts() override;
+    ~FakePrompts() override { VerifyAllCame(); }
 
     /// The next box must have this text; it is answered with `answer`.
     void ExpectBox(const QString &text, PromptIcon icon, PromptAnswer answer = PromptAnswer::Ok,
-                   const QString &caption = {});
+                   const QString &caption = {})
+    {
+        const auto buttons = answer == PromptAnswer::Ok ? PromptButtons::Ok : PromptButtons::YesNo;
+        m_expected.append({Print({text, icon, buttons, caption}), answer});
+    }
 
     /// The next box may have any text that begins so.
-    void ExpectBoxBeginning(const QString &text, PromptIcon icon, PromptAnswer answer = PromptAnswer::Ok);
+    void ExpectBoxBeginning(const QString &text, PromptIcon icon)
+    {
+        ExpectBox(text, icon);
+        m_expected.last().isBeginning = true;
+    }
 
-    /// The next file dialog must have this title; it is answered with `path`, empty for a cancel.
-    void ExpectFileDialog(const QString &title, const QString &path);
+    /// The next file dialog must be this one; it is answered with `path`, empty for a cancel.
+    void ExpectFileDialog(const FileDialogRequest &request, const QString &path)
+    {
+        m_expected.append({Print(request), PromptAnswer::Ok, path});
+    }
 
     /// Fails the test for prompts that never came, and forgets them.
-    void VerifyAllCame();
+    void VerifyAllCame()
+    {
+        for (const Expected &expected : std::exchange(m_expected, {}))
+            QTest::qFail(qPrintable(QStringLiteral("This prompt never came: ") + expected.prompt), __FILE__, __LINE__);
+    }
 
-    [[nodiscard]] const FileDialogRequest &LastFileDialog() const { return m_lastFileDialog; }
-
-    PromptAnswer ShowMessageBox(const MessageBoxRequest &request, QObject *owner) override;
-    QString AskOpenFile(const FileDialogRequest &request, QObject *owner) override;
-    QString AskSaveFile(const FileDialogRequest &request, QObject *owner) override;
+    PromptAnswer ShowMessageBox(const MessageBoxRequest &request, QObject *) override
+    {
+        return Take(Print(request)).answer;
+    }
+    QString AskOpenFile(const FileDialogRequest &request, QObject *) override { return Take(Print(request)).path; }
+    QString AskSaveFile(const FileDialogRequest &request, QObject *) override { return Take(Print(request)).path; }
 
 private:
     struct Expected
     {
-        enum class Kind { Box, BoxBeginning, FileDialog } kind;
-        QString text;
-        QString caption;
-        PromptIcon icon;
-        PromptAnswer answer;
-        QString path;
+        QString prompt;
+        PromptAnswer answer = PromptAnswer::No;
+        QString path = {};
+        bool isBeginning = false;
     };
 
-    QString AskFile(const FileDialogRequest &request);
+    static QString Print(const MessageBoxRequest &box)
+    {
+        const QString style = QStringLiteral("icon %1, buttons %2, ").arg(int(box.icon)).arg(int(box.buttons));
+        return style + box.caption + u'|' + box.text;
+    }
+    static QString Print(const FileDialogRequest &dialog)
+    {
+        const QString overwrite = dialog.confirmOverwrite ? QStringLiteral("overwrite?") : QString();
+        return QStringList{dialog.title, dialog.filter, dialog.initialPath, overwrite}.join(u'|');
+    }
+
+    Expected Take(const QString &prompt)
+    {
+        const Expected expected = m_expected.isEmpty() ? Expected() : m_expected.takeFirst();
+        const QString known = expected.isBeginning ? prompt.left(expected.prompt.size()) : prompt;
+        QTest::qCompare(known, expected.prompt, "prompt", "expected", __FILE__, __LINE__);
+        return expected;
+    }
 
     QList<Expected> m_expected;
-    FileDialogRequest m_lastFileDialog;
 };

@@ -14,7 +14,7 @@ struct Profile
     {
         for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"}) {
             const QString path = home.filePath(QString::fromLatin1(variable));
-            QDir().mkdir(path);
+            QDir().mkpath(path + QStringLiteral("/Corvane/Brevio"));
             QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
             qputenv(variable, QFile::encodeName(path));
         }
