@@ -17,11 +17,11 @@ QByteArray PhoneBookFile(int contacts, int groups)
         const auto n = static_cast<size_t>(i);
         const bool isHome = i % 5 != 0;
         const QByteArray number = QByteArray::number(7700000000 + i);
-        text += '"' + QByteArray(kFirstNames[n % kFirstNames.size()]) + ' ' + kLastNames[n % kLastNames.size()] + ' '
-            + QByteArray::number(i) + "\"," + (isHome ? "44" : "353") + ",\""
-            + (i % 2 == 0 ? number : '0' + number.left(4) + ' ' + number.mid(4)) + "\",\"Group "
-            + QByteArray::number(i % groups) + (i % 3 == 0 ? ";Group " + QByteArray::number((i + 7) % groups) : "")
-            + "\"\r\n";
+        text += '"' + QByteArray(kFirstNames[n % kFirstNames.size()]) + ' ' + kLastNames[n % kLastNames.size()] + ' ' +
+                QByteArray::number(i) + "\"," + (isHome ? "44" : "353") + ",\"" +
+                (i % 2 == 0 ? number : '0' + number.left(4) + ' ' + number.mid(4)) + "\",\"Group " +
+                QByteArray::number(i % groups) + (i % 3 == 0 ? ";Group " + QByteArray::number((i + 7) % groups) : "") +
+                "\"\r\n";
     }
     return text;
 }

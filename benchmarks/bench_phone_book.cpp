@@ -1,7 +1,7 @@
+#include "Clock.h"
 #include "LxCountryList.h"
 #include "LxPhoneBook.h"
 #include "SampleData.h"
-#include "Clock.h"
 #include "TextFile.h"
 
 #include <QFile>

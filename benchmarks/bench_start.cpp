@@ -57,8 +57,8 @@ int RunChild(int argc, char *argv[], bool isEmpty)
     SystemClock clock;
     SystemInternetSettings internetSettings;
     WindowPostRunner postRunner;
-    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner},
-                             QApplication::applicationDirPath(), {});
+    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner}, QApplication::applicationDirPath(),
+                             {});
     return module.Main() ? QApplication::exec() : 1;
 }
 

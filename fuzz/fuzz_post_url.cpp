@@ -12,8 +12,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
         return 0;
     Require(!url->host.isEmpty() && url->port != 0);
     Require(url->path.startsWith(u'/') && !url->document.isEmpty());
-    const auto again = ParsePostUrl(
-        QStringLiteral("http://") + url->host + u':' + QString::number(url->port) + url->path, QString());
+    const auto again =
+        ParsePostUrl(QStringLiteral("http://") + url->host + u':' + QString::number(url->port) + url->path, QString());
     Require(again && again->host == url->host && again->port == url->port && again->path == url->path);
     return 0;
 }

@@ -28,7 +28,7 @@ int main(int argc, char *argv[])
     SystemClock clock;
     SystemInternetSettings internetSettings;
     WindowPostRunner postRunner;
-    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner},
-                             QApplication::applicationDirPath(), QApplication::arguments().sliced(1));
+    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner}, QApplication::applicationDirPath(),
+                             QApplication::arguments().sliced(1));
     return module.Main() ? QApplication::exec() : 0;
 }

@@ -43,8 +43,8 @@ LxPhoneBook::LxPhoneBook(const LxCountryList &countries, const Clock &clock)
 
 QString LxPhoneBook::DefaultFileName()
 {
-    return Utils::AppDataFolder() + u"/Corvane/Brevio/"_s + Utils::IfEmpty(Utils::GetUserName(), u"corvane"_s)
-        + u".kpb"_s;
+    return Utils::AppDataFolder() + u"/Corvane/Brevio/"_s + Utils::IfEmpty(Utils::GetUserName(), u"corvane"_s) +
+           u".kpb"_s;
 }
 
 LxGroupList LxPhoneBook::GroupsExcludingAllContacts() const
@@ -150,8 +150,7 @@ QString LxPhoneBook::Restore(const QString &name)
     const QString text = ReadText(name);
     if (!text.isEmpty() && !HasContact(text)) {
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
-                    Utils::FileNameOfPath(name)
-                        + QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
+                    Utils::FileNameOfPath(name) + QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
     }
     // Put aside, not cleared: the file does not record groups without members, so loading it would not bring them back.
     LxGroupList oldGroups = std::exchange(m_groups, {});

@@ -27,8 +27,8 @@ int main(int argc, char *argv[])
     SystemClock clock;
     SystemInternetSettings internetSettings;
     WindowPostRunner postRunner;
-    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner},
-                             QApplication::applicationDirPath(), {});
+    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner}, QApplication::applicationDirPath(),
+                             {});
     if (!module.Main())
         return 1;
     Tour tour(QDir(arguments.first()));

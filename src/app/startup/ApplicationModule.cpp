@@ -56,16 +56,16 @@ bool ApplicationModule::Main()
 {
     if (!m_instance->TryToBecome()) {
         const QString title = ApplicationTitle();
-        m_seams.prompts.ShowMessageBox({title + Tr(" is already running.") + u"\r\n\r\n"_s + Tr("Please select ")
-                                            + title + Tr(" from the task bar to continue."),
+        m_seams.prompts.ShowMessageBox({title + Tr(" is already running.") + u"\r\n\r\n"_s + Tr("Please select ") +
+                                            title + Tr(" from the task bar to continue."),
                                         PromptIcon::Information});
         return false;
     }
     m_program = std::make_unique<Program>(m_seams);
     m_program->countries.LoadCountries(m_programFolder, m_arguments, m_seams.prompts);
     UpgradeSettings(m_program->settings);
-    m_program->phoneBook.emplace(PhoneBook::Services{m_program->countries, m_seams.clock, m_seams.prompts,
-                                                     m_seams.shell, m_program->settings});
+    m_program->phoneBook.emplace(
+        PhoneBook::Services{m_program->countries, m_seams.clock, m_seams.prompts, m_seams.shell, m_program->settings});
     OpenPhoneBook();
     m_program->compose.emplace(Compose::Services{{m_program->settings, m_program->posts, m_seams.postRunner},
                                                  m_program->countries,
@@ -82,9 +82,9 @@ void ApplicationModule::OpenPhoneBook()
         m_program->phoneBook->LoadData();
     } catch (const Error &error) {
         // No reason not to start: what is in memory serves, and the file is kept beside the next save.
-        m_seams.prompts.ShowMessageBox({Tr("Problem reading from the phone book: ") + error.Description()
-                                            + u"\r\n\r\n"_s + Tr("The phonebook file is: ") + u"\r\n\r\n"_s
-                                            + LxPhoneBook::DefaultFileName(),
+        m_seams.prompts.ShowMessageBox({Tr("Problem reading from the phone book: ") + error.Description() +
+                                            u"\r\n\r\n"_s + Tr("The phonebook file is: ") + u"\r\n\r\n"_s +
+                                            LxPhoneBook::DefaultFileName(),
                                         PromptIcon::Exclamation});
     }
 }

@@ -76,16 +76,16 @@ void AccountDetails::TellBalance(const QString &username, const SendingSMS::Repl
         return;
     // A reply that does not say the balance is as good as none.
     if (reply.code == ResultCode::kSuccess && reply.balance >= 0) {
-        m_prompts.ShowMessageBox({.text = tr("Username: ") + username + u"\r\n"_s + tr("Balance: ")
-                                      + QString::number(reply.balance) + tr(" Messages Remaining"),
+        m_prompts.ShowMessageBox({.text = tr("Username: ") + username + u"\r\n"_s + tr("Balance: ") +
+                                          QString::number(reply.balance) + tr(" Messages Remaining"),
                                   .icon = PromptIcon::Information,
                                   .caption = caption},
                                  this);
     } else if (reply.code == ResultCode::kLogonRefused) {
         const PromptAnswer answer = m_prompts.ShowMessageBox(
-            {.text = tr("Logon Failed.") + u"\r\n\r\n"_s
-                 + tr("Please open a Brevio account, or check your username and password if you have one already.")
-                 + u"\r\n\r\n"_s + tr("Do you want to open a Brevio account now?"),
+            {.text = tr("Logon Failed.") + u"\r\n\r\n"_s +
+                     tr("Please open a Brevio account, or check your username and password if you have one already.") +
+                     u"\r\n\r\n"_s + tr("Do you want to open a Brevio account now?"),
              .icon = PromptIcon::Exclamation,
              .buttons = PromptButtons::YesNo,
              .caption = caption},
@@ -93,12 +93,11 @@ void AccountDetails::TellBalance(const QString &username, const SendingSMS::Repl
         if (answer == PromptAnswer::Yes)
             OrderPage::Open(m_gateway.settings, m_shell, m_prompts, this);
     } else {
-        m_prompts.ShowMessageBox(
-            {.text = tr("Could not connect over the internet to Corvane. Unable to get balance.") + u"\r\n\r\n"_s
-                 + tr("Please check you are connected to the internet."),
-             .icon = PromptIcon::Exclamation,
-             .caption = caption},
-            this);
+        m_prompts.ShowMessageBox({.text = tr("Could not connect over the internet to Corvane. Unable to get balance.") +
+                                          u"\r\n\r\n"_s + tr("Please check you are connected to the internet."),
+                                  .icon = PromptIcon::Exclamation,
+                                  .caption = caption},
+                                 this);
     }
 }
 

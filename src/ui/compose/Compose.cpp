@@ -199,10 +199,11 @@ LxContactPtr Compose::NewRecipient(const QString &typed)
 
 void Compose::OfferToBuyMessages()
 {
-    const QString text = tr("Please buy some messages to continue.") + u"\r\n\r\n"_s
-        + tr("If you have already bought messages then please enter your account details sent to you by email, "
-             "subject \"Brevio Account\".")
-        + u"\r\n\r\n"_s + tr("Do you want to buy messages online now?");
+    const QString text =
+        tr("Please buy some messages to continue.") + u"\r\n\r\n"_s +
+        tr("If you have already bought messages then please enter your account details sent to you by email, "
+           "subject \"Brevio Account\".") +
+        u"\r\n\r\n"_s + tr("Do you want to buy messages online now?");
     const PromptAnswer answer =
         m_services.prompts.ShowMessageBox({text, PromptIcon::Information, PromptButtons::YesNo}, this);
     if (answer == PromptAnswer::Yes)

@@ -1,6 +1,5 @@
 #include "SendResultsModel.h"
 
-
 using namespace Qt::StringLiterals;
 
 namespace {
