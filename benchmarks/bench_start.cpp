@@ -1,11 +1,7 @@
 #include "ApplicationModule.h"
-#include "Clock.h"
-#include "DesktopShell.h"
+#include "DesktopSeams.h"
 #include "LxPhoneBook.h"
 #include "SampleData.h"
-#include "SystemInternetSettings.h"
-#include "WidgetPrompts.h"
-#include "WindowPostRunner.h"
 
 #include <QApplication>
 #include <QDir>
@@ -52,13 +48,8 @@ int RunChild(int argc, char *argv[], bool isEmpty)
         window.show();
         return QApplication::exec();
     }
-    WidgetPrompts prompts;
-    DesktopShell shell;
-    SystemClock clock;
-    SystemInternetSettings internetSettings;
-    WindowPostRunner postRunner;
-    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner}, QApplication::applicationDirPath(),
-                             {});
+    DesktopSeams seams;
+    ApplicationModule module(seams.All(), QApplication::applicationDirPath(), {});
     return module.Main() ? QApplication::exec() : 1;
 }
 

@@ -1,11 +1,7 @@
 #include "ApplicationModule.h"
-#include "Clock.h"
-#include "DesktopShell.h"
+#include "DesktopSeams.h"
 #include "Icons.h"
-#include "SystemInternetSettings.h"
 #include "Version.h"
-#include "WidgetPrompts.h"
-#include "WindowPostRunner.h"
 
 #include <QApplication>
 
@@ -23,12 +19,7 @@ int main(int argc, char *argv[])
     QApplication::setDesktopFileName(u"brevio"_s);
     QApplication::setWindowIcon(Icons::Get("brevio"_L1));
 
-    WidgetPrompts prompts;
-    DesktopShell shell;
-    SystemClock clock;
-    SystemInternetSettings internetSettings;
-    WindowPostRunner postRunner;
-    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner}, QApplication::applicationDirPath(),
-                             QApplication::arguments().sliced(1));
+    DesktopSeams seams;
+    ApplicationModule module(seams.All(), QApplication::applicationDirPath(), QApplication::arguments().sliced(1));
     return module.Main() ? QApplication::exec() : 0;
 }

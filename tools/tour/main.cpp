@@ -1,11 +1,7 @@
 #include "ApplicationModule.h"
-#include "Clock.h"
-#include "DesktopShell.h"
-#include "SystemInternetSettings.h"
+#include "DesktopSeams.h"
 #include "Tour.h"
 #include "Version.h"
-#include "WidgetPrompts.h"
-#include "WindowPostRunner.h"
 
 #include <QApplication>
 #include <QTextStream>
@@ -22,13 +18,8 @@ int main(int argc, char *argv[])
                                "Takes pictures of Brevio's windows into FOLDER and sends one message.\n";
         return 2;
     }
-    WidgetPrompts prompts;
-    DesktopShell shell;
-    SystemClock clock;
-    SystemInternetSettings internetSettings;
-    WindowPostRunner postRunner;
-    ApplicationModule module({prompts, shell, clock, internetSettings, postRunner}, QApplication::applicationDirPath(),
-                             {});
+    DesktopSeams seams;
+    ApplicationModule module(seams.All(), QApplication::applicationDirPath(), {});
     if (!module.Main())
         return 1;
     Tour tour(QDir(arguments.first()));

@@ -144,11 +144,6 @@ void RestoreColumnWidths(const Settings &settings, QTreeView &list)
     }
 }
 
-int CountSelectedItems(const QAbstractItemView &list)
-{
-    return static_cast<int>(list.selectionModel()->selectedRows().size());
-}
-
 void SelectComboItemByData(QComboBox &combo, int data)
 {
     combo.setCurrentIndex(combo.findData(data));

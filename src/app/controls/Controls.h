@@ -4,7 +4,6 @@
 
 #include <optional>
 
-class QAbstractItemView;
 class QComboBox;
 class QDialog;
 class QTreeView;
@@ -34,8 +33,6 @@ void SaveControlSize(Settings &settings, const QWidget &control);
 /// Section "<list> Column Widths", a key a column: its caption.
 void SaveColumnWidths(Settings &settings, const QTreeView &list);
 void RestoreColumnWidths(const Settings &settings, QTreeView &list);
-
-[[nodiscard]] int CountSelectedItems(const QAbstractItemView &list);
 
 /// Makes the first item whose data is `data` current, or none when there is no such item.
 void SelectComboItemByData(QComboBox &combo, int data);
