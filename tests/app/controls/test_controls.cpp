@@ -1,14 +1,11 @@
 #include "Controls.h"
-#include "Dialogs.h"
 #include "NameValidator.h"
 #include "Profile.h"
 #include "Settings.h"
 #include "TextTable.h"
-#include "WidgetPrompts.h"
 
+#include <QDialog>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QTreeWidget>
 
 using namespace Qt::StringLiterals;
 
@@ -49,7 +46,6 @@ private slots:
         window.setGeometry(50, 60, 300, 200);
         QTEST(layout(window), "out");
         Controls::SaveWindowPosition(f.settings, window);
-        QCOMPARE(f.settings.Get(u"Results"_s, u"Width"_s), QString::number(window.width() * 15));
         for (const Qt::WindowState state : {Qt::WindowMaximized, Qt::WindowMinimized}) {
             window.setWindowState(state);
             window.show();
@@ -59,21 +55,6 @@ private slots:
         QTEST(layout(again), "out");
     }
 
-    void columnWidthsGoByCaption()
-    {
-        Fixture f;
-        QTreeWidget list;
-        list.setHeaderLabels({u"Name"_s, u"Mobile"_s});
-        list.setColumnWidth(0, 77);
-        Controls::SaveColumnWidths(f.settings, list);
-        list.setHeaderLabels({u"Number"_s, u"Name"_s});
-        f.settings.Save(u" Column Widths"_s, u"Number"_s, u"-5"_s);
-        list.setColumnWidth(0, 50);
-        Controls::RestoreColumnWidths(f.settings, list);
-        QCOMPARE(list.columnWidth(0), 50);
-        QCOMPARE(list.columnWidth(1), 77);
-    }
-
     void namesFitTheFile()
     {
         QLineEdit box;
@@ -81,21 +62,6 @@ private slots:
         box.setValidator(new NameValidator(&box));
         box.insert(u"\"Al\" a\r\nb😀"_s); // half of which has room
         QCOMPARE(box.text(), u"'Al' a b"_s);
-    }
-
-    void boxesShowPlainText()
-    {
-        const auto answer = [](PromptButtons buttons, Qt::Key key) {
-            WhenDialogOpens({}, [key](QDialog &dialog) {
-                QCOMPARE(static_cast<QMessageBox &>(dialog).text(), u"<b>a</b>\n\nb & c"_s);
-                QCOMPARE(static_cast<QMessageBox &>(dialog).textFormat(), Qt::PlainText);
-                QTest::keyClick(&dialog, key);
-            });
-            return WidgetPrompts().ShowMessageBox({.text = u"<b>a</b>\r\n\r\nb & c"_s, .buttons = buttons}, nullptr);
-        };
-        QCOMPARE(answer(PromptButtons::YesNo, Qt::Key_Escape), PromptAnswer::No);
-        QCOMPARE(answer(PromptButtons::YesNo, Qt::Key_Return), PromptAnswer::Yes);
-        QCOMPARE(answer(PromptButtons::Ok, Qt::Key_Escape), PromptAnswer::Ok);
     }
 };
 

@@ -1,12 +1,9 @@
 #include "TextFile.h"
 #include "TextTable.h"
-#include "Utils.h"
-
-#include <QStandardItemModel>
 
 using namespace Qt::StringLiterals;
 
-class TestUtils final : public QObject
+class TestTextFile final : public QObject
 {
     Q_OBJECT
 
@@ -33,33 +30,12 @@ private slots:
         }
     }
 
-    void SplitsLines()
-    {
-        const auto split = [](const QString &text) {
-            QString lines;
-            TextFile::ForEachLine(text, [&lines](QStringView line) { lines += u'[' + line.toString() + u']'; });
-            return lines;
-        };
-        CompareTable({{u"a\r\nb\nc\r\n", u"[a][b][c]"}, {u"\n\r\na", u"[][][a]"}, {u"a\rb\r", u"[a\rb\r]"}}, split);
-    }
-
     void MakesOneLine()
     {
         CompareTable({{u"a\r\nb", u"a b"}, {u"a\n\rb", u"a  b"}, {u"a\u0085b\u2028c\u2029d\re", u"a b c d e"}},
                      TextFile::AsOneLine);
     }
-
-    void WritesLists()
-    {
-        QStandardItemModel list(0, 2);
-        list.setHorizontalHeaderLabels({u"Name"_s, u"\"Mobile\""_s});
-        list.appendRow({new QStandardItem(u"Smith, \"Jo\""_s), new QStandardItem(u"+44"_s)});
-        list.appendRow(new QStandardItem(u"Ann"_s));
-        const QString rows = u"\"Smith, \"\"Jo\"\"\",\"+44\"\r\n\"Ann\",\"\"\r\n"_s;
-        QCOMPARE(Utils::WriteListAsCsv(list), u"\"Name\",\"\"\"Mobile\"\"\"\r\n"_s + rows);
-        QCOMPARE(Utils::WriteListAsCsv(list, true), rows);
-    }
 };
 
-QTEST_GUILESS_MAIN(TestUtils)
-#include "test_utils.moc"
+QTEST_GUILESS_MAIN(TestTextFile)
+#include "test_text_file.moc"
