@@ -40,10 +40,7 @@ public:
             QTest::qFail(qPrintable(QStringLiteral("This prompt never came: ") + expected.prompt), __FILE__, __LINE__);
     }
 
-    PromptAnswer ShowMessageBox(const MessageBoxRequest &request, QObject *) override
-    {
-        return Take(Print(request)).answer;
-    }
+    PromptAnswer ShowMessageBox(const MessageBoxRequest &box, QObject *) override { return Take(Print(box)).answer; }
     QString AskOpenFile(const FileDialogRequest &request, QObject *) override { return Take(Print(request)).path; }
     QString AskSaveFile(const FileDialogRequest &request, QObject *) override { return Take(Print(request)).path; }
 
@@ -58,13 +55,13 @@ private:
 
     static QString Print(const MessageBoxRequest &box)
     {
-        const QString style = QStringLiteral("icon %1, buttons %2, ").arg(int(box.icon)).arg(int(box.buttons));
-        return style + box.caption + u'|' + box.text;
+        const auto style = QStringLiteral("icon %1, buttons %2, %3|%4").arg(int(box.icon)).arg(int(box.buttons));
+        return style.arg(box.caption, box.text);
     }
-    static QString Print(const FileDialogRequest &dialog)
+    static QString Print(const FileDialogRequest &file)
     {
-        const QString overwrite = dialog.confirmOverwrite ? QStringLiteral("overwrite?") : QString();
-        return QStringList{dialog.title, dialog.filter, dialog.initialPath, overwrite}.join(u'|');
+        return QStringList{file.title, file.filter, file.initialPath, QString::number(file.confirmOverwrite)}.join(
+            u'|');
     }
 
     Expected Take(const QString &prompt)

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "CGIPost.h"
 #include "Clock.h"
+#include "InternetSettings.h"
+#include "PostRunner.h"
 #include "Shell.h"
 
-#include <QStringList>
+#include <QEventLoop>
 
 /// Notes what was handed to the desktop.
 class RecordingShell final : public Shell
@@ -23,4 +26,31 @@ class FixedClock final : public Clock
 {
 public:
     [[nodiscard]] QDateTime Now() const override { return QDateTime(QDate(2004, 11, 15), QTime(10, 30)); }
+};
+
+/// Answers with what it was given, or, when told so, never.
+class FixedInternetSettings final : public InternetSettings
+{
+public:
+    void Query(const QUrl &, QObject *asker, Answer answer) override
+    {
+        if (!isSilent)
+            QTimer::singleShot(0, asker, [this, answer] { answer(values); });
+    }
+
+    InternetSettingsValues values;
+    bool isSilent = false;
+};
+
+/// Runs posts without a window.
+class DirectPostRunner final : public PostRunner
+{
+public:
+    void Run(CGIPost &post, QObject *) override
+    {
+        QEventLoop loop;
+        QObject::connect(&post, &CGIPost::Finished, &loop, &QEventLoop::quit);
+        post.Start();
+        loop.exec();
+    }
 };

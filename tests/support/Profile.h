@@ -2,7 +2,6 @@
 
 #include "FakePrompts.h"
 #include "Fakes.h"
-#include "FixedInternetSettings.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
+
+#include <sys/socket.h>
 
 /// A server on loopback that answers each request by its script, however rude, and counts what arrives.
 class ScriptedPeer final : public QTcpServer
@@ -18,40 +19,73 @@ public:
         int pauseMs = 0;
         /// Or it answers as soon as somebody connects.
         bool waitsForRequest = true;
-        /// How much of the request it reads every `pauseMs`; all at once when 0.
+        /// The most of the request that it reads after each `pauseMs`; all when 0.
         qint64 readBytes = 0;
     };
 
-    explicit ScriptedPeer(Script script);
+    explicit ScriptedPeer(Script script)
+        : m_script(std::move(script))
+    {
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, &ScriptedPeer::Serve);
+    }
 
-    /// The bytes of a reply as one piece each.
-    [[nodiscard]] static QList<QByteArray> Dribble(const QByteArray &bytes);
     /// A whole reply with status 200.
-    [[nodiscard]] static QByteArray Ok(const QByteArray &body);
+    [[nodiscard]] static QByteArray Ok(const QByteArray &body)
+    {
+        return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
+    }
 
-    [[nodiscard]] QString Address() const;
+    [[nodiscard]] QString Address() const { return QStringLiteral("127.0.0.1:%1").arg(serverPort()); }
     [[nodiscard]] int Connections() const { return m_connections; }
     [[nodiscard]] int Posts() const { return static_cast<int>(m_received.count("POST ")); }
     /// All that came, over all connections.
     [[nodiscard]] const QByteArray &Received() const { return m_received; }
 
 private:
-    void Serve(QTcpSocket *socket);
-    void Step(QTcpSocket *socket, qsizetype index);
+    static bool IsWhole(const QByteArray &request)
+    {
+        const qsizetype headerEnd = request.indexOf("\r\n\r\n");
+        const qsizetype length = request.indexOf("Content-Length: ") + 16;
+        return headerEnd >= 0 && request.size() - headerEnd - 4 >=
+                                     request.sliced(length, request.indexOf('\r', length) - length).toLongLong();
+    }
+
+    void Serve()
+    {
+        QTcpSocket *socket = nextPendingConnection();
+        ++m_connections;
+        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        if (!m_script.waitsForRequest)
+            Step(socket, 0);
+        const auto read = [this, socket, request = std::make_shared<QByteArray>()] {
+            const QByteArray bytes = socket->readAll();
+            *request += bytes;
+            m_received += bytes;
+            if (m_script.waitsForRequest && !bytes.isEmpty() && IsWhole(*request))
+                Step(socket, 0);
+        };
+        socket->setReadBufferSize(m_script.readBytes);
+        connect(socket, &QTcpSocket::readyRead, this,
+                [this, socket, read] { QTimer::singleShot(m_script.pauseMs, socket, read); });
+    }
+
+    void Step(QTcpSocket *socket, qsizetype index)
+    {
+        if (index < m_script.pieces.size()) {
+            socket->write(m_script.pieces.at(index));
+            socket->flush();
+            QTimer::singleShot(m_script.pauseMs, socket, [this, socket, index] { Step(socket, index + 1); });
+        } else if (m_script.then == Then::Close) {
+            socket->disconnectFromHost();
+        } else if (m_script.then == Then::Reset) {
+            const linger reset{.l_onoff = 1, .l_linger = 0};
+            setsockopt(static_cast<int>(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
+            socket->abort();
+        }
+    }
 
     const Script m_script;
     QByteArray m_received;
     int m_connections = 0;
-};
-
-/// An address on loopback that neither accepts nor refuses: its queue of connections is full.
-class DeafPeer final
-{
-public:
-    DeafPeer();
-    [[nodiscard]] QString Address() const;
-
-private:
-    QTcpServer m_server;
-    QTcpSocket m_queued[3];
 };

@@ -1,11 +1,8 @@
 #pragma once
 
-#include "CGIPost.h"
-#include "FixedInternetSettings.h"
+#include "Fakes.h"
 #include "PostModule.h"
 #include "ScriptedPeer.h"
-
-#include <QTest>
 
 /// A post that gets as far as one of its phases and no further.
 class StuckPost final
@@ -13,32 +10,35 @@ class StuckPost final
 public:
     enum class Phase { LookingUp, Connecting, Requesting, Receiving };
 
-    /// A row of a test table for each phase: `phase`, and `status` that the post then shows.
-    static void AddRows()
+    /// Each phase, and the status that the post then shows.
+    static QList<std::pair<Phase, QString>> Phases()
     {
-        using namespace Qt::StringLiterals;
-        QTest::addColumn<StuckPost::Phase>("phase");
-        QTest::addColumn<QString>("status");
-        QTest::newRow("looking up the proxy") << Phase::LookingUp << u"Looking up the proxy settings..."_s;
-        QTest::newRow("connecting") << Phase::Connecting << u"Connecting to 127.0.0.1..."_s;
-        QTest::newRow("requesting") << Phase::Requesting << u"Making request to 127.0.0.1..."_s;
-        QTest::newRow("receiving") << Phase::Receiving << u"Receiving result..."_s;
+        return {{Phase::LookingUp, QStringLiteral("Looking up the proxy settings...")},
+                {Phase::Connecting, QStringLiteral("Connecting to 127.0.0.1...")},
+                {Phase::Requesting, QStringLiteral("Making request to 127.0.0.1...")},
+                {Phase::Receiving, QStringLiteral("Receiving result...")}};
     }
 
-    explicit StuckPost(Phase phase, std::chrono::milliseconds timeOut = std::chrono::seconds(20))
-        : module{settings, timeOut}
-        , peer({.pieces = {phase == Phase::Receiving ? ScriptedPeer::Ok("half").chopped(2) : QByteArray()},
+    explicit StuckPost(Phase phase)
+        : peer({.pieces = {phase == Phase::Receiving ? ScriptedPeer::Ok("half").chopped(2) : QByteArray()},
                 .then = ScriptedPeer::Then::StayOpen})
-        , post(std::make_unique<CGIPost>(module))
     {
         settings.isSilent = phase == Phase::LookingUp;
-        post->SetUrl(phase == Phase::Connecting ? deaf.Address() : peer.Address());
-        post->SetParameters("XML=once");
+        if (phase == Phase::Connecting) {
+            // Neither accepts nor refuses: its queue of connections is full.
+            peer.close();
+            peer.setListenBacklogSize(1);
+            peer.listen(QHostAddress::LocalHost);
+            peer.pauseAccepting();
+            for (QTcpSocket &socket : queued)
+                socket.connectToHost(QHostAddress(QHostAddress::LocalHost), peer.serverPort());
+        }
+        post.SetUrl(peer.Address());
     }
 
     FixedInternetSettings settings;
-    PostModule module;
+    PostModule module{settings};
     ScriptedPeer peer;
-    DeafPeer deaf;
-    std::unique_ptr<CGIPost> post;
+    QTcpSocket queued[3];
+    CGIPost post{module};
 };

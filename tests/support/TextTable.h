@@ -2,9 +2,6 @@
 
 #include <QTest>
 
-#include <initializer_list>
-#include <utility>
-
 using TextTable = std::initializer_list<std::pair<const char16_t *, const char16_t *>>;
 
 /// Fills the columns "in" and "out" of a data function; each row is named after its input.

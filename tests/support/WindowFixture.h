@@ -1,6 +1,5 @@
 #pragma once
 
-#include "DirectPostRunner.h"
 #include "LxCountryList.h"
 #include "PhoneBook.h"
 #include "PostModule.h"

@@ -2,7 +2,6 @@
 
 #include <QFile>
 
-#include <cstdlib>
 #include <unistd.h>
 
 /// While it lives, the process obeys file modes even when root runs it. The folder is given to the user that the
@@ -11,23 +10,18 @@ class WithoutRoot final
 {
 public:
     explicit WithoutRoot(const QString &folder)
-        : m_wasRoot(::geteuid() == 0)
     {
         constexpr uid_t kNobody = 65534;
-        if (m_wasRoot)
+        if (::geteuid() == 0)
             m_failed = ::chown(QFile::encodeName(folder).constData(), kNobody, kNobody) != 0 ||
                        ::setresuid(kNobody, kNobody, 0) != 0;
     }
-    ~WithoutRoot()
-    {
-        if (m_wasRoot && ::setresuid(0, 0, 0) != 0)
-            std::abort();
-    }
+    /// Becomes root again; other users cannot, and stay what they are.
+    ~WithoutRoot() { std::ignore = ::setresuid(0, 0, 0); }
     Q_DISABLE_COPY_MOVE(WithoutRoot)
 
     [[nodiscard]] bool Failed() const { return m_failed; }
 
 private:
-    bool m_wasRoot;
     bool m_failed = false;
 };

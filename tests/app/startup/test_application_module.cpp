@@ -1,6 +1,5 @@
 #include "ApplicationModule.h"
 #include "Dialogs.h"
-#include "DirectPostRunner.h"
 #include "FileLock.h"
 #include "Files.h"
 #include "LxPhoneBook.h"
