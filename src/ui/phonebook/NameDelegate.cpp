@@ -1,0 +1,20 @@
+#include "NameDelegate.h"
+
+#include "NameValidator.h"
+
+#include <QLineEdit>
+
+NameDelegate::NameDelegate(int maxLength, QObject *parent)
+    : QStyledItemDelegate(parent)
+    , m_maxLength(maxLength)
+{
+}
+
+QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &) const
+{
+    auto *editor = new QLineEdit(parent);
+    editor->setMaxLength(m_maxLength);
+    editor->setValidator(new NameValidator(editor));
+    editor->setAccessibleName(tr("Name"));
+    return editor;
+}
