@@ -16,5 +16,14 @@ QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
     editor->setMaxLength(m_maxLength);
     editor->setValidator(new NameValidator(editor));
     editor->setAccessibleName(tr("Name"));
+    m_editor = editor;
     return editor;
+}
+
+void NameDelegate::Commit()
+{
+    if (!m_editor)
+        return;
+    emit commitData(m_editor);
+    emit closeEditor(m_editor);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QStyledItemDelegate>
 
 /// Edits names in place, by the rules of NameValidator.
@@ -14,6 +15,10 @@ public:
     [[nodiscard]] QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                                         const QModelIndex &index) const override;
 
+    /// Takes what was typed in the open editor and closes it, where one is open.
+    void Commit();
+
 private:
     int m_maxLength;
+    mutable QPointer<QWidget> m_editor;
 };

@@ -20,6 +20,7 @@
 #include <QHeaderView>
 
 #include <algorithm>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -47,6 +48,8 @@ void PhoneBook::BuildControls()
     m_ui->setupUi(this);
     m_groups = new GroupModel(m_phoneBook, this);
     m_contacts = new ContactModel(m_phoneBook, this);
+    m_groupNames = new NameDelegate(LxGroup::NameMaxLength, this);
+    m_contactNames = new NameDelegate(LxContact::NameMaxLength, this);
     m_lastList = m_ui->lvwContacts;
     m_ui->actNewContact->setIcon(Icons::Get("new-contact"_L1));
     m_ui->actProperties->setIcon(Icons::Get("properties"_L1));
@@ -70,9 +73,9 @@ void PhoneBook::ConnectLists()
         list->installEventFilter(this);
     }
     m_ui->lvwGroups->setModel(m_groups);
-    m_ui->lvwGroups->setItemDelegate(new NameDelegate(LxGroup::NameMaxLength, this));
+    m_ui->lvwGroups->setItemDelegate(m_groupNames);
     m_ui->lvwContacts->setModel(m_contacts);
-    m_ui->lvwContacts->setItemDelegate(new NameDelegate(LxContact::NameMaxLength, this));
+    m_ui->lvwContacts->setItemDelegate(m_contactNames);
     m_ui->lvwContacts->header()->setSectionsClickable(true);
     m_ui->lvwContacts->header()->setSortIndicatorShown(true);
     m_ui->txtFind->installEventFilter(this);
@@ -80,14 +83,15 @@ void PhoneBook::ConnectLists()
 
     connect(m_ui->txtFind, &QLineEdit::textChanged, this, &PhoneBook::FindTyped);
     connect(m_ui->lvwContacts->header(), &QHeaderView::sectionClicked, this, &PhoneBook::SortByColumn);
-    connect(m_ui->lvwGroups->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            &PhoneBook::GroupClicked);
+    connect(m_ui->lvwGroups->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &PhoneBook::GroupClicked);
     // A click on the chosen group is no change, and yet clears the find text.
     connect(m_ui->lvwGroups, &QTreeView::clicked, this, [this] {
         if (!m_ui->txtFind->text().isEmpty())
             GroupClicked();
     });
-    connect(m_ui->lvwContacts, &QTreeView::doubleClicked, this, &PhoneBook::Properties);
+    // Queued: the list stops waiting to open the editor for the first click only after it has told of the second.
+    connect(m_ui->lvwContacts, &QTreeView::doubleClicked, m_ui->mnuEditContact, &QAction::trigger,
+            Qt::QueuedConnection);
     connect(m_ui->lvwContacts->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &PhoneBook::EnableCommands);
     connect(m_ui->lvwContacts, &QTreeView::customContextMenuRequested, this, &PhoneBook::ShowContactsMenu);
@@ -101,16 +105,21 @@ void PhoneBook::ConnectMenus()
 {
     const auto runs = [this](std::initializer_list<QAction *> starters, auto command) {
         for (QAction *starter : starters)
-            connect(starter, &QAction::triggered, this, command);
+            connect(starter, &QAction::triggered, this, [this, command] {
+                CommitEditor();
+                std::invoke(command, this);
+            });
     };
     runs({m_ui->mnuAddContact, m_ui->mnuPopupNewContact, m_ui->actNewContact}, &PhoneBook::NewContact);
     runs({m_ui->mnuEditContact, m_ui->mnuPopupEditContact, m_ui->actProperties}, &PhoneBook::Properties);
     runs({m_ui->mnuDelete}, &PhoneBook::Delete);
     runs({m_ui->mnuPopupDeleteContacts}, &PhoneBook::DeleteContacts);
     runs({m_ui->mnuPopupDeleteGroup}, &PhoneBook::DeleteGroup);
-    runs({m_ui->mnuNewGroup, m_ui->mnuPopupNewGroup, m_ui->actNewGroup}, [this] { CreateNewGroup(false); });
+    runs({m_ui->mnuNewGroup, m_ui->mnuPopupNewGroup, m_ui->actNewGroup},
+         [](PhoneBook *window) { window->CreateNewGroup(false); });
     runs({m_ui->mnuEditGroupName, m_ui->mnuPopupRenameGroup}, &PhoneBook::EditGroupName);
-    runs({m_ui->mnuAddContactsToNewGroup, m_ui->mnuPopupAddContactsToNewGroup}, [this] { CreateNewGroup(true); });
+    runs({m_ui->mnuAddContactsToNewGroup, m_ui->mnuPopupAddContactsToNewGroup},
+         [](PhoneBook *window) { window->CreateNewGroup(true); });
     runs({m_ui->mnuAddContactsToExistingGroup, m_ui->mnuPopupAddContactsToExistingGroup},
          &PhoneBook::AddToExistingGroup);
     runs({m_ui->mnuRemoveContactsFromAllGroups, m_ui->mnuPopupRemoveContactsFromAllGroups},
@@ -118,8 +127,9 @@ void PhoneBook::ConnectMenus()
     runs({m_ui->mnuRemoveContactsFromThisGroup, m_ui->mnuPopupRemoveContactsFromThisGroup},
          &PhoneBook::RemoveFromThisGroup);
     runs({m_ui->mnuSelectAllContacts, m_ui->mnuPopupSelectAllContacts}, &PhoneBook::SelectAll);
-    runs({m_ui->mnuOnlineHelp}, [this] {
-        VendorPages::Open(VendorSite::kHelpPath, m_services.settings, m_services.shell, m_services.prompts, this);
+    runs({m_ui->mnuOnlineHelp}, [](PhoneBook *window) {
+        const Services &services = window->m_services;
+        VendorPages::Open(VendorSite::kHelpPath, services.settings, services.shell, services.prompts, window);
     });
     runs({m_ui->mnuExit}, &PhoneBook::UnloadComposeWindows);
     for (QMenu *menu : {m_ui->mnuEdit, m_ui->mnuContacts, m_ui->mnuPopupContacts, m_ui->mnuPopupGroups})
@@ -282,6 +292,7 @@ void PhoneBook::GroupClicked()
 
 void PhoneBook::SortByColumn(int column)
 {
+    CommitEditor();
     // The first click on a column sorts by it; clicking it again turns the order.
     m_reverseSort = column + 1 == m_sortBy && !m_reverseSort;
     m_sortBy = column + 1;

@@ -12,6 +12,7 @@
 
 class ContactModel;
 class GroupModel;
+class NameDelegate;
 class Prompts;
 class QTreeView;
 class Settings;
@@ -57,8 +58,8 @@ public:
     /// Opens the properties dialog over `parent` for a contact, new or existing, with two texts that a new one starts
     /// with. On OK a new contact is added, and joins the chosen group when `addToCurrentGroup` is set; the phone book
     /// is saved. Returns whether the dialog was confirmed.
-    bool EditContact(const LxContactPtr &contact, bool isNew, const QString &initialName,
-                     const QString &initialNumber, bool addToCurrentGroup, QWidget *parent);
+    bool EditContact(const LxContactPtr &contact, bool isNew, const QString &initialName, const QString &initialNumber,
+                     bool addToCurrentGroup, QWidget *parent);
 
     /// Makes a group of a free name, with the selected contacts as its members when `addSelectedContacts` is set,
     /// chooses it and starts editing its name.
@@ -133,6 +134,8 @@ private:
     std::unique_ptr<Ui::PhoneBook> m_ui;
     GroupModel *m_groups = nullptr;
     ContactModel *m_contacts = nullptr;
+    NameDelegate *m_groupNames = nullptr;
+    NameDelegate *m_contactNames = nullptr;
     /// The list that had the focus last; opening a menu by keyboard takes it away.
     QTreeView *m_lastList = nullptr;
     /// Counted from 1, as stored. 0 is left 0, so that the first click on Name then sorts ascending; that is meant.

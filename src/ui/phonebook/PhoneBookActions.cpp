@@ -1,6 +1,7 @@
 #include "ChooseGroup.h"
 #include "ContactModel.h"
 #include "GroupModel.h"
+#include "NameDelegate.h"
 #include "PhoneBook.h"
 #include "ui_PhoneBook.h"
 
@@ -171,10 +172,9 @@ void PhoneBook::ShowGroupsMenu(const QPoint &position)
 
 void PhoneBook::CommitEditor()
 {
-    // An editor commits when it loses the focus.
-    if (QWidget *focus = focusWidget(); focus && (m_ui->lvwGroups->isAncestorOf(focus) || m_ui->lvwContacts->isAncestorOf(focus)))
-        m_ui->txtFind->setFocus();
-    // What was typed is told later, once the editor is gone; before the end that is now.
+    m_groupNames->Commit();
+    m_contactNames->Commit();
+    // What was typed is told once the editor is gone, which is now.
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
 }
 
@@ -200,9 +200,18 @@ bool PhoneBook::eventFilter(QObject *watched, QEvent *event)
             m_ui->txtFind->clear();
             return true;
         }
-        if (watched == m_ui->lvwContacts && isEnter) {
-            Properties();
-            return true;
+        // Not the key that ended an editor in the list, which comes by here as well.
+        if (watched == m_ui->lvwContacts && m_ui->lvwContacts->hasFocus()) {
+            if (isEnter) {
+                m_ui->mnuEditContact->trigger();
+                return true;
+            }
+            if (key == Qt::Key_F2) {
+                // A click on another column made that one current, which cannot be edited.
+                if (const QModelIndex current = m_ui->lvwContacts->currentIndex(); current.isValid())
+                    m_ui->lvwContacts->edit(current.siblingAtColumn(ContactModel::Name));
+                return true;
+            }
         }
     }
     return QMainWindow::eventFilter(watched, event);

@@ -34,11 +34,9 @@ LxContactPtr PhoneBookCommands::NewContact(const LxCountryList &countries) const
 
 bool PhoneBookCommands::Confirms(const QString &question, const QString &caption) const
 {
-    return m_prompts.ShowMessageBox({.text = question,
-                                     .icon = PromptIcon::Question,
-                                     .buttons = PromptButtons::YesNo,
-                                     .caption = caption},
-                                    m_owner) == PromptAnswer::Yes;
+    return m_prompts.ShowMessageBox(
+               {.text = question, .icon = PromptIcon::Question, .buttons = PromptButtons::YesNo, .caption = caption},
+               m_owner) == PromptAnswer::Yes;
 }
 
 bool PhoneBookCommands::DeleteContacts(const LxContactList &contacts) const
@@ -60,8 +58,8 @@ bool PhoneBookCommands::DeleteGroup(LxGroup &group) const
 {
     if (IsEveryone(group))
         return false;
-    if (!Confirms(Tr("Are you sure you want to remove the group ") + u'"' + group.Name() + u'"'
-                      + Tr(" from your Phone Book?"),
+    if (!Confirms(Tr("Are you sure you want to remove the group ") + u'"' + group.Name() + u'"' +
+                      Tr(" from your Phone Book?"),
                   Tr("Delete Group?")))
         return false;
     m_phoneBook.Groups().DestroyGroup(group);
