@@ -30,6 +30,7 @@ void ContactModel::Fill(const LxGroup &group, const QString &findText)
     for (const LxContactPtr &contact : group)
         m_members.push_back({contact, {}, m_members.size()});
     Sort();
+    m_isStale = false;
     m_findText = findText;
     ShowMatches();
     endResetModel();
@@ -53,7 +54,15 @@ void ContactModel::SortBy(int column, Qt::SortOrder order)
     m_sortColumn = column;
     m_sortOrder = order;
     Sort();
-    ShowMatches();
+    // Not those that match, as a rewritten row may have ceased to.
+    std::vector<LxContactPtr> shown;
+    shown.reserve(m_shown.size());
+    for (const Member &member : m_members) {
+        if (RowOf(*member.contact) >= 0)
+            shown.push_back(member.contact);
+    }
+    m_shown = std::move(shown);
+    m_rowOf.clear();
     QModelIndexList after;
     for (qsizetype i = 0; i < before.size(); ++i)
         after += index(RowOf(*contacts[static_cast<size_t>(i)]), before[i].column());
@@ -97,11 +106,14 @@ void ContactModel::Sort()
 
 void ContactModel::Insert(const LxContactPtr &contact)
 {
-    Member member{contact, SortKey(Text(*contact, m_sortColumn)), m_members.size()};
+    size_t nextPlace = 0;
+    for (const Member &member : m_members)
+        nextPlace = std::max(nextPlace, member.place + 1);
+    Member member{contact, SortKey(Text(*contact, m_sortColumn)), nextPlace};
     const auto standsBefore = [this](const Member &a, const Member &b) { return StandsBefore(a, b); };
     const auto place = std::lower_bound(m_members.begin(), m_members.end(), member, standsBefore);
     const auto row = static_cast<int>(
-        std::count_if(m_members.begin(), place, [this](const Member &m) { return IsFound(*m.contact); }));
+        std::count_if(m_members.begin(), place, [this](const Member &m) { return RowOf(*m.contact) >= 0; }));
     m_members.insert(place, std::move(member));
     if (!IsFound(*contact))
         return;
@@ -127,6 +139,7 @@ void ContactModel::Remove(const LxContactList &contacts)
 
 void ContactModel::Rewrite(const LxContact &contact)
 {
+    m_isStale = true;
     const int row = RowOf(contact);
     if (row >= 0)
         emit dataChanged(index(row, 0), index(row, ColumnCount - 1));

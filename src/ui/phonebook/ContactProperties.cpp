@@ -176,8 +176,8 @@ void ContactProperties::ToggleAt(const QPoint &position)
     if (!item)
         return;
     // Each click on the box itself has toggled already.
-    const int boxWidth =
-        style()->pixelMetric(QStyle::PM_IndicatorWidth) + 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 2;
+    const int boxWidth = style()->pixelMetric(QStyle::PM_IndicatorWidth)
+        + 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 2;
     if (position.x() >= m_ui->lvwGroups->visualRect(index).left() + boxWidth)
         item->setCheckState(item->checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked);
 }
@@ -196,8 +196,8 @@ bool ContactProperties::eventFilter(QObject *watched, QEvent *event)
 bool ContactProperties::IsNumberAcceptable() const
 {
     const QString cleaned = PhoneNumbers::CleanPhoneNumber(m_ui->txtMobile->text());
-    return m_ui->cboCountryCode->currentIndex() >= 0 &&
-           PhoneNumbers::IsLocalNumber(PhoneNumbers::RemoveTrunkZero(cleaned));
+    return m_ui->cboCountryCode->currentIndex() >= 0
+        && PhoneNumbers::IsLocalNumber(PhoneNumbers::RemoveTrunkZero(cleaned));
 }
 
 void ContactProperties::Refuse(const QString &why, QLineEdit *where)
@@ -231,7 +231,8 @@ void ContactProperties::Store()
     m_contact->SetUserMobile(m_ui->txtMobile->text());
     for (int row = 0; row < m_groups->rowCount(); ++row) {
         const QStandardItem *item = m_groups->item(row);
-        LxGroup &group = m_phoneBook->Groups().GetGroup(RowKeys::IdentityOf(item->data(RowKeys::kKeyRole).toString()));
+        LxGroup &group =
+            m_phoneBook->Groups().GetGroup(RowKeys::IdentityOf(item->data(RowKeys::kKeyRole).toString()));
         if (item->checkState() == Qt::Checked)
             group.Add(m_contact);
         else

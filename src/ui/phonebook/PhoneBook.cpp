@@ -18,6 +18,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHeaderView>
+#include <QScopedValueRollback>
+#include <QScrollBar>
 
 #include <algorithm>
 #include <functional>
@@ -50,7 +52,6 @@ void PhoneBook::BuildControls()
     m_contacts = new ContactModel(m_phoneBook, this);
     m_groupNames = new NameDelegate(LxGroup::NameMaxLength, this);
     m_contactNames = new NameDelegate(LxContact::NameMaxLength, this);
-    m_lastList = m_ui->lvwContacts;
     m_ui->actNewContact->setIcon(Icons::Get("new-contact"_L1));
     m_ui->actProperties->setIcon(Icons::Get("properties"_L1));
     m_ui->actNewGroup->setIcon(Icons::Get("new-group"_L1));
@@ -84,6 +85,8 @@ void PhoneBook::ConnectLists()
     connect(m_ui->txtFind, &QLineEdit::textChanged, this, &PhoneBook::FindTyped);
     connect(m_ui->lvwContacts->header(), &QHeaderView::sectionClicked, this, &PhoneBook::SortByColumn);
     connect(m_ui->lvwGroups->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &PhoneBook::GroupClicked);
+    connect(m_ui->lvwGroups->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &PhoneBook::KeepGroupSelected);
     // A click on the chosen group is no change, and yet clears the find text.
     connect(m_ui->lvwGroups, &QTreeView::clicked, this, [this] {
         if (!m_ui->txtFind->text().isEmpty())
@@ -188,6 +191,8 @@ bool PhoneBook::EditContact(const LxContactPtr &contact, bool isNew, const QStri
 
 bool PhoneBook::Autosave()
 {
+    if (m_isClosing)
+        return true;
     const bool isSaved = Save();
     ShowNotice();
     return isSaved;
@@ -222,6 +227,8 @@ void PhoneBook::Status(const QString &text)
 
 void PhoneBook::SelectContact(const LxContact &contact)
 {
+    if (!m_isLoaded)
+        return;
     QItemSelectionModel *selection = m_ui->lvwContacts->selectionModel();
     selection->clearSelection();
     const int row = m_contacts->RowOf(contact);
@@ -252,19 +259,33 @@ LxContactList PhoneBook::SelectedContacts() const
 
 void PhoneBook::SelectGroup(const LxGroup &group)
 {
-    const int row = m_groups->RowOf(group.GroupID());
-    if (row < 0)
+    if (!m_isLoaded || m_groups->RowOf(group.GroupID()) < 0)
         return;
-    const QModelIndex index = m_groups->index(row, 0);
-    m_ui->lvwGroups->setCurrentIndex(index);
-    m_ui->lvwGroups->scrollTo(index);
+    ChooseRow(group);
+    GroupClicked();
 }
 
 void PhoneBook::FillGroups(const LxGroup &toChoose)
 {
-    const QSignalBlocker blocker(m_ui->lvwGroups->selectionModel());
     m_groups->Fill();
-    m_ui->lvwGroups->setCurrentIndex(m_groups->index(qMax(0, m_groups->RowOf(toChoose.GroupID())), 0));
+    ChooseRow(toChoose);
+}
+
+void PhoneBook::ChooseRow(const LxGroup &group)
+{
+    const QSignalBlocker blocker(m_ui->lvwGroups->selectionModel());
+    const QModelIndex index = m_groups->index(qMax(0, m_groups->RowOf(group.GroupID())), 0);
+    m_ui->lvwGroups->setCurrentIndex(index);
+    m_ui->lvwGroups->scrollTo(index);
+    m_ui->lvwGroups->viewport()->update();
+}
+
+void PhoneBook::KeepGroupSelected()
+{
+    // Ctrl and a click, which take the selection off, leave the group chosen.
+    QItemSelectionModel *selection = m_ui->lvwGroups->selectionModel();
+    if (!selection->hasSelection())
+        selection->select(selection->currentIndex(), QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
 
 void PhoneBook::FillContacts()
@@ -274,11 +295,34 @@ void PhoneBook::FillContacts()
     EnableCommands();
 }
 
+void PhoneBook::FillContactsInPlace()
+{
+    QTreeView &list = *m_ui->lvwContacts;
+    const LxContactList selected = SelectedContacts();
+    const QModelIndex current = list.currentIndex();
+    const LxContactPtr currentContact = current.isValid() ? m_contacts->ContactAt(current.row()) : nullptr;
+    const int scrolledTo = list.verticalScrollBar()->value();
+    FillContacts();
+    QItemSelection rows;
+    for (int row = 0; row < m_contacts->rowCount(); ++row) {
+        if (selected.Contains(*m_contacts->ContactAt(row)))
+            rows.select(m_contacts->index(row, 0), m_contacts->index(row, ContactModel::ColumnCount - 1));
+    }
+    list.selectionModel()->select(rows, QItemSelectionModel::Select);
+    const int currentRow = currentContact ? m_contacts->RowOf(*currentContact) : -1;
+    list.selectionModel()->setCurrentIndex(m_contacts->index(currentRow, 0), QItemSelectionModel::NoUpdate);
+    list.verticalScrollBar()->setValue(scrolledTo);
+}
+
 void PhoneBook::FindTyped()
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    m_contacts->Find(m_ui->txtFind->text());
+    if (m_contacts->IsStale())
+        m_contacts->Fill(ChosenGroup(), m_ui->txtFind->text());
+    else
+        m_contacts->Find(m_ui->txtFind->text());
     QApplication::restoreOverrideCursor();
+    m_ui->lvwContacts->scrollToTop();
     ShowCount();
     EnableCommands();
 }
@@ -288,6 +332,7 @@ void PhoneBook::GroupClicked()
     const QSignalBlocker blocker(m_ui->txtFind);
     m_ui->txtFind->clear();
     FillContacts();
+    m_ui->lvwContacts->scrollToTop();
 }
 
 void PhoneBook::SortByColumn(int column)
@@ -365,6 +410,7 @@ void PhoneBook::LoadLists()
     m_sortBy = m_services.settings.Get(kColumnsSection, kSortBy, u"0"_s).toInt();
     m_reverseSort = m_services.settings.Get(kColumnsSection, kReverseSort).compare("True"_L1, Qt::CaseInsensitive) == 0;
     m_isLoaded = true;
+    m_lastList = m_ui->lvwContacts;
     FillGroups(m_phoneBook.AllContacts());
     GroupClicked();
     ApplySort();
@@ -393,24 +439,28 @@ void PhoneBook::showEvent(QShowEvent *event)
 
 void PhoneBook::closeEvent(QCloseEvent *event)
 {
-    if (m_isLoaded)
-        CommitEditor();
-    // What cannot be saved would be lost with the window. A notice waits until the window is seen again.
-    if (m_isLoaded && !Save()) {
-        event->ignore();
-        return;
-    }
-    if (m_isLoaded)
-        Unload();
     event->accept();
+    if (!m_isLoaded)
+        return;
+    // What cannot be saved would be lost with the window. A notice waits until the window is seen again.
+    if (CommitAndSave())
+        Unload();
+    else
+        event->ignore();
+}
+
+bool PhoneBook::CommitAndSave()
+{
+    const QScopedValueRollback closing(m_isClosing, true);
+    CommitEditor();
+    return Save();
 }
 
 void PhoneBook::CloseForGood()
 {
     if (!m_isLoaded)
         return;
-    CommitEditor();
-    Save();
+    CommitAndSave();
     Unload();
     close();
 }

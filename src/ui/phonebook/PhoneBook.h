@@ -94,6 +94,7 @@ private:
     void LoadLists();
     void Unload();
     bool Save();
+    bool CommitAndSave();
     void ShowNotice();
 
     [[nodiscard]] LxGroup &ChosenGroup() const;
@@ -102,9 +103,12 @@ private:
     void EnableCommands();
 
     void FillGroups(const LxGroup &toChoose);
+    void ChooseRow(const LxGroup &group);
     void FillContacts();
+    void FillContactsInPlace();
     void FindTyped();
     void GroupClicked();
+    void KeepGroupSelected();
     void SortByColumn(int column);
     void ApplySort();
     void ShowCount();
@@ -143,6 +147,8 @@ private:
     bool m_reverseSort = false;
     /// Between the window's showing and its closing, when the lists show the phone book.
     bool m_isLoaded = false;
+    /// While the window closes, which saves once itself.
+    bool m_isClosing = false;
     /// What the status bar is to tell when the window is next seen.
     QString m_notice;
 };

@@ -9,6 +9,8 @@
 #include <QKeyEvent>
 #include <QMenu>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 // What the window does for each command: find what it is for, have it done, show what came of it, save.
@@ -40,7 +42,10 @@ void PhoneBook::Delete()
 void PhoneBook::DeleteContacts()
 {
     const LxContactList selected = SelectedContacts();
-    const int next = m_ui->lvwContacts->currentIndex().row() - (selected.Count() - 1);
+    const int current = m_ui->lvwContacts->currentIndex().row();
+    const QModelIndexList rows = m_ui->lvwContacts->selectionModel()->selectedRows();
+    const auto above = static_cast<int>(
+        std::count_if(rows.begin(), rows.end(), [current](const QModelIndex &row) { return row.row() < current; }));
     if (!m_commands.DeleteContacts(selected))
         return;
     // Many rows are gone sooner with all of them.
@@ -50,8 +55,8 @@ void PhoneBook::DeleteContacts()
     else
         m_contacts->Remove(selected);
     m_ui->lvwContacts->clearSelection();
-    const int row = qBound(0, next, m_contacts->rowCount() - 1);
-    m_ui->lvwContacts->selectionModel()->setCurrentIndex(m_contacts->index(row, 0), QItemSelectionModel::NoUpdate);
+    const int next = qMin(current - above, m_contacts->rowCount() - 1);
+    m_ui->lvwContacts->selectionModel()->setCurrentIndex(m_contacts->index(next, 0), QItemSelectionModel::NoUpdate);
     ShowCount();
     EnableCommands();
     Autosave();
@@ -69,11 +74,13 @@ void PhoneBook::DeleteGroup()
 LxGroup &PhoneBook::CreateNewGroup(bool addSelectedContacts)
 {
     LxGroup &group = m_commands.CreateGroup(addSelectedContacts ? SelectedContacts() : LxContactList());
-    FillGroups(ChosenGroup());
-    FillContacts();
+    if (m_isLoaded) {
+        FillGroups(group);
+        GroupClicked();
+    }
     Autosave();
-    SelectGroup(group);
-    EditGroupName();
+    if (m_isLoaded)
+        EditGroupName();
     return group;
 }
 
@@ -100,7 +107,7 @@ void PhoneBook::RenameGroup(int groupID, const QString &name)
     if (!m_commands.RenameGroup(group, name))
         return;
     m_groups->Rewrite(group);
-    FillContacts();
+    FillContactsInPlace();
     Autosave();
 }
 
@@ -166,6 +173,9 @@ void PhoneBook::ShowContactsMenu(const QPoint &position)
 
 void PhoneBook::ShowGroupsMenu(const QPoint &position)
 {
+    // A right click on the chosen group chooses it as well.
+    if (!m_ui->txtFind->text().isEmpty())
+        GroupClicked();
     EnableCommands();
     m_ui->mnuPopupGroups->popup(m_ui->lvwGroups->viewport()->mapToGlobal(position));
 }

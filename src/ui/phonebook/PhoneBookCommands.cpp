@@ -76,7 +76,7 @@ LxGroup &PhoneBookCommands::CreateGroup(const LxContactList &members) const
 
 bool PhoneBookCommands::RenameGroup(LxGroup &group, const QString &typed) const
 {
-    const QString wanted = LxGroup::CleanName(typed.trimmed());
+    const QString wanted = LxGroup::CleanName(typed.trimmed()).trimmed();
     if (wanted.isEmpty() || wanted == group.Name() || IsEveryone(group))
         return false;
     const QString name = m_phoneBook.Groups().UniqueName(wanted, &group);
