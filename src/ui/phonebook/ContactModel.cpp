@@ -173,6 +173,8 @@ int ContactModel::columnCount(const QModelIndex &parent) const
 
 Qt::ItemFlags ContactModel::flags(const QModelIndex &index) const
 {
+    if (!index.isValid())
+        return {};
     const Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
     return index.column() == Name ? flags | Qt::ItemIsEditable : flags;
 }

@@ -49,8 +49,10 @@ int GroupModel::columnCount(const QModelIndex &parent) const
 
 Qt::ItemFlags GroupModel::flags(const QModelIndex &index) const
 {
+    if (!index.isValid())
+        return {};
     const Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
-    const bool isEveryone = !index.isValid() || &GroupAt(index.row()) == &m_phoneBook.AllContacts();
+    const bool isEveryone = &GroupAt(index.row()) == &m_phoneBook.AllContacts();
     return isEveryone ? flags : flags | Qt::ItemIsEditable;
 }
 

@@ -20,6 +20,12 @@ QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
     return editor;
 }
 
+void NameDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) const
+{
+    m_editor.clear();
+    QStyledItemDelegate::destroyEditor(editor, index);
+}
+
 void NameDelegate::Commit()
 {
     if (!m_editor)

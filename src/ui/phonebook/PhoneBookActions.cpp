@@ -211,7 +211,7 @@ bool PhoneBook::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
         // Not the key that ended an editor in the list, which comes by here as well.
-        if (watched == m_ui->lvwContacts && m_ui->lvwContacts->hasFocus()) {
+        if (watched == m_ui->lvwContacts && focusWidget() == watched) {
             if (isEnter) {
                 m_ui->mnuEditContact->trigger();
                 return true;
