@@ -2,6 +2,7 @@
 
 #include "Error.h"
 #include "LxGroup.h"
+#include "Utils.h"
 
 #include <QCoreApplication>
 
@@ -73,6 +74,21 @@ LxGroup *LxGroupList::Lookup(const QString &name) const
     const auto it =
         std::find_if(m_groups.begin(), m_groups.end(), [&name](const LxGroup *g) { return g->Name() == name; });
     return it == m_groups.end() ? nullptr : *it;
+}
+
+QString LxGroupList::UniqueName(const QString &wanted, const LxGroup *except) const
+{
+    const QString cleaned = LxGroup::CleanName(wanted);
+    const auto isTaken = [this, except](const QString &name) {
+        return std::any_of(m_groups.begin(), m_groups.end(),
+                           [&](const LxGroup *g) { return g != except && g->Name() == name; });
+    };
+    QString name = cleaned;
+    for (int n = 2; isTaken(name); ++n) {
+        const QString suffix = u" (%1)"_s.arg(n);
+        name = Utils::Cut(cleaned, LxGroup::NameMaxLength - suffix.size()) + suffix;
+    }
+    return name;
 }
 
 LxGroup *LxGroupList::GetFirstGroup() const

@@ -41,6 +41,10 @@ public:
     /// The first group of exactly this name, or null.
     [[nodiscard]] LxGroup *Lookup(const QString &name) const;
 
+    /// The wanted name, cleaned as group names are, or, where another group than `except` has it, that name cut to fit
+    /// and followed by " (2)", " (3)" and so on.
+    [[nodiscard]] QString UniqueName(const QString &wanted, const LxGroup *except = nullptr) const;
+
     /// Null when the list is empty.
     [[nodiscard]] LxGroup *GetFirstGroup() const;
 

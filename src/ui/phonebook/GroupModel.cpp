@@ -23,6 +23,13 @@ void GroupModel::Fill()
     endResetModel();
 }
 
+void GroupModel::Rewrite(const LxGroup &group)
+{
+    const int row = RowOf(group.GroupID());
+    if (row >= 0)
+        emit dataChanged(index(row, 0), index(row, 0));
+}
+
 int GroupModel::RowOf(int groupID) const
 {
     const auto it =
@@ -40,6 +47,22 @@ int GroupModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : 1;
 }
 
+Qt::ItemFlags GroupModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return {};
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
+    const bool isEveryone = &GroupAt(index.row()) == &m_phoneBook.AllContacts();
+    return isEveryone ? flags : flags | Qt::ItemIsEditable;
+}
+
+bool GroupModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role == Qt::EditRole && index.isValid())
+        emit NameTyped(GroupAt(index.row()).GroupID(), value.toString());
+    return false;
+}
+
 QVariant GroupModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid())
@@ -47,6 +70,7 @@ QVariant GroupModel::data(const QModelIndex &index, int role) const
     const LxGroup &group = GroupAt(index.row());
     switch (role) {
     case Qt::DisplayRole:
+    case Qt::EditRole:
         return group.Name();
     case Qt::DecorationRole:
         return &group == &m_phoneBook.AllContacts() ? m_everyoneIcon.Get() : m_groupIcon.Get();

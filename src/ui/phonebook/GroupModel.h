@@ -9,7 +9,8 @@
 class LxGroup;
 class LxPhoneBook;
 
-/// "Everyone" and then the user's groups, a row each.
+/// "Everyone" and then the user's groups, a row each. Names but that of "Everyone" are edited in place; the model says
+/// what was typed, and shows what the phone book makes of it.
 class GroupModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -20,6 +21,9 @@ public:
     /// Drops every row and shows the groups that the phone book has now.
     void Fill();
 
+    /// Says that the group's row changed.
+    void Rewrite(const LxGroup &group);
+
     [[nodiscard]] LxGroup &GroupAt(int row) const { return *m_rows[static_cast<size_t>(row)]; }
 
     /// The group's row, or -1.
@@ -27,8 +31,14 @@ public:
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+signals:
+    /// A name was typed in place.
+    void NameTyped(int groupID, const QString &name);
 
 private:
     const LxPhoneBook &m_phoneBook;

@@ -1,7 +1,10 @@
 #pragma once
 
 #include "LxContact.h"
+#include "LxContactList.h"
 #include "LxPhoneBook.h"
+#include "MenuRules.h"
+#include "PhoneBookCommands.h"
 
 #include <QMainWindow>
 
@@ -9,7 +12,9 @@
 
 class ContactModel;
 class GroupModel;
+class NameDelegate;
 class Prompts;
+class QTreeView;
 class Settings;
 class Shell;
 namespace Ui {
@@ -17,7 +22,8 @@ class PhoneBook;
 }
 
 /// The phone book window. Start-up makes it hidden; it owns the one LxPhoneBook, and every other window reaches the
-/// phone book through it. Each change is saved at once.
+/// phone book through it. It finds what a command is for, lets PhoneBookCommands do it, shows what came of it and saves
+/// at once.
 class PhoneBook final : public QMainWindow
 {
     Q_OBJECT
@@ -52,8 +58,12 @@ public:
     /// Opens the properties dialog over `parent` for a contact, new or existing, with two texts that a new one starts
     /// with. On OK a new contact is added, and joins the chosen group when `addToCurrentGroup` is set; the phone book
     /// is saved. Returns whether the dialog was confirmed.
-    bool EditContact(const LxContactPtr &contact, bool isNew, const QString &initialName,
-                     const QString &initialNumber, bool addToCurrentGroup, QWidget *parent);
+    bool EditContact(const LxContactPtr &contact, bool isNew, const QString &initialName, const QString &initialNumber,
+                     bool addToCurrentGroup, QWidget *parent);
+
+    /// Makes a group of a free name, with the selected contacts as its members when `addSelectedContacts` is set,
+    /// chooses it and starts editing its name.
+    LxGroup &CreateNewGroup(bool addSelectedContacts);
 
     /// Saves the phone book, and tells the user when that failed or when the old file was kept beside it.
     bool Autosave();
@@ -64,31 +74,81 @@ public:
     /// Makes the contact's row the only selected one and scrolls to it; selects nothing when it has none.
     void SelectContact(const LxContact &contact);
 
+    /// Chooses the group as if its row had been clicked.
+    void SelectGroup(const LxGroup &group);
+
     /// The program's end: saves and stores the layout as closing does, and closes whatever came of it.
     void CloseForGood();
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 protected:
+    bool event(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
     void BuildControls();
-    bool Save();
+    void ConnectLists();
+    void ConnectMenus();
     void LoadLists();
     void Unload();
-    [[nodiscard]] LxGroup &ChosenGroup() const;
-    void FillContacts();
-    void ShowCount();
+    bool Save();
+    bool CommitAndSave();
     void ShowNotice();
+
+    [[nodiscard]] LxGroup &ChosenGroup() const;
+    [[nodiscard]] LxContactList SelectedContacts() const;
+    [[nodiscard]] MenuRules::Situation CurrentSituation() const;
+    void EnableCommands();
+
+    void FillGroups(const LxGroup &toChoose);
+    void ChooseRow(const LxGroup &group);
+    void FillContacts();
+    void FillContactsInPlace();
+    void FindTyped();
+    void GroupClicked();
+    void KeepGroupSelected();
+    void SortByColumn(int column);
+    void ApplySort();
+    void ShowCount();
+    void RewriteSelected(const LxContactList &contacts);
+    void CommitEditor();
+
+    void NewContact();
+    void Properties();
+    void Delete();
+    void DeleteContacts();
+    void DeleteGroup();
+    void RenameContact(const LxContactPtr &contact, const QString &name);
+    void RenameGroup(int groupID, const QString &name);
+    void EditGroupName();
+    void AddToExistingGroup();
+    void RemoveFromAllGroups();
+    void RemoveFromThisGroup();
+    void SelectAll();
+    void UnloadComposeWindows();
+    void ShowContactsMenu(const QPoint &position);
+    void ShowGroupsMenu(const QPoint &position);
 
     Services m_services;
     LxPhoneBook m_phoneBook;
+    PhoneBookCommands m_commands;
     /// The controls and their models are made when the window is first shown; most runs never show it.
     std::unique_ptr<Ui::PhoneBook> m_ui;
     GroupModel *m_groups = nullptr;
     ContactModel *m_contacts = nullptr;
+    NameDelegate *m_groupNames = nullptr;
+    NameDelegate *m_contactNames = nullptr;
+    /// The list that had the focus last; opening a menu by keyboard takes it away.
+    QTreeView *m_lastList = nullptr;
+    /// Counted from 1, as stored. 0 is left 0, so that the first click on Name then sorts ascending; that is meant.
+    int m_sortBy = 0;
+    bool m_reverseSort = false;
     /// Between the window's showing and its closing, when the lists show the phone book.
     bool m_isLoaded = false;
+    /// While the window closes, which saves once itself.
+    bool m_isClosing = false;
     /// What the status bar is to tell when the window is next seen.
     QString m_notice;
 };

@@ -1,0 +1,35 @@
+#include "NameDelegate.h"
+
+#include "NameValidator.h"
+
+#include <QLineEdit>
+
+NameDelegate::NameDelegate(int maxLength, QObject *parent)
+    : QStyledItemDelegate(parent)
+    , m_maxLength(maxLength)
+{
+}
+
+QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &) const
+{
+    auto *editor = new QLineEdit(parent);
+    editor->setMaxLength(m_maxLength);
+    editor->setValidator(new NameValidator(editor));
+    editor->setAccessibleName(tr("Name"));
+    m_editor = editor;
+    return editor;
+}
+
+void NameDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) const
+{
+    m_editor.clear();
+    QStyledItemDelegate::destroyEditor(editor, index);
+}
+
+void NameDelegate::Commit()
+{
+    if (!m_editor)
+        return;
+    emit commitData(m_editor);
+    emit closeEditor(m_editor);
+}
