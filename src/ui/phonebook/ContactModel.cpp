@@ -6,9 +6,30 @@
 #include "RowKeys.h"
 #include "SortKey.h"
 
+#include <QtEndian>
+
 #include <algorithm>
+#include <array>
+#include <cstring>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The first bytes of a key as numbers that compare as the bytes do; the end of a key counts as zeros.
+using KeyHead = std::array<quint64, 2>;
+
+KeyHead HeadOf(const QByteArray &key)
+{
+    KeyHead head{};
+    std::memcpy(head.data(), key.constData(), qMin(sizeof(head), static_cast<size_t>(key.size())));
+    for (quint64 &number : head)
+        number = qFromBigEndian(number);
+    return head;
+}
+
+} // namespace
 
 QString DisplayMobile(const LxContact &contact)
 {
@@ -28,7 +49,7 @@ void ContactModel::Fill(const LxGroup &group, const QString &findText)
     m_members.clear();
     m_members.reserve(static_cast<size_t>(group.Count()));
     for (const LxContactPtr &contact : group)
-        m_members.push_back({contact, {}, m_members.size()});
+        m_members.push_back({contact, {}});
     Sort();
     m_findText = findText;
     ShowMatches();
@@ -63,12 +84,17 @@ void ContactModel::SortBy(int column, Qt::SortOrder order)
 
 void ContactModel::ShowMatches()
 {
-    m_shown.clear();
     m_rowOf.clear();
-    for (const Member &member : m_members) {
-        if (IsFound(*member.contact))
-            m_shown.push_back(member.contact);
+    if (m_findText.isEmpty()) {
+        m_shown = m_order;
+        return;
     }
+    std::vector<bool> isFound(m_members.size());
+    for (size_t place = 0; place < m_members.size(); ++place)
+        isFound[place] = IsFound(*m_members[place].contact);
+    m_shown.clear();
+    std::copy_if(m_order.begin(), m_order.end(), std::back_inserter(m_shown),
+                 [&isFound](Place place) { return isFound[place]; });
 }
 
 bool ContactModel::IsFound(const LxContact &contact) const
@@ -76,37 +102,74 @@ bool ContactModel::IsFound(const LxContact &contact) const
     return m_findText.isEmpty() || contact.Match(m_findText, false);
 }
 
-bool ContactModel::StandsBefore(const Member &a, const Member &b) const
+QByteArray ContactModel::SortKeyOf(const LxContact &contact) const
 {
-    const Member &first = m_sortOrder == Qt::AscendingOrder ? a : b;
-    const Member &second = m_sortOrder == Qt::AscendingOrder ? b : a;
-    if (const int order = first.sortKey.compare(second.sortKey); order != 0)
-        return order < 0;
-    if (const int order = Text(*first.contact, m_sortColumn).compare(Text(*second.contact, m_sortColumn)); order != 0)
-        return order < 0;
-    return a.place < b.place;
+    // The text follows its key, so that one comparison settles the order of texts that differ by case or marks alone.
+    const QString text = Text(contact, m_sortColumn);
+    return (SortKey(text) + QChar::Null + text).toUtf8();
+}
+
+void ContactModel::MakeSortKeys()
+{
+    if (m_sortColumn != GroupMembership) {
+        for (Member &member : m_members)
+            member.sortKey = SortKeyOf(*member.contact);
+        return;
+    }
+    // Many contacts are in the same groups, whose names are then joined, and kept, once.
+    QHash<QList<LxGroup *>, QByteArray> keyOf;
+    for (Member &member : m_members) {
+        const LxGroupList &groups = member.contact->Groups();
+        QByteArray &key = keyOf[{groups.begin(), groups.end()}];
+        if (key.isEmpty())
+            key = SortKeyOf(*member.contact);
+        member.sortKey = key;
+    }
+}
+
+bool ContactModel::StandsBefore(Place a, Place b) const
+{
+    const int order = m_members[a].sortKey.compare(m_members[b].sortKey);
+    if (order == 0)
+        return a < b;
+    return (order < 0) == (m_sortOrder == Qt::AscendingOrder);
 }
 
 void ContactModel::Sort()
 {
-    for (Member &member : m_members)
-        member.sortKey = SortKey(Text(*member.contact, m_sortColumn));
-    std::sort(m_members.begin(), m_members.end(),
-              [this](const Member &a, const Member &b) { return StandsBefore(a, b); });
+    MakeSortKeys();
+    // Most comparisons are settled by the heads, which lie side by side.
+    struct Entry
+    {
+        KeyHead head;
+        Place place;
+    };
+    std::vector<Entry> entries;
+    entries.reserve(m_members.size());
+    for (const Member &member : m_members)
+        entries.push_back({HeadOf(member.sortKey), static_cast<Place>(entries.size())});
+    std::sort(entries.begin(), entries.end(), [this](const Entry &a, const Entry &b) {
+        if (a.head != b.head)
+            return (a.head < b.head) == (m_sortOrder == Qt::AscendingOrder);
+        return StandsBefore(a.place, b.place);
+    });
+    m_order.resize(entries.size());
+    std::transform(entries.begin(), entries.end(), m_order.begin(), [](const Entry &entry) { return entry.place; });
 }
 
 void ContactModel::Insert(const LxContactPtr &contact)
 {
-    Member member{contact, SortKey(Text(*contact, m_sortColumn)), m_members.size()};
-    const auto standsBefore = [this](const Member &a, const Member &b) { return StandsBefore(a, b); };
-    const auto place = std::lower_bound(m_members.begin(), m_members.end(), member, standsBefore);
+    const auto newPlace = static_cast<Place>(m_members.size());
+    m_members.push_back({contact, SortKeyOf(*contact)});
+    const auto next = std::lower_bound(m_order.begin(), m_order.end(), newPlace,
+                                       [this](Place a, Place b) { return StandsBefore(a, b); });
     const auto row = static_cast<int>(
-        std::count_if(m_members.begin(), place, [this](const Member &m) { return IsFound(*m.contact); }));
-    m_members.insert(place, std::move(member));
+        std::count_if(m_order.begin(), next, [this](Place place) { return IsFound(*m_members[place].contact); }));
+    m_order.insert(next, newPlace);
     if (!IsFound(*contact))
         return;
     beginInsertRows({}, row, row);
-    m_shown.insert(m_shown.begin() + row, contact);
+    m_shown.insert(m_shown.begin() + row, newPlace);
     m_rowOf.clear();
     endInsertRows();
 }
@@ -114,7 +177,6 @@ void ContactModel::Insert(const LxContactPtr &contact)
 void ContactModel::Remove(const LxContactList &contacts)
 {
     const auto isGone = [&contacts](const LxContactPtr &contact) { return contacts.Contains(*contact); };
-    std::erase_if(m_members, [&isGone](const Member &member) { return isGone(member.contact); });
     for (int row = rowCount() - 1; row >= 0; --row) {
         if (!isGone(ContactAt(row)))
             continue;
@@ -122,6 +184,16 @@ void ContactModel::Remove(const LxContactList &contacts)
         m_shown.erase(m_shown.begin() + row);
         m_rowOf.clear();
         endRemoveRows();
+    }
+    std::vector<Place> newPlaces;
+    Place newPlace = 0;
+    for (const Member &member : m_members)
+        newPlaces.push_back(isGone(member.contact) ? newPlace : newPlace++);
+    std::erase_if(m_order, [&](Place place) { return isGone(m_members[place].contact); });
+    std::erase_if(m_members, [&](const Member &member) { return isGone(member.contact); });
+    for (std::vector<Place> *places : {&m_order, &m_shown}) {
+        for (Place &place : *places)
+            place = newPlaces[place];
     }
 }
 
@@ -134,8 +206,18 @@ void ContactModel::Rewrite(const LxContact &contact)
 
 void ContactModel::Rewrite(const LxContactList &contacts)
 {
-    for (const LxContactPtr &contact : contacts)
-        Rewrite(*contact);
+    // Thousands of single rows would each cost the list more than all rows together.
+    int first = rowCount();
+    int last = -1;
+    for (const LxContactPtr &contact : contacts) {
+        const int row = RowOf(*contact);
+        if (row < 0)
+            continue;
+        first = qMin(first, row);
+        last = qMax(last, row);
+    }
+    if (last >= 0)
+        emit dataChanged(index(first, 0), index(last, ColumnCount - 1));
 }
 
 int ContactModel::RowOf(const LxContact &contact) const

@@ -80,8 +80,7 @@ void PhoneBook::ConnectLists()
 
     connect(m_ui->txtFind, &QLineEdit::textChanged, this, &PhoneBook::FindTyped);
     connect(m_ui->lvwContacts->header(), &QHeaderView::sectionClicked, this, &PhoneBook::SortByColumn);
-    connect(m_ui->lvwGroups->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            &PhoneBook::GroupClicked);
+    connect(m_ui->lvwGroups->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &PhoneBook::GroupClicked);
     // A click on the chosen group is no change, and yet clears the find text.
     connect(m_ui->lvwGroups, &QTreeView::clicked, this, [this] {
         if (!m_ui->txtFind->text().isEmpty())
@@ -232,11 +231,16 @@ LxGroup &PhoneBook::ChosenGroup() const
 
 LxContactList PhoneBook::SelectedContacts() const
 {
-    LxContactList contacts;
-    QModelIndexList rows = m_ui->lvwContacts->selectionModel()->selectedRows();
+    // selectedRows() would look at every range for each row, and thousands of rows may be as many ranges.
+    std::vector<int> rows;
+    for (const QItemSelectionRange &range : m_ui->lvwContacts->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.push_back(row);
+    }
     std::sort(rows.begin(), rows.end());
-    for (const QModelIndex &row : rows)
-        contacts.Add(m_contacts->ContactAt(row.row()));
+    LxContactList contacts;
+    for (const int row : rows)
+        contacts.Add(m_contacts->ContactAt(row));
     return contacts;
 }
 
