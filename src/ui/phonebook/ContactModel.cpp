@@ -6,6 +6,9 @@
 #include "RowKeys.h"
 #include "SortKey.h"
 
+#include <QHash>
+#include <QStringEncoder>
+#include <QVarLengthArray>
 #include <QtEndian>
 
 #include <algorithm>
@@ -18,16 +21,25 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// The first bytes of a key as numbers that compare as the bytes do; the end of a key counts as zeros.
-using KeyHead = std::array<quint64, 2>;
-
-KeyHead HeadOf(const QByteArray &key)
+struct KeyHead
 {
-    KeyHead head{};
-    std::memcpy(head.data(), key.constData(), qMin(sizeof(head), static_cast<size_t>(key.size())));
-    for (quint64 &number : head)
-        number = qFromBigEndian(number);
-    return head;
-}
+    explicit KeyHead(const QByteArray &key)
+    {
+        std::array<quint64, 2> numbers{};
+        std::memcpy(numbers.data(), key.constData(), qMin(sizeof(numbers), static_cast<size_t>(key.size())));
+        first = qFromBigEndian(numbers[0]);
+        second = qFromBigEndian(numbers[1]);
+    }
+
+    [[nodiscard]] bool operator==(const KeyHead &other) const = default;
+    [[nodiscard]] bool operator<(const KeyHead &other) const
+    {
+        return first != other.first ? first < other.first : second < other.second;
+    }
+
+    quint64 first;
+    quint64 second;
+};
 
 } // namespace
 
@@ -68,23 +80,26 @@ void ContactModel::SortBy(int column, Qt::SortOrder order)
 {
     emit layoutAboutToBeChanged({}, VerticalSortHint);
     const QModelIndexList before = persistentIndexList();
-    std::vector<LxContactPtr> contacts;
-    for (const QModelIndex &index : before)
-        contacts.push_back(ContactAt(index.row()));
+    const std::vector<Place> shownBefore = m_shown;
     m_sortColumn = column;
     m_sortOrder = order;
     Sort();
-    ShowMatches();
+    std::vector<bool> isShown(m_members.size());
+    for (const Place place : shownBefore)
+        isShown[place] = true;
+    ShowOnly(isShown);
+    std::vector<int> rowOf(m_members.size());
+    for (int row = 0; row < rowCount(); ++row)
+        rowOf[m_shown[static_cast<size_t>(row)]] = row;
     QModelIndexList after;
-    for (qsizetype i = 0; i < before.size(); ++i)
-        after += index(RowOf(*contacts[static_cast<size_t>(i)]), before[i].column());
+    for (const QModelIndex &old : before)
+        after += index(rowOf[shownBefore[static_cast<size_t>(old.row())]], old.column());
     changePersistentIndexList(before, after);
     emit layoutChanged({}, VerticalSortHint);
 }
 
 void ContactModel::ShowMatches()
 {
-    m_rowOf.clear();
     if (m_findText.isEmpty()) {
         m_shown = m_order;
         return;
@@ -92,9 +107,14 @@ void ContactModel::ShowMatches()
     std::vector<bool> isFound(m_members.size());
     for (size_t place = 0; place < m_members.size(); ++place)
         isFound[place] = IsFound(*m_members[place].contact);
+    ShowOnly(isFound);
+}
+
+void ContactModel::ShowOnly(const std::vector<bool> &places)
+{
     m_shown.clear();
     std::copy_if(m_order.begin(), m_order.end(), std::back_inserter(m_shown),
-                 [&isFound](Place place) { return isFound[place]; });
+                 [&places](Place place) { return places[place]; });
 }
 
 bool ContactModel::IsFound(const LxContact &contact) const
@@ -106,7 +126,13 @@ QByteArray ContactModel::SortKeyOf(const LxContact &contact) const
 {
     // The text follows its key, so that one comparison settles the order of texts that differ by case or marks alone.
     const QString text = Text(contact, m_sortColumn);
-    return (SortKey(text) + QChar::Null + text).toUtf8();
+    const QString folded = SortKey(text);
+    QStringEncoder utf8(QStringEncoder::Utf8);
+    QVarLengthArray<char, 512> buffer(utf8.requiredSpace(folded.size()) + 1 + utf8.requiredSpace(text.size()));
+    char *end = utf8.appendToBuffer(buffer.data(), folded);
+    *end++ = '\0';
+    end = utf8.appendToBuffer(end, text);
+    return {buffer.constData(), end - buffer.constData()};
 }
 
 void ContactModel::MakeSortKeys()
@@ -147,11 +173,11 @@ void ContactModel::Sort()
     std::vector<Entry> entries;
     entries.reserve(m_members.size());
     for (const Member &member : m_members)
-        entries.push_back({HeadOf(member.sortKey), static_cast<Place>(entries.size())});
+        entries.push_back({KeyHead(member.sortKey), static_cast<Place>(entries.size())});
     std::sort(entries.begin(), entries.end(), [this](const Entry &a, const Entry &b) {
-        if (a.head != b.head)
-            return (a.head < b.head) == (m_sortOrder == Qt::AscendingOrder);
-        return StandsBefore(a.place, b.place);
+        if (a.head == b.head)
+            return StandsBefore(a.place, b.place);
+        return (a.head < b.head) == (m_sortOrder == Qt::AscendingOrder);
     });
     m_order.resize(entries.size());
     std::transform(entries.begin(), entries.end(), m_order.begin(), [](const Entry &entry) { return entry.place; });
@@ -170,7 +196,6 @@ void ContactModel::Insert(const LxContactPtr &contact)
         return;
     beginInsertRows({}, row, row);
     m_shown.insert(m_shown.begin() + row, newPlace);
-    m_rowOf.clear();
     endInsertRows();
 }
 
@@ -182,7 +207,6 @@ void ContactModel::Remove(const LxContactList &contacts)
             continue;
         beginRemoveRows({}, row, row);
         m_shown.erase(m_shown.begin() + row);
-        m_rowOf.clear();
         endRemoveRows();
     }
     std::vector<Place> newPlaces;
@@ -206,28 +230,21 @@ void ContactModel::Rewrite(const LxContact &contact)
 
 void ContactModel::Rewrite(const LxContactList &contacts)
 {
-    // Thousands of single rows would each cost the list more than all rows together.
-    int first = rowCount();
-    int last = -1;
-    for (const LxContactPtr &contact : contacts) {
-        const int row = RowOf(*contact);
-        if (row < 0)
-            continue;
-        first = qMin(first, row);
-        last = qMax(last, row);
-    }
-    if (last >= 0)
-        emit dataChanged(index(first, 0), index(last, ColumnCount - 1));
+    const auto isRewritten = [&](Place place) { return contacts.Contains(*m_members[place].contact); };
+    const auto first = std::find_if(m_shown.begin(), m_shown.end(), isRewritten);
+    if (first == m_shown.end())
+        return;
+    // Thousands of single rows would each cost the list more than all that stand between them.
+    const auto last = std::find_if(m_shown.rbegin(), m_shown.rend(), isRewritten).base() - 1;
+    emit dataChanged(index(static_cast<int>(first - m_shown.begin()), 0),
+                     index(static_cast<int>(last - m_shown.begin()), ColumnCount - 1));
 }
 
 int ContactModel::RowOf(const LxContact &contact) const
 {
-    if (m_rowOf.isEmpty()) {
-        m_rowOf.reserve(rowCount());
-        for (int row = 0; row < rowCount(); ++row)
-            m_rowOf.insert(ContactAt(row)->ContactID(), row);
-    }
-    return m_rowOf.value(contact.ContactID(), -1);
+    const auto it = std::find_if(m_shown.begin(), m_shown.end(),
+                                 [&](Place place) { return m_members[place].contact.get() == &contact; });
+    return it == m_shown.end() ? -1 : static_cast<int>(it - m_shown.begin());
 }
 
 int ContactModel::rowCount(const QModelIndex &parent) const

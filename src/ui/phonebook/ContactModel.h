@@ -6,7 +6,6 @@
 
 #include <QAbstractTableModel>
 #include <QByteArray>
-#include <QHash>
 
 #include <vector>
 
@@ -85,6 +84,8 @@ private:
     void MakeSortKeys();
     void Sort();
     void ShowMatches();
+    /// Makes the rows of the marked places, in the order of the sort column.
+    void ShowOnly(const std::vector<bool> &places);
 
     const LxPhoneBook &m_phoneBook;
     Icons::Lazy m_contactIcon{QLatin1StringView("contact")};
@@ -95,8 +96,6 @@ private:
     std::vector<Place> m_order;
     /// Those that answer to the find text, a row each.
     std::vector<Place> m_shown;
-    /// Made when it is first asked for after a fill.
-    mutable QHash<int, int> m_rowOf;
     QString m_findText;
     int m_sortColumn = Name;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
