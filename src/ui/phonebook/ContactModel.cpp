@@ -63,6 +63,7 @@ void ContactModel::Fill(const LxGroup &group, const QString &findText)
     for (const LxContactPtr &contact : group)
         m_members.push_back({contact, {}});
     Sort();
+    m_isStale = false;
     m_findText = findText;
     ShowMatches();
     endResetModel();
@@ -127,7 +128,7 @@ QByteArray ContactModel::SortKeyOf(const LxContact &contact) const
     // The text follows its key, so that one comparison settles the order of texts that differ by case or marks alone.
     const QString text = Text(contact, m_sortColumn);
     const QString folded = SortKey(text);
-    QStringEncoder utf8(QStringEncoder::Utf8);
+    QStringEncoder utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
     QVarLengthArray<char, 512> buffer(utf8.requiredSpace(folded.size()) + 1 + utf8.requiredSpace(text.size()));
     char *end = utf8.appendToBuffer(buffer.data(), folded);
     *end++ = '\0';
@@ -187,15 +188,17 @@ void ContactModel::Insert(const LxContactPtr &contact)
 {
     const auto newPlace = static_cast<Place>(m_members.size());
     m_members.push_back({contact, SortKeyOf(*contact)});
-    const auto next = std::lower_bound(m_order.begin(), m_order.end(), newPlace,
-                                       [this](Place a, Place b) { return StandsBefore(a, b); });
-    const auto row = static_cast<int>(
-        std::count_if(m_order.begin(), next, [this](Place place) { return IsFound(*m_members[place].contact); }));
-    m_order.insert(next, newPlace);
+    const auto slotIn = [this, newPlace](const std::vector<Place> &places) {
+        return std::lower_bound(places.begin(), places.end(), newPlace,
+                                [this](Place a, Place b) { return StandsBefore(a, b); });
+    };
+    m_order.insert(slotIn(m_order), newPlace);
     if (!IsFound(*contact))
         return;
+    const auto slot = slotIn(m_shown);
+    const auto row = static_cast<int>(slot - m_shown.begin());
     beginInsertRows({}, row, row);
-    m_shown.insert(m_shown.begin() + row, newPlace);
+    m_shown.insert(slot, newPlace);
     endInsertRows();
 }
 
@@ -223,6 +226,7 @@ void ContactModel::Remove(const LxContactList &contacts)
 
 void ContactModel::Rewrite(const LxContact &contact)
 {
+    m_isStale = true;
     const int row = RowOf(contact);
     if (row >= 0)
         emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
@@ -230,6 +234,7 @@ void ContactModel::Rewrite(const LxContact &contact)
 
 void ContactModel::Rewrite(const LxContactList &contacts)
 {
+    m_isStale = true;
     const auto isRewritten = [&](Place place) { return contacts.Contains(*m_members[place].contact); };
     const auto first = std::find_if(m_shown.begin(), m_shown.end(), isRewritten);
     if (first == m_shown.end())
@@ -259,7 +264,7 @@ int ContactModel::columnCount(const QModelIndex &parent) const
 
 Qt::ItemFlags ContactModel::flags(const QModelIndex &index) const
 {
-    const Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
     return index.column() == Name ? flags | Qt::ItemIsEditable : flags;
 }
 

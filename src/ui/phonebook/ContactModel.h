@@ -32,8 +32,11 @@ public:
     /// Shows those of the same members that answer to another find text.
     void Find(const QString &findText);
 
-    /// Sorts by a column, case and marks ignored, then by its text as it stands, then in the group's order. The
-    /// selection stays.
+    /// Whether a row was rewritten since the last fill, so that the members or their order may have changed.
+    [[nodiscard]] bool IsStale() const { return m_isStale; }
+
+    /// Sorts by a column, case and marks ignored, then by its text as it stands, then in the group's order. The same
+    /// rows stay, and so does the selection.
     void SortBy(int column, Qt::SortOrder order);
 
     /// Adds the row of a new member of the group in its place, where it answers to the find text.
@@ -97,6 +100,7 @@ private:
     /// Those that answer to the find text, a row each.
     std::vector<Place> m_shown;
     QString m_findText;
+    bool m_isStale = false;
     int m_sortColumn = Name;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
 };

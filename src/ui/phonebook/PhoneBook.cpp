@@ -80,7 +80,8 @@ void PhoneBook::ConnectLists()
 
     connect(m_ui->txtFind, &QLineEdit::textChanged, this, &PhoneBook::FindTyped);
     connect(m_ui->lvwContacts->header(), &QHeaderView::sectionClicked, this, &PhoneBook::SortByColumn);
-    connect(m_ui->lvwGroups->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &PhoneBook::GroupClicked);
+    connect(m_ui->lvwGroups->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &PhoneBook::GroupClicked);
     // A click on the chosen group is no change, and yet clears the find text.
     connect(m_ui->lvwGroups, &QTreeView::clicked, this, [this] {
         if (!m_ui->txtFind->text().isEmpty())
