@@ -264,7 +264,9 @@ int ContactModel::columnCount(const QModelIndex &parent) const
 
 Qt::ItemFlags ContactModel::flags(const QModelIndex &index) const
 {
-    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    if (!index.isValid())
+        return {};
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
     return index.column() == Name ? flags | Qt::ItemIsEditable : flags;
 }
 

@@ -49,7 +49,7 @@ int GroupModel::columnCount(const QModelIndex &parent) const
 
 Qt::ItemFlags GroupModel::flags(const QModelIndex &index) const
 {
-    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
     const bool isEveryone = !index.isValid() || &GroupAt(index.row()) == &m_phoneBook.AllContacts();
     return isEveryone ? flags : flags | Qt::ItemIsEditable;
 }
