@@ -6,9 +6,42 @@
 #include "RowKeys.h"
 #include "SortKey.h"
 
+#include <QHash>
+#include <QStringEncoder>
+#include <QVarLengthArray>
+#include <QtEndian>
+
 #include <algorithm>
+#include <array>
+#include <cstring>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The first bytes of a key as numbers that compare as the bytes do; the end of a key counts as zeros.
+struct KeyHead
+{
+    explicit KeyHead(const QByteArray &key)
+    {
+        std::array<quint64, 2> numbers{};
+        std::memcpy(numbers.data(), key.constData(), qMin(sizeof(numbers), static_cast<size_t>(key.size())));
+        first = qFromBigEndian(numbers[0]);
+        second = qFromBigEndian(numbers[1]);
+    }
+
+    [[nodiscard]] bool operator==(const KeyHead &other) const = default;
+    [[nodiscard]] bool operator<(const KeyHead &other) const
+    {
+        return first != other.first ? first < other.first : second < other.second;
+    }
+
+    quint64 first;
+    quint64 second;
+};
+
+} // namespace
 
 QString DisplayMobile(const LxContact &contact)
 {
@@ -28,7 +61,7 @@ void ContactModel::Fill(const LxGroup &group, const QString &findText)
     m_members.clear();
     m_members.reserve(static_cast<size_t>(group.Count()));
     for (const LxContactPtr &contact : group)
-        m_members.push_back({contact, {}, m_members.size()});
+        m_members.push_back({contact, {}});
     Sort();
     m_isStale = false;
     m_findText = findText;
@@ -48,36 +81,41 @@ void ContactModel::SortBy(int column, Qt::SortOrder order)
 {
     emit layoutAboutToBeChanged({}, VerticalSortHint);
     const QModelIndexList before = persistentIndexList();
-    std::vector<LxContactPtr> contacts;
-    for (const QModelIndex &index : before)
-        contacts.push_back(ContactAt(index.row()));
+    const std::vector<Place> shownBefore = m_shown;
     m_sortColumn = column;
     m_sortOrder = order;
     Sort();
-    // Not those that match, as a rewritten row may have ceased to.
-    std::vector<LxContactPtr> shown;
-    shown.reserve(m_shown.size());
-    for (const Member &member : m_members) {
-        if (RowOf(*member.contact) >= 0)
-            shown.push_back(member.contact);
-    }
-    m_shown = std::move(shown);
-    m_rowOf.clear();
+    std::vector<bool> isShown(m_members.size());
+    for (const Place place : shownBefore)
+        isShown[place] = true;
+    ShowOnly(isShown);
+    std::vector<int> rowOf(m_members.size());
+    for (int row = 0; row < rowCount(); ++row)
+        rowOf[m_shown[static_cast<size_t>(row)]] = row;
     QModelIndexList after;
-    for (qsizetype i = 0; i < before.size(); ++i)
-        after += index(RowOf(*contacts[static_cast<size_t>(i)]), before[i].column());
+    for (const QModelIndex &old : before)
+        after += index(rowOf[shownBefore[static_cast<size_t>(old.row())]], old.column());
     changePersistentIndexList(before, after);
     emit layoutChanged({}, VerticalSortHint);
 }
 
 void ContactModel::ShowMatches()
 {
-    m_shown.clear();
-    m_rowOf.clear();
-    for (const Member &member : m_members) {
-        if (IsFound(*member.contact))
-            m_shown.push_back(member.contact);
+    if (m_findText.isEmpty()) {
+        m_shown = m_order;
+        return;
     }
+    std::vector<bool> isFound(m_members.size());
+    for (size_t place = 0; place < m_members.size(); ++place)
+        isFound[place] = IsFound(*m_members[place].contact);
+    ShowOnly(isFound);
+}
+
+void ContactModel::ShowOnly(const std::vector<bool> &places)
+{
+    m_shown.clear();
+    std::copy_if(m_order.begin(), m_order.end(), std::back_inserter(m_shown),
+                 [&places](Place place) { return places[place]; });
 }
 
 bool ContactModel::IsFound(const LxContact &contact) const
@@ -85,55 +123,104 @@ bool ContactModel::IsFound(const LxContact &contact) const
     return m_findText.isEmpty() || contact.Match(m_findText, false);
 }
 
-bool ContactModel::StandsBefore(const Member &a, const Member &b) const
+QByteArray ContactModel::SortKeyOf(const LxContact &contact) const
 {
-    const Member &first = m_sortOrder == Qt::AscendingOrder ? a : b;
-    const Member &second = m_sortOrder == Qt::AscendingOrder ? b : a;
-    if (const int order = first.sortKey.compare(second.sortKey); order != 0)
-        return order < 0;
-    if (const int order = Text(*first.contact, m_sortColumn).compare(Text(*second.contact, m_sortColumn)); order != 0)
-        return order < 0;
-    return a.place < b.place;
+    // The text follows its key, so that one comparison settles the order of texts that differ by case or marks alone.
+    const QString text = Text(contact, m_sortColumn);
+    const QString folded = SortKey(text);
+    QStringEncoder utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    QVarLengthArray<char, 512> buffer(utf8.requiredSpace(folded.size()) + 1 + utf8.requiredSpace(text.size()));
+    char *end = utf8.appendToBuffer(buffer.data(), folded);
+    *end++ = '\0';
+    end = utf8.appendToBuffer(end, text);
+    return {buffer.constData(), end - buffer.constData()};
+}
+
+void ContactModel::MakeSortKeys()
+{
+    if (m_sortColumn != GroupMembership) {
+        for (Member &member : m_members)
+            member.sortKey = SortKeyOf(*member.contact);
+        return;
+    }
+    // Many contacts are in the same groups, whose names are then joined, and kept, once.
+    QHash<QList<LxGroup *>, QByteArray> keyOf;
+    for (Member &member : m_members) {
+        const LxGroupList &groups = member.contact->Groups();
+        QByteArray &key = keyOf[{groups.begin(), groups.end()}];
+        if (key.isEmpty())
+            key = SortKeyOf(*member.contact);
+        member.sortKey = key;
+    }
+}
+
+bool ContactModel::StandsBefore(Place a, Place b) const
+{
+    const int order = m_members[a].sortKey.compare(m_members[b].sortKey);
+    if (order == 0)
+        return a < b;
+    return (order < 0) == (m_sortOrder == Qt::AscendingOrder);
 }
 
 void ContactModel::Sort()
 {
-    for (Member &member : m_members)
-        member.sortKey = SortKey(Text(*member.contact, m_sortColumn));
-    std::sort(m_members.begin(), m_members.end(),
-              [this](const Member &a, const Member &b) { return StandsBefore(a, b); });
+    MakeSortKeys();
+    // Most comparisons are settled by the heads, which lie side by side.
+    struct Entry
+    {
+        KeyHead head;
+        Place place;
+    };
+    std::vector<Entry> entries;
+    entries.reserve(m_members.size());
+    for (const Member &member : m_members)
+        entries.push_back({KeyHead(member.sortKey), static_cast<Place>(entries.size())});
+    std::sort(entries.begin(), entries.end(), [this](const Entry &a, const Entry &b) {
+        if (a.head == b.head)
+            return StandsBefore(a.place, b.place);
+        return (a.head < b.head) == (m_sortOrder == Qt::AscendingOrder);
+    });
+    m_order.resize(entries.size());
+    std::transform(entries.begin(), entries.end(), m_order.begin(), [](const Entry &entry) { return entry.place; });
 }
 
 void ContactModel::Insert(const LxContactPtr &contact)
 {
-    size_t nextPlace = 0;
-    for (const Member &member : m_members)
-        nextPlace = std::max(nextPlace, member.place + 1);
-    Member member{contact, SortKey(Text(*contact, m_sortColumn)), nextPlace};
-    const auto standsBefore = [this](const Member &a, const Member &b) { return StandsBefore(a, b); };
-    const auto place = std::lower_bound(m_members.begin(), m_members.end(), member, standsBefore);
-    const auto row = static_cast<int>(
-        std::count_if(m_members.begin(), place, [this](const Member &m) { return RowOf(*m.contact) >= 0; }));
-    m_members.insert(place, std::move(member));
+    const auto newPlace = static_cast<Place>(m_members.size());
+    m_members.push_back({contact, SortKeyOf(*contact)});
+    const auto slotIn = [this, newPlace](const std::vector<Place> &places) {
+        return std::lower_bound(places.begin(), places.end(), newPlace,
+                                [this](Place a, Place b) { return StandsBefore(a, b); });
+    };
+    m_order.insert(slotIn(m_order), newPlace);
     if (!IsFound(*contact))
         return;
+    const auto slot = slotIn(m_shown);
+    const auto row = static_cast<int>(slot - m_shown.begin());
     beginInsertRows({}, row, row);
-    m_shown.insert(m_shown.begin() + row, contact);
-    m_rowOf.clear();
+    m_shown.insert(slot, newPlace);
     endInsertRows();
 }
 
 void ContactModel::Remove(const LxContactList &contacts)
 {
     const auto isGone = [&contacts](const LxContactPtr &contact) { return contacts.Contains(*contact); };
-    std::erase_if(m_members, [&isGone](const Member &member) { return isGone(member.contact); });
     for (int row = rowCount() - 1; row >= 0; --row) {
         if (!isGone(ContactAt(row)))
             continue;
         beginRemoveRows({}, row, row);
         m_shown.erase(m_shown.begin() + row);
-        m_rowOf.clear();
         endRemoveRows();
+    }
+    std::vector<Place> newPlaces;
+    Place newPlace = 0;
+    for (const Member &member : m_members)
+        newPlaces.push_back(isGone(member.contact) ? newPlace : newPlace++);
+    std::erase_if(m_order, [&](Place place) { return isGone(m_members[place].contact); });
+    std::erase_if(m_members, [&](const Member &member) { return isGone(member.contact); });
+    for (std::vector<Place> *places : {&m_order, &m_shown}) {
+        for (Place &place : *places)
+            place = newPlaces[place];
     }
 }
 
@@ -147,18 +234,22 @@ void ContactModel::Rewrite(const LxContact &contact)
 
 void ContactModel::Rewrite(const LxContactList &contacts)
 {
-    for (const LxContactPtr &contact : contacts)
-        Rewrite(*contact);
+    m_isStale = true;
+    const auto isRewritten = [&](Place place) { return contacts.Contains(*m_members[place].contact); };
+    const auto first = std::find_if(m_shown.begin(), m_shown.end(), isRewritten);
+    if (first == m_shown.end())
+        return;
+    // Thousands of single rows would each cost the list more than all that stand between them.
+    const auto last = std::find_if(m_shown.rbegin(), m_shown.rend(), isRewritten).base() - 1;
+    emit dataChanged(index(static_cast<int>(first - m_shown.begin()), 0),
+                     index(static_cast<int>(last - m_shown.begin()), ColumnCount - 1));
 }
 
 int ContactModel::RowOf(const LxContact &contact) const
 {
-    if (m_rowOf.isEmpty()) {
-        m_rowOf.reserve(rowCount());
-        for (int row = 0; row < rowCount(); ++row)
-            m_rowOf.insert(ContactAt(row)->ContactID(), row);
-    }
-    return m_rowOf.value(contact.ContactID(), -1);
+    const auto it = std::find_if(m_shown.begin(), m_shown.end(),
+                                 [&](Place place) { return m_members[place].contact.get() == &contact; });
+    return it == m_shown.end() ? -1 : static_cast<int>(it - m_shown.begin());
 }
 
 int ContactModel::rowCount(const QModelIndex &parent) const

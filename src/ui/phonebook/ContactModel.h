@@ -5,7 +5,7 @@
 #include "LxContactList.h"
 
 #include <QAbstractTableModel>
-#include <QHash>
+#include <QByteArray>
 
 #include <vector>
 
@@ -51,7 +51,10 @@ public:
     /// Drops the rows of these contacts.
     void Remove(const LxContactList &contacts);
 
-    [[nodiscard]] const LxContactPtr &ContactAt(int row) const { return m_shown[static_cast<size_t>(row)]; }
+    [[nodiscard]] const LxContactPtr &ContactAt(int row) const
+    {
+        return m_members[m_shown[static_cast<size_t>(row)]].contact;
+    }
 
     /// The contact's row, or -1.
     [[nodiscard]] int RowOf(const LxContact &contact) const;
@@ -71,25 +74,31 @@ private:
     struct Member
     {
         LxContactPtr contact;
-        QString sortKey;
-        /// In the group's order.
-        size_t place;
+        /// Settles the whole order but that of equal texts.
+        QByteArray sortKey;
     };
+    /// A member's place in m_members.
+    using Place = quint32;
 
     [[nodiscard]] QString Text(const LxContact &contact, int column) const;
-    [[nodiscard]] bool StandsBefore(const Member &a, const Member &b) const;
+    [[nodiscard]] QByteArray SortKeyOf(const LxContact &contact) const;
+    [[nodiscard]] bool StandsBefore(Place a, Place b) const;
     [[nodiscard]] bool IsFound(const LxContact &contact) const;
+    void MakeSortKeys();
     void Sort();
     void ShowMatches();
+    /// Makes the rows of the marked places, in the order of the sort column.
+    void ShowOnly(const std::vector<bool> &places);
 
     const LxPhoneBook &m_phoneBook;
     Icons::Lazy m_contactIcon{QLatin1StringView("contact")};
-    /// Of the whole group, in the order of the sort column.
+    /// Of the whole group, in the group's order, in which they mostly lie in memory too: going through them so is
+    /// what makes finding fast.
     std::vector<Member> m_members;
+    /// The members in the order of the sort column.
+    std::vector<Place> m_order;
     /// Those that answer to the find text, a row each.
-    std::vector<LxContactPtr> m_shown;
-    /// Made when it is first asked for after a fill.
-    mutable QHash<int, int> m_rowOf;
+    std::vector<Place> m_shown;
     QString m_findText;
     bool m_isStale = false;
     int m_sortColumn = Name;

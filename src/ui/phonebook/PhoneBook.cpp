@@ -249,11 +249,16 @@ LxGroup &PhoneBook::ChosenGroup() const
 
 LxContactList PhoneBook::SelectedContacts() const
 {
-    LxContactList contacts;
-    QModelIndexList rows = m_ui->lvwContacts->selectionModel()->selectedRows();
+    // selectedRows() would look at every range for each row, and thousands of rows may be as many ranges.
+    std::vector<int> rows;
+    for (const QItemSelectionRange &range : m_ui->lvwContacts->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.push_back(row);
+    }
     std::sort(rows.begin(), rows.end());
-    for (const QModelIndex &row : rows)
-        contacts.Add(m_contacts->ContactAt(row.row()));
+    LxContactList contacts;
+    for (const int row : rows)
+        contacts.Add(m_contacts->ContactAt(row));
     return contacts;
 }
 
