@@ -316,6 +316,7 @@ void PhoneBook::FillContactsInPlace()
 
 void PhoneBook::FindTyped()
 {
+    CommitEditor();
     QApplication::setOverrideCursor(Qt::WaitCursor);
     if (m_contacts->IsStale())
         m_contacts->Fill(ChosenGroup(), m_ui->txtFind->text());
@@ -329,6 +330,7 @@ void PhoneBook::FindTyped()
 
 void PhoneBook::GroupClicked()
 {
+    CommitEditor();
     const QSignalBlocker blocker(m_ui->txtFind);
     m_ui->txtFind->clear();
     FillContacts();
