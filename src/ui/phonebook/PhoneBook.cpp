@@ -42,7 +42,11 @@ PhoneBook::PhoneBook(const Services &services)
     setObjectName(u"PhoneBook"_s);
 }
 
-PhoneBook::~PhoneBook() = default;
+PhoneBook::~PhoneBook()
+{
+    // An editor that is still open commits when it is hidden, which must not come after the phone book is gone.
+    hide();
+}
 
 void PhoneBook::BuildControls()
 {
