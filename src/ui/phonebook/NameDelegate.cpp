@@ -20,15 +20,10 @@ QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
     return editor;
 }
 
-void NameDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) const
-{
-    m_editor.clear();
-    QStyledItemDelegate::destroyEditor(editor, index);
-}
-
 void NameDelegate::Commit()
 {
-    if (!m_editor)
+    // One that its list has closed lives on for a while, hidden.
+    if (!m_editor || m_editor->isHidden())
         return;
     emit commitData(m_editor);
     emit closeEditor(m_editor);

@@ -15,8 +15,6 @@ public:
     [[nodiscard]] QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                                         const QModelIndex &index) const override;
 
-    void destroyEditor(QWidget *editor, const QModelIndex &index) const override;
-
     /// Takes what was typed in the open editor and closes it, where one is open.
     void Commit();
 

@@ -42,7 +42,11 @@ PhoneBook::PhoneBook(const Services &services)
     setObjectName(u"PhoneBook"_s);
 }
 
-PhoneBook::~PhoneBook() = default;
+PhoneBook::~PhoneBook()
+{
+    // An editor that is still open commits when it is hidden, which must not come after the phone book is gone.
+    hide();
+}
 
 void PhoneBook::BuildControls()
 {
@@ -321,6 +325,7 @@ void PhoneBook::FillContactsInPlace()
 
 void PhoneBook::FindTyped()
 {
+    CommitEditor();
     QApplication::setOverrideCursor(Qt::WaitCursor);
     if (m_contacts->IsStale())
         m_contacts->Fill(ChosenGroup(), m_ui->txtFind->text());
@@ -334,6 +339,7 @@ void PhoneBook::FindTyped()
 
 void PhoneBook::GroupClicked()
 {
+    CommitEditor();
     const QSignalBlocker blocker(m_ui->txtFind);
     m_ui->txtFind->clear();
     FillContacts();

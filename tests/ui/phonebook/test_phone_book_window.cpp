@@ -184,7 +184,7 @@ private slots:
             editor->insert(row.typed);
             QTest::keyClick(editor, Qt::Key_Return);
             QTRY_VERIFY(!f.Editor(list));
-            QCOMPARE(list.currentIndex().siblingAtColumn(0).data().toString(), row.name);
+            QTRY_COMPARE(list.currentIndex().siblingAtColumn(0).data().toString(), row.name);
             QCOMPARE(f.Rows(f.Contacts()), (row.isGroup ? u"Ann"_s : row.name) + u"*< Bob"_s); // the selection stays
             const QString sibling = f.Contacts().model()->index(0, 2).data().toString();
             QCOMPARE(sibling, row.isGroup ? row.name : u"Work"_s);
@@ -411,33 +411,23 @@ private slots:
 
     void addsToTheGroupOfTheList()
     {
-        struct Row
-        {
-            QString act;
-            QString result;
-        };
-        for (const Row &row : {Row{u"cmdOK"_s, u"Bob:Work Ann:Work Zoe: Élan:Choir | Work,Choir"_s},
-                               Row{u"cmdCancel"_s, u"Bob:Work Ann:Work Zoe: Élan: | Work,Choir"_s},
-                               Row{{}, u"Bob:Work Ann:Work Zoe: Élan: | Work,Choir"_s}}) {
+        for (const QString &button : {u"cmdOK"_s, u"cmdCancel"_s, QString()}) {
             Fixture f;
             f.Book().Groups().CreateGroup(u"Choir"_s);
             f.Open();
             f.Select({2});
-            WhenDialogOpens(u"ChooseGroup"_s, [&row](QDialog &dialog) {
+            WhenDialogOpens(u"ChooseGroup"_s, [&button](QDialog &dialog) {
                 QCOMPARE(dialog.windowTitle(), u"Select Group to Add Contacts to"_s);
                 auto &groups = Control<QComboBox>(dialog, "cboGroup");
                 QCOMPARE(groups.currentText(), u"Work"_s);
                 groups.setCurrentIndex(1);
-                if (row.act.isEmpty())
-                    dialog.close();
-                else
-                    Control<QPushButton>(dialog, row.act.toLatin1()).click();
+                button.isEmpty() ? void(dialog.close()) : Control<QPushButton>(dialog, button.toLatin1()).click();
                 const auto &chosen = static_cast<ChooseGroup &>(dialog);
-                QCOMPARE(chosen.Canceled(), row.act != u"cmdOK");
+                QCOMPARE(chosen.Canceled(), button != u"cmdOK");
                 QCOMPARE(chosen.ChosenGroupID(), groups.currentData().toInt());
             });
             f.Action("mnuAddContactsToExistingGroup").trigger();
-            QCOMPARE(f.Print(), row.result);
+            QCOMPARE(f.Print().contains(u"Élan:Choir"_s), button == u"cmdOK");
             QCOMPARE(f.Rows(f.Contacts()), u"Ann Bob Élan*< Zoe"_s);
             ChooseGroup empty(f.settings, nullptr);
             empty.Populate(LxGroupList());
