@@ -313,9 +313,16 @@ void PhoneBook::FillContactsInPlace()
     const int scrolledTo = list.verticalScrollBar()->value();
     FillContacts();
     QItemSelection rows;
-    for (int row = 0; row < m_contacts->rowCount(); ++row) {
-        if (selected.Contains(*m_contacts->ContactAt(row)))
-            rows.select(m_contacts->index(row, 0), m_contacts->index(row, ContactModel::ColumnCount - 1));
+    const auto isSelected = [&](int row) { return selected.Contains(*m_contacts->ContactAt(row)); };
+    const int count = m_contacts->rowCount();
+    for (int row = 0; row < count; ++row) {
+        if (!isSelected(row))
+            continue;
+        // Neighbours share a range: what the list does with thousands of ranges takes their number squared.
+        const int first = row;
+        while (row + 1 < count && isSelected(row + 1))
+            ++row;
+        rows.select(m_contacts->index(first, 0), m_contacts->index(row, ContactModel::ColumnCount - 1));
     }
     list.selectionModel()->select(rows, QItemSelectionModel::Select);
     const int currentRow = currentContact ? m_contacts->RowOf(*currentContact) : -1;

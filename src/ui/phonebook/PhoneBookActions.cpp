@@ -43,9 +43,9 @@ void PhoneBook::DeleteContacts()
 {
     const LxContactList selected = SelectedContacts();
     const int current = m_ui->lvwContacts->currentIndex().row();
-    const QModelIndexList rows = m_ui->lvwContacts->selectionModel()->selectedRows();
-    const auto above = static_cast<int>(
-        std::count_if(rows.begin(), rows.end(), [current](const QModelIndex &row) { return row.row() < current; }));
+    int above = 0;
+    for (int row = 0; row < current; ++row)
+        above += selected.Contains(*m_contacts->ContactAt(row)) ? 1 : 0;
     if (!m_commands.DeleteContacts(selected))
         return;
     // Many rows are gone sooner with all of them.
