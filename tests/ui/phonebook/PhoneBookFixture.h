@@ -31,7 +31,7 @@ struct PhoneBookFixture : WindowFixture
     [[nodiscard]] QTreeView &Groups() const { return Control<QTreeView>(phoneBook, "lvwGroups"); }
     [[nodiscard]] QTreeView &Contacts() const { return Control<QTreeView>(phoneBook, "lvwContacts"); }
     [[nodiscard]] QLineEdit &Find() const { return Control<QLineEdit>(phoneBook, "txtFind"); }
-    [[nodiscard]] QAction &Action(const char *name) const { return Control<QAction>(phoneBook, name); }
+    [[nodiscard]] QAction &Action(const QString &name) const { return Control<QAction>(phoneBook, name.toLatin1()); }
     [[nodiscard]] QString Status() const { return Control<QStatusBar>(phoneBook, "sbStatusBar").currentMessage(); }
 
     /// The first column of a list, the selected rows marked by "*", the current one by "<".
@@ -49,14 +49,17 @@ struct PhoneBookFixture : WindowFixture
 
     void ChooseGroup(int row) const { Groups().setCurrentIndex(Groups().model()->index(row, 0)); }
 
+    void SelectRow(int row) const
+    {
+        Contacts().selectionModel()->setCurrentIndex(Contacts().model()->index(row, 0),
+                                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+
     void Select(std::initializer_list<int> rows) const
     {
         Contacts().clearSelection();
-        for (const int row : rows) {
-            const QModelIndex index = Contacts().model()->index(row, 0);
-            Contacts().selectionModel()->setCurrentIndex(index,
-                                                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
-        }
+        for (const int row : rows)
+            SelectRow(row);
     }
 
     /// Every contact in the order of "Everyone", with its groups, and the names of the groups.
@@ -65,7 +68,8 @@ struct PhoneBookFixture : WindowFixture
         QStringList text;
         for (const LxContactPtr &contact : Book().AllContacts())
             text += contact->Name() + u':' + contact->Groups().AsString(QStringLiteral("+"), &Book().AllContacts());
-        return text.join(u' ') + QStringLiteral(" | ") + Book().GroupsExcludingAllContacts().AsString(QStringLiteral(","));
+        return text.join(u' ') + QStringLiteral(" | ") +
+               Book().GroupsExcludingAllContacts().AsString(QStringLiteral(","));
     }
 
     /// The editor that is open in a list, or null.
