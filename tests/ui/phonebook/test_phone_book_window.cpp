@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSplitter>
 
 using namespace Qt::StringLiterals;
 
@@ -265,6 +266,27 @@ private slots:
             const auto get = [&f](const QString &key) { return f.settings.Get(u"Contact Columns"_s, key); };
             QCOMPARE(get(u"SortBy"_s) + get(u"ReverseSort"_s), kept);
         }
+    }
+
+    void layoutComesBack()
+    {
+        PhoneBookFixture f;
+        f.Open();
+        f.phoneBook.resize(700, 500);
+        f.Contacts().setColumnWidth(0, 211);
+        f.Contacts().setColumnWidth(1, 99);
+        Control<QSplitter>(f.phoneBook, "Splitter1").setSizes({250, 430});
+        const QList<int> sizes = Control<QSplitter>(f.phoneBook, "Splitter1").sizes();
+        f.ChooseGroup(1);
+        QVERIFY(f.phoneBook.close());
+        PhoneBook again({f.countries, f.clock, f.prompts, f.shell, f.settings});
+        again.show();
+        QCOMPARE(again.size(), QSize(700, 500));
+        const auto &list = Control<QTreeView>(again, "lvwContacts");
+        QCOMPARE(list.columnWidth(0) * 1000 + list.columnWidth(1), 211099);
+        QTRY_COMPARE(Control<QSplitter>(again, "Splitter1").sizes(), sizes);
+        f.Open();
+        QCOMPARE(f.Rows(f.Groups()), u"Everyone*< Work"_s);
     }
 
     void failedSaveIsToldOnceForEachCommand()
