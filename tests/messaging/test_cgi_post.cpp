@@ -63,13 +63,8 @@ private slots:
         QCOMPARE(peer.Posts(), 1);
     }
 
-    void replyDecidesTheEnding_data()
+    void replyDecidesTheEnding()
     {
-        QTest::addColumn<ScriptedPeer::Script>("script");
-        QTest::addColumn<QString>("response");
-        QTest::addColumn<QString>("whyFailed"); // a pattern; none for a success
-        const auto row = [](const char *name, const ScriptedPeer::Script &script, const QString &response,
-                            const QString &whyFailed) { QTest::newRow(name) << script << response << whyFailed; };
         const QString none;
         const QByteArray ok = "HTTP/1.1 200 OK\r\n";
         const QByteArray chunked = ok + "Transfer-Encoding: chunked\r\n\r\n4\r\nabcd\r\n";
@@ -77,55 +72,66 @@ private slots:
         QList<QByteArray> bytes;
         for (const char byte : ScriptedPeer::Ok("abcd"))
             bytes += QByteArray(1, byte);
-        row("many small pieces", {.pieces = bytes}, u"abcd"_s, none);
-        row("chunked", {.pieces = {chunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen},
-            u"abcdef"_s, none);
-        row("until the close", {.pieces = {ok + "\r\n", "abcd"}}, u"abcd"_s, none);
-        row("error with a log-on", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\n<LOGON>FAIL</LOGON>"}},
-            u"<LOGON>FAIL</LOGON>"_s, none);
+        // What the peer does, the response, and a pattern of why it failed; none for a success.
+        const std::tuple<const char *, ScriptedPeer::Script, QString, QString> rows[] = {
+            {"many small pieces", {.pieces = bytes}, u"abcd"_s, none},
+            {"chunked",
+             {.pieces = {chunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen},
+             u"abcdef"_s,
+             none},
+            {"until the close", {.pieces = {ok + "\r\n", "abcd"}}, u"abcd"_s, none},
+            {"error with a log-on",
+             {.pieces = {"HTTP/1.1 500 Broken\r\n\r\n<LOGON>FAIL</LOGON>"}},
+             u"<LOGON>FAIL</LOGON>"_s,
+             none},
+            {"nothing in it", {.pieces = {ScriptedPeer::Ok("")}}, none, none},
+            {"500", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nabcd"}}, none, u"The server answered: 500 Broken"_s},
+            {"redirect",
+             {.pieces = {"HTTP/1.1 307 Temporary\r\nLocation: /b\r\nContent-Length: 0\r\n\r\n"}},
+             none,
+             u"The server answered: 307 Temporary"_s},
+            {"cut short", {.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, none, u"The reply was cut short"_s},
+            {"cut short in chunks", {.pieces = {chunked}}, none, u"The reply was cut short"_s},
+            {"cut short in the header", {.pieces = {ok + "Content-Le"}}, none, u"The reply was cut short"_s},
+            {"reset", {.then = Then::Reset}, none, u"The connection was broken"_s},
+            {"reset in the reply",
+             {.pieces = {ok + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50},
+             none,
+             u"The connection was broken"_s},
+            {"closed", {}, none, u"The connection was closed without a reply"_s},
+            {"closed at once",
+             {.waitsForRequest = false},
+             none,
+             u"The connection was (closed without a reply|broken)"_s},
+            {"no HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, none, u"The reply is not an HTTP reply"_s},
+            {"too long",
+             {.pieces = {ok + "\r\n", QByteArray(HttpClient::kMaxReplyBytes + 1, 'x')}, .then = Then::StayOpen},
+             none,
+             u"The reply is longer than 16 megabytes"_s},
+            {"endless header",
+             {.pieces = {ok, QByteArray("A: 123456789\r\n").repeated(1 << 20)}},
+             none,
+             u"The connection was broken"_s}};
+        for (const auto &[name, script, response, whyFailed] : rows) {
+            qInfo("%s", name);
+            ScriptedPeer peer(script);
+            CGIPost post(m_module);
+            const QSignalSpy finished(&post, &CGIPost::Finished);
+            post.SetUrl(peer.Address());
+            post.SetParameters("XML=once");
+            m_runner.Run(post, nullptr);
 
-        row("nothing in it", {.pieces = {ScriptedPeer::Ok("")}}, none, none);
-        row("500", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nabcd"}}, none, u"The server answered: 500 Broken"_s);
-        row("404", {.pieces = {"HTTP/1.1 404 Not Found\r\n\r\nabcd"}}, none, u"The server answered: 404 Not Found"_s);
-        row("redirect", {.pieces = {"HTTP/1.1 307 Temporary\r\nLocation: /b\r\nContent-Length: 0\r\n\r\n"}}, none,
-            u"The server answered: 307 Temporary"_s);
-        row("cut short", {.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, none, u"The reply was cut short"_s);
-        row("cut short in chunks", {.pieces = {chunked}}, none, u"The reply was cut short"_s);
-        row("cut short in the header", {.pieces = {ok + "Content-Le"}}, none, u"The reply was cut short"_s);
-        row("reset", {.then = Then::Reset}, none, u"The connection was broken"_s);
-        row("reset in the reply", {.pieces = {ok + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50}, none,
-            u"The connection was broken"_s);
-        row("closed", {}, none, u"The connection was closed without a reply"_s);
-        row("closed at once", {.waitsForRequest = false}, none,
-            u"The connection was (closed without a reply|broken)"_s);
-        row("no HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, none, u"The reply is not an HTTP reply"_s);
-        row("too long",
-            {.pieces = {ok + "\r\n", QByteArray(HttpClient::kMaxReplyBytes + 1, 'x')}, .then = Then::StayOpen}, none,
-            u"The reply is longer than 16 megabytes"_s);
-        row("endless header", {.pieces = {ok, QByteArray("A: 123456789\r\n").repeated(1 << 20)}}, none,
-            u"The connection was broken"_s);
-    }
+            QVERIFY2(
+                QRegularExpression(QRegularExpression::anchoredPattern(whyFailed)).match(post.WhyFailed()).hasMatch(),
+                qPrintable(post.WhyFailed()));
+            QCOMPARE(post.Response(), response);
+            QVERIFY(post.Succeeded() == whyFailed.isNull() && post.Failed() != whyFailed.isNull());
+            QCOMPARE(post.Status(), whyFailed.isNull() ? u"Result received"_s : u"Failed: "_s + post.WhyFailed());
 
-    void replyDecidesTheEnding()
-    {
-        QFETCH(ScriptedPeer::Script, script);
-        QFETCH(QString, whyFailed);
-        ScriptedPeer peer(script);
-        CGIPost post(m_module);
-        const QSignalSpy finished(&post, &CGIPost::Finished);
-        post.SetUrl(peer.Address());
-        post.SetParameters("XML=once");
-        m_runner.Run(post, nullptr);
-
-        QVERIFY2(QRegularExpression(QRegularExpression::anchoredPattern(whyFailed)).match(post.WhyFailed()).hasMatch(),
-                 qPrintable(post.WhyFailed()));
-        QTEST(post.Response(), "response");
-        QVERIFY(post.Succeeded() == whyFailed.isNull() && post.Failed() != whyFailed.isNull());
-        QCOMPARE(post.Status(), whyFailed.isNull() ? u"Result received"_s : u"Failed: "_s + post.WhyFailed());
-
-        VerifyNextPostWorks();
-        QCOMPARE(finished.count(), 1);
-        QVERIFY2(peer.Connections() == 1 && peer.Posts() <= 1, peer.Received());
+            VerifyNextPostWorks();
+            QCOMPARE(finished.count(), 1);
+            QVERIFY2(peer.Connections() == 1 && peer.Posts() <= 1, peer.Received());
+        }
     }
 
     void noConnectionIsAFailure()

@@ -39,65 +39,44 @@ private slots:
                  "XML=%3Ca%20b%3D%221%22%3F%3E%2F%0D%0A%20%A3%80%3F%2B%7E%2E%2D%5F9");
     }
 
-    void ReadsReplies_data()
+    void ReadsReplies()
     {
-        QTest::addColumn<QString>("reply");
-        QTest::addColumn<QString>("result");
-        QTest::addColumn<QString>("responses");
-        const auto add = [](const char *name, const QString &reply, const QString &result,
-                            const QString &responses = u"none|none"_s) {
-            QTest::newRow(name) << reply << result << responses;
-        };
-        const auto refused = [&add](const QString &elements, const QString &result) {
-            QTest::addRow("refused: %s", qPrintable(elements.simplified()))
-                << u"<LOGON>FAIL</LOGON>"_s + elements << result << u"none|none"_s;
-        };
-        add("empty", u""_s, u"2 Response is empty, 0/0, balance -1"_s);
-        add("a web page", u"<html><b>Sorry</b></html>"_s, u"5 Error 5, 0/0, balance -1"_s);
-        refused(u"<ERR>12</ERR><REASON>Bad password</REASON>"_s, u"12 Bad password, 0/0, balance -1"_s);
-        refused(u"<REASON> </REASON><ERR>\r\n+6 </ERR><BAL>5</BAL><MSG></MSG>"_s, u"6 Error 6, 0/0, balance -1"_s);
-        for (const auto &error : {u"<ERR>0</ERR>"_s, u"<ERR>-1</ERR>"_s, u"<ERR>2147483648</ERR>"_s,
-                                  u"<ERR>1.5</ERR>"_s, u"</ERR><ERR>7</ERR>"_s, u"12</ERR>"_s, u"<err>7</err>"_s})
-            refused(error, u"5 Error 5, 0/0, balance -1"_s);
-
+        const auto out = u"<LOGON>FAIL</LOGON>"_s;
         const auto in = u"<LOGON>OK</LOGON>"_s;
         const auto good = u"<MSG><ID>7</ID><STATUS>OK</STATUS><INFO>a < b</INFO></MSG>"_s;
         const auto bad = u"<MSG><ID>-8</ID><STATUS>FAIL</STATUS></MSG>"_s;
-        add("all sent", in + good + good + u"<BAL>17</BAL>"_s, u"0 No error!, 0/2, balance 17, in"_s,
-            u"7 OK a < b|7 OK a < b"_s);
-        add("one failed", u"junk"_s + good + bad + u"<BAL>17</BAL>"_s + in,
-            u"6 1 message failed out of 2, 1/2, balance 17, in"_s, u"7 OK a < b|-8 failed "_s);
-        add("more than were sent", in + bad + good + bad, u"6 2 messages failed out of 3, 2/3, balance -1, in"_s,
-            u"-8 failed |7 OK a < b"_s);
-        add("fewer than were sent", in + good, u"0 No error!, 0/1, balance -1, in"_s, u"7 OK a < b|none"_s);
-        add("ends without message", in + u"</MSG></MSG>"_s + good + u"</MSG>"_s, u"0 No error!, 0/1, balance -1, in"_s,
-            u"7 OK a < b|none"_s);
-        add("message in a message", in + u"<MSG>"_s + good + bad, u"6 1 message failed out of 2, 1/2, balance -1, in"_s,
-            u"7 OK a < b|-8 failed "_s);
-        add("odd elements", in + u"<MSG><ID>40000</ID><STATUS>ok</STATUS></MSG><MSG><ID> 9 </ID><INFO></MSG>"_s,
-            u"6 2 messages failed out of 2, 2/2, balance -1, in"_s, u"0 failed |9 failed "_s);
-        for (const auto &[text, balance] : {std::pair("abc", -1), {" 12 ", 12}, {"-3", -3}, {"2147483648", -1}}) {
-            QTest::addRow("balance '%s'", text) << in + u"<BAL>%1</BAL><BAL>4</BAL>"_s.arg(QLatin1StringView(text))
-                                                << u"0 No error!, 0/0, balance %1, in"_s.arg(balance) << u"none|none"_s;
+        QList<std::pair<QString, QString>> rows = {
+            {u""_s, u"2 Response is empty, 0/0, balance -1|none|none"_s},
+            {u"<html><b>Sorry</b></html>"_s, u"5 Error 5, 0/0, balance -1|none|none"_s},
+            {out + u"<ERR>12</ERR><REASON>Bad password</REASON>"_s, u"12 Bad password, 0/0, balance -1|none|none"_s},
+            {out + u"<REASON> </REASON><ERR>\r\n+6 </ERR><BAL>5</BAL><MSG></MSG>"_s,
+             u"6 Error 6, 0/0, balance -1|none|none"_s},
+            {in + good + good + u"<BAL>17</BAL>"_s, u"0 No error!, 0/2, balance 17, in|7 OK a < b|7 OK a < b"_s},
+            {u"junk"_s + good + bad + u"<BAL>17</BAL>"_s + in,
+             u"6 1 message failed out of 2, 1/2, balance 17, in|7 OK a < b|-8 failed "_s},
+            {in + bad + good + bad, u"6 2 messages failed out of 3, 2/3, balance -1, in|-8 failed |7 OK a < b"_s},
+            {in + u"</MSG></MSG>"_s + good + u"</MSG>"_s, u"0 No error!, 0/1, balance -1, in|7 OK a < b|none"_s},
+            {in + u"<MSG>"_s + good + bad, u"6 1 message failed out of 2, 1/2, balance -1, in|7 OK a < b|-8 failed "_s},
+            {in + u"<MSG><ID>40000</ID><STATUS>ok</STATUS></MSG><MSG><ID> 9 </ID><INFO></MSG>"_s,
+             u"6 2 messages failed out of 2, 2/2, balance -1, in|0 failed |9 failed "_s}};
+        for (const auto *error : {"<ERR>0</ERR>", "<ERR>-1</ERR>", "<ERR>2147483648</ERR>", "<ERR>1.5</ERR>",
+                                  "</ERR><ERR>7</ERR>", "12</ERR>", "<err>7</err>"})
+            rows.append({out + QLatin1StringView(error), u"5 Error 5, 0/0, balance -1|none|none"_s});
+        for (const auto &[text, balance] : {std::pair("abc", -1), {" 12 ", 12}, {"-3", -3}, {"2147483648", -1}})
+            rows.append({in + u"<BAL>%1</BAL><BAL>4</BAL>"_s.arg(QLatin1StringView(text)),
+                         u"0 No error!, 0/0, balance %1, in|none|none"_s.arg(balance)});
+        for (const auto &[reply, result] : rows) {
+            LxMessageRequests requests(2);
+            const Reply read = CheckResponse(reply, requests);
+            QString got = u"%1 %2, "_s.arg(QString::number(read.code), read.reason);
+            got += u"%1/%2, balance %3"_s.arg(read.failed).arg(read.count).arg(read.balance);
+            got += read.loggedOn ? u", in"_s : u""_s;
+            for (const auto &[number, name, message, response] : requests) {
+                const auto state = response && response->IsOK ? u" OK "_s : u" failed "_s;
+                got += u'|' + (response ? QString::number(response->MessageID) + state + response->Info : u"none"_s);
+            }
+            QTest::qCompare(got, result, qUtf8Printable(reply), "result", __FILE__, __LINE__);
         }
-    }
-    void ReadsReplies()
-    {
-        QFETCH(const QString, reply);
-        LxMessageRequests requests(2);
-        const Reply read = CheckResponse(reply, requests);
-        const QString result = u"%1 %2, %3/%4, balance %5"_s.arg(QString::number(read.code), read.reason)
-                                   .arg(read.failed)
-                                   .arg(read.count)
-                                   .arg(read.balance);
-        QTEST(result + (read.loggedOn ? u", in"_s : u""_s), "result");
-        QStringList responses;
-        for (const auto &[number, name, message, response] : requests) {
-            responses += response ? QString::number(response->MessageID) +
-                                        (response->IsOK ? u" OK "_s : u" failed "_s) + response->Info
-                                  : u"none"_s;
-        }
-        QTEST(responses.join(u'|'), "responses");
     }
 };
 

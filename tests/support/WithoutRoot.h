@@ -12,16 +12,12 @@ public:
     explicit WithoutRoot(const QString &folder)
     {
         constexpr uid_t kNobody = 65534;
-        if (::geteuid() == 0)
-            m_failed = ::chown(QFile::encodeName(folder).constData(), kNobody, kNobody) != 0 ||
-                       ::setresuid(kNobody, kNobody, 0) != 0;
+        if (::geteuid() == 0 && ::chown(QFile::encodeName(folder).constData(), kNobody, kNobody) == 0)
+            std::ignore = ::setresuid(kNobody, kNobody, 0);
     }
     /// Becomes root again; other users cannot, and stay what they are.
     ~WithoutRoot() { std::ignore = ::setresuid(0, 0, 0); }
     Q_DISABLE_COPY_MOVE(WithoutRoot)
 
-    [[nodiscard]] bool Failed() const { return m_failed; }
-
-private:
-    bool m_failed = false;
+    [[nodiscard]] bool Failed() const { return ::geteuid() == 0; }
 };

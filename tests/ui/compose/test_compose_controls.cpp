@@ -43,38 +43,33 @@ class TestComposeControls final : public QObject
 
 private slots:
     // "length at selected text": what is pasted where into a message of that length; what gets in.
-    void pasteIsCleanedAndCutAtTheLimit_data()
-    {
-        AddTextTable({{u"2 1 0 Hé £5", u"Hé £5"},
-                      {u"2 1 0 a~b_c€~", u"abc"},
-                      {u"2 1 0 a\u00A0b\tc", u"abc"},
-                      {u"2 1 0 a\r\nb\nc\u2028d", u"a\r\nb\r\nc\r\nd"},
-                      {u"470 100 0 XYZ", u"XY"},
-                      {u"472 10 2 XYZ", u"XY"},
-                      {u"471 1 0 zb", u"z"},
-                      {u"470 5 0 \nX", u"\r\n"},
-                      {u"471 5 0 \nX", u""}}); // a line break is not split
-    }
     void pasteIsCleanedAndCutAtTheLimit()
     {
-        QFETCH(QString, in);
-        QFETCH(QString, out);
-        // No two neighbours are alike.
-        const QString before = u"ab"_s.repeated(236).first(in.section(u' ', 0, 0).toInt());
-        const int at = in.section(u' ', 1, 1).toInt();
-        const int selected = in.section(u' ', 2, 2).toInt();
-        const QString after = before.first(at) + out + before.sliced(at + selected);
-        MessageEdit edit;
-        edit.SetMessageText(before);
-        QTextCursor cursor = edit.textCursor();
-        cursor.setPosition(at);
-        cursor.setPosition(at + selected, QTextCursor::KeepAnchor);
-        edit.setTextCursor(cursor);
-        QApplication::clipboard()->setText(in.section(u' ', 3));
-        edit.paste();
-        QCOMPARE(edit.MessageText(), after);
-        edit.undo();
-        QCOMPARE(edit.MessageText(), before);
+        const TextTable rows = {{u"2 1 0 Hé £5", u"Hé £5"},     {u"2 1 0 a~b_c€~", u"abc"},
+                                {u"2 1 0 a\u00A0b\tc", u"abc"}, {u"2 1 0 a\r\nb\nc\u2028d", u"a\r\nb\r\nc\r\nd"},
+                                {u"470 100 0 XYZ", u"XY"},      {u"472 10 2 XYZ", u"XY"},
+                                {u"471 1 0 zb", u"z"},          {u"470 5 0 \nX", u"\r\n"},
+                                {u"471 5 0 \nX", u""}}; // a line break is not split
+        for (const auto &[row, pasted] : rows) {
+            const QString in = QString::fromUtf16(row);
+            const QString out = QString::fromUtf16(pasted);
+            // No two neighbours are alike.
+            const QString before = u"ab"_s.repeated(236).first(in.section(u' ', 0, 0).toInt());
+            const int at = in.section(u' ', 1, 1).toInt();
+            const int selected = in.section(u' ', 2, 2).toInt();
+            const QString after = before.first(at) + out + before.sliced(at + selected);
+            MessageEdit edit;
+            edit.SetMessageText(before);
+            QTextCursor cursor = edit.textCursor();
+            cursor.setPosition(at);
+            cursor.setPosition(at + selected, QTextCursor::KeepAnchor);
+            edit.setTextCursor(cursor);
+            QApplication::clipboard()->setText(in.section(u' ', 3));
+            edit.paste();
+            QCOMPARE(edit.MessageText(), after);
+            edit.undo();
+            QCOMPARE(edit.MessageText(), before);
+        }
     }
 
     void completesWhatIsTyped()
