@@ -85,6 +85,7 @@ private slots:
              u"<LOGON>FAIL</LOGON>"_s,
              none},
             {"nothing in it", {.pieces = {ScriptedPeer::Ok("")}}, none, none},
+            {"404", {.pieces = {"HTTP/1.1 404 Not Found\r\n\r\nabcd"}}, none, u"The server answered: 404 Not Found"_s},
             {"500", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nabcd"}}, none, u"The server answered: 500 Broken"_s},
             {"redirect",
              {.pieces = {"HTTP/1.1 307 Temporary\r\nLocation: /b\r\nContent-Length: 0\r\n\r\n"}},
