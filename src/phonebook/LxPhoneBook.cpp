@@ -4,6 +4,7 @@
 #include "Error.h"
 #include "LxCountryList.h"
 #include "PhoneBookFile.h"
+#include "PhoneNumbers.h"
 #include "SaveFile.h"
 #include "TextFile.h"
 #include "TextWriter.h"
@@ -60,6 +61,14 @@ LxGroupList LxPhoneBook::GroupsExcludingAllContacts() const
 LxContactPtr LxPhoneBook::CreateContact() const
 {
     return LxContact::Create(m_countries);
+}
+
+LxContactPtr LxPhoneBook::CreateHomeContact() const
+{
+    LxContactPtr contact = CreateContact();
+    if (m_countries.CountryExists(PhoneNumbers::kDefaultCountryCode))
+        contact->SetCountryCode(PhoneNumbers::kDefaultCountryCode);
+    return contact;
 }
 
 void LxPhoneBook::ClearAll()

@@ -33,6 +33,9 @@ public:
     /// A contact of this phone book's countries, in no group yet.
     [[nodiscard]] LxContactPtr CreateContact() const;
 
+    /// The same, of the home country where the country table has it: what a user's new contact starts as.
+    [[nodiscard]] LxContactPtr CreateHomeContact() const;
+
     /// Makes the named file the phone book's file and loads it. When there is none, the folders on its path and the
     /// file are made, and hold what is in memory now: opening a new name acts as a save-as.
     void OpenPhoneBook(QString name);

@@ -4,7 +4,6 @@
 #include "AccountDetails.h"
 #include "Controls.h"
 #include "Error.h"
-#include "LxCountryList.h"
 #include "OrderPage.h"
 #include "PhoneBook.h"
 #include "PhoneNumbers.h"
@@ -183,9 +182,7 @@ std::optional<LxContactList> Compose::Recipients()
 LxContactPtr Compose::NewRecipient(const QString &typed)
 {
     LxPhoneBook &phoneBook = m_services.phoneBook.ReadOnlyPhoneBook();
-    const LxContactPtr contact = phoneBook.CreateContact();
-    if (m_services.countries.CountryExists(PhoneNumbers::kDefaultCountryCode))
-        contact->SetCountryCode(PhoneNumbers::kDefaultCountryCode);
+    const LxContactPtr contact = phoneBook.CreateHomeContact();
     const bool isNumber = PhoneNumbers::IsValidPhoneNumber(PhoneNumbers::CleanPhoneNumber(typed));
     constexpr bool kIsNew = true;
     constexpr bool kAddToCurrentGroup = false;

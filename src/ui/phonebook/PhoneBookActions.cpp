@@ -19,7 +19,7 @@ void PhoneBook::NewContact()
 {
     constexpr bool kIsNew = true;
     constexpr bool kAddToCurrentGroup = true;
-    EditContact(m_commands.NewContact(m_services.countries), kIsNew, {}, {}, kAddToCurrentGroup, this);
+    EditContact(m_phoneBook.CreateHomeContact(), kIsNew, {}, {}, kAddToCurrentGroup, this);
 }
 
 void PhoneBook::Properties()

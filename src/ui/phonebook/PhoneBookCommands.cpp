@@ -1,7 +1,5 @@
 #include "PhoneBookCommands.h"
 
-#include "LxCountryList.h"
-#include "PhoneNumbers.h"
 #include "Prompts.h"
 
 #include <QCoreApplication>
@@ -22,14 +20,6 @@ PhoneBookCommands::PhoneBookCommands(LxPhoneBook &phoneBook, Prompts &prompts, Q
     , m_prompts(prompts)
     , m_owner(owner)
 {
-}
-
-LxContactPtr PhoneBookCommands::NewContact(const LxCountryList &countries) const
-{
-    LxContactPtr contact = m_phoneBook.CreateContact();
-    if (countries.CountryExists(PhoneNumbers::kDefaultCountryCode))
-        contact->SetCountryCode(PhoneNumbers::kDefaultCountryCode);
-    return contact;
 }
 
 bool PhoneBookCommands::Confirms(const QString &question, const QString &caption) const

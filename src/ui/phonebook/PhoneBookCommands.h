@@ -16,9 +16,6 @@ public:
     /// `owner` is the window that asks the questions. All must outlive the commands.
     PhoneBookCommands(LxPhoneBook &phoneBook, Prompts &prompts, QObject *owner);
 
-    /// A new contact, in no group yet, of the home country where the country table has it.
-    [[nodiscard]] LxContactPtr NewContact(const LxCountryList &countries) const;
-
     /// Asks, and destroys the contacts. False when there are none or the user said no.
     bool DeleteContacts(const LxContactList &contacts) const;
 
