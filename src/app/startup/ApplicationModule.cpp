@@ -68,7 +68,6 @@ bool ApplicationModule::Main()
         PhoneBook::Services{m_program->countries, m_seams.clock, m_seams.prompts, m_seams.shell, m_program->settings});
     OpenPhoneBook();
     m_program->compose.emplace(Compose::Services{{m_program->settings, m_program->posts, m_seams.postRunner},
-                                                 m_program->countries,
                                                  m_seams.prompts,
                                                  m_seams.shell,
                                                  *m_program->phoneBook});

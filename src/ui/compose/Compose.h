@@ -26,7 +26,6 @@ public:
     struct Services
     {
         SendingSMS::Gateway gateway;
-        const LxCountryList &countries;
         Prompts &prompts;
         Shell &shell;
         PhoneBook &phoneBook;

@@ -41,7 +41,7 @@ class TestCompose final : public QObject
         }
 
         ScriptedPeer peer{{.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>")}}};
-        const Compose::Services services{gateway, countries, prompts, shell, phoneBook};
+        const Compose::Services services{gateway, prompts, shell, phoneBook};
         Compose compose{services};
         QComboBox &to = Control<QComboBox>(compose, "cboTo");
         QPlainTextEdit &text = Control<QPlainTextEdit>(compose, "txtTextMessage");
