@@ -2,6 +2,8 @@
 
 #include "TextWriter.h"
 
+#include <QStringDecoder>
+
 #include <algorithm>
 #include <array>
 
@@ -47,6 +49,13 @@ QString Decode(const QByteArray &bytes)
 {
     // fromUtf8 takes the mark off, and only one: the text itself may begin with that character.
     return bytes.startsWith(kUtf8Mark) ? QString::fromUtf8(bytes) : DecodeCodePage(bytes);
+}
+
+QString DecodeForeign(const QByteArray &bytes)
+{
+    if (const auto marked = QStringConverter::encodingForData(bytes))
+        return QStringDecoder(*marked).decode(bytes);
+    return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : DecodeCodePage(bytes);
 }
 
 QByteArray Encode(const QString &text)

@@ -15,6 +15,14 @@
 using namespace Qt::StringLiterals;
 
 namespace Utils {
+namespace {
+
+[[noreturn]] void RaiseUnreadable(const QString &description)
+{
+    throw Error(ErrorNumber::kFileAccess, u"ReadTextFile"_s, description);
+}
+
+} // namespace
 
 QString GetSpecialFolder(SpecialFolder folder)
 {
@@ -59,12 +67,18 @@ QByteArray ReadTextFile(const QString &path)
         throw Error(ErrorNumber::kFileNotFound, u"ReadTextFile"_s,
                     QCoreApplication::translate("Utils", "File not found"));
     }
+    // A pipe or a device may never come to an end.
+    if (!QFileInfo(path).isFile())
+        RaiseUnreadable(QCoreApplication::translate("Utils", "It is not a file"));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw Error(ErrorNumber::kFileAccess, u"ReadTextFile"_s, file.errorString());
+        RaiseUnreadable(file.errorString());
+    constexpr qint64 kLargest = 256LL << 20;
+    if (file.size() > kLargest)
+        RaiseUnreadable(QCoreApplication::translate("Utils", "The file is too large"));
     QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
-        throw Error(ErrorNumber::kFileAccess, u"ReadTextFile"_s, file.errorString());
+        RaiseUnreadable(file.errorString());
     return bytes;
 }
 

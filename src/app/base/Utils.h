@@ -33,7 +33,8 @@ template <typename T>
 [[nodiscard]] bool FileExists(const QString &path);
 
 /// The whole file, byte for byte. Raises number 53, source "ReadTextFile", "File not found" when there is no such
-/// file, and number 75 with the system's reason when it cannot be read.
+/// file, and number 75 when it cannot be read: with the system's reason, or because it is no plain file or larger than
+/// 256 MiB, which no text file of contacts is.
 [[nodiscard]] QByteArray ReadTextFile(const QString &path);
 
 /// The part after the last "/" or "\".

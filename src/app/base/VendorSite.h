@@ -16,6 +16,7 @@ namespace VendorSite {
 inline constexpr QLatin1StringView kGatewayPath("/brevio/gateway/gateway.php");
 inline constexpr QLatin1StringView kOrderPath("/brevio/order.html");
 inline constexpr QLatin1StringView kHelpPath("/brevio/help.html");
+inline constexpr QLatin1StringView kImportingHelpPath("/brevio/help_importing.html");
 inline constexpr QLatin1StringView kGuaranteePath("/brevio/guarantee.html");
 
 } // namespace VendorSite

@@ -11,9 +11,12 @@ QStringList ForQt(const QString &filter)
     for (qsizetype i = 0; i + 1 < pieces.size(); i += 2) {
         QString name = pieces[i];
         // The name already ends with its patterns for the eye.
-        if (const qsizetype patterns = name.lastIndexOf("(*"_L1); patterns >= 0)
-            name = name.first(patterns).trimmed();
-        filters += name + " ("_L1 + pieces[i + 1].split(u';').join(u' ') + u')';
+        if (const qsizetype start = name.lastIndexOf("(*"_L1); start >= 0)
+            name = name.first(start).trimmed();
+        QStringList patterns = pieces[i + 1].split(u';');
+        // Here many files have no dot in their names.
+        patterns.replaceInStrings(u"*.*"_s, u"*"_s);
+        filters += name + " ("_L1 + patterns.join(u' ') + u')';
     }
     return filters;
 }
