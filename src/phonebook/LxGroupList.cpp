@@ -20,9 +20,14 @@ LxGroup &LxGroupList::CreateGroup(const QString &name)
     // Looked up as it will be kept, so that a name that is too long gives one group however often it comes.
     if (LxGroup *group = Lookup(LxGroup::CleanName(name)))
         return *group;
+    return CreateNewGroup(name);
+}
+
+LxGroup &LxGroupList::CreateNewGroup(const QString &name)
+{
     LxGroup &group = *m_owned.emplace_back(std::make_unique<LxGroup>());
     group.SetName(name);
-    Add(group);
+    AddNew(group);
     return group;
 }
 

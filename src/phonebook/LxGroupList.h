@@ -20,6 +20,8 @@ public:
 
     /// The group of this name, cleaned as group names are; made and added when there is none.
     LxGroup &CreateGroup(const QString &name);
+    /// Makes and adds a group of a name of which the caller knows that no group has it.
+    LxGroup &CreateNewGroup(const QString &name);
 
     /// Empties the group, removes it from the list and ends it when this list owns it. Its contacts stay in the
     /// phone book.

@@ -2,6 +2,8 @@
 
 #include "Clock.h"
 #include "Error.h"
+#include "ExportFile.h"
+#include "ImportLine.h"
 #include "LxCountryList.h"
 #include "PhoneBookFile.h"
 #include "PhoneNumbers.h"
@@ -17,6 +19,7 @@
 
 #include <optional>
 #include <utility>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -34,6 +37,44 @@ QString ReadText(const QString &name)
 }
 
 } // namespace
+
+/// Finds or makes the groups that lines name, each in constant time: a file may name a group of its own on every line.
+class LxPhoneBook::GroupFinder final
+{
+public:
+    explicit GroupFinder(LxGroupList &groups)
+        : m_groups(groups)
+    {
+        for (LxGroup *group : groups)
+            if (!m_byName.contains(group->Name()))
+                m_byName.insert(group->Name(), group);
+    }
+
+    /// The groups of these names, joined by ";"; none for empty text.
+    const std::vector<LxGroup *> &Find(const QString &names)
+    {
+        // Most lines name the same groups as one before.
+        std::vector<LxGroup *> &groups = m_byNames[names];
+        if (groups.empty() && !names.isEmpty()) {
+            for (const QString &name : names.split(u';'))
+                groups.push_back(&FindOne(LxGroup::CleanName(name)));
+        }
+        return groups;
+    }
+
+private:
+    LxGroup &FindOne(const QString &name)
+    {
+        LxGroup *&group = m_byName[name];
+        if (!group)
+            group = &m_groups.CreateNewGroup(name);
+        return *group;
+    }
+
+    LxGroupList &m_groups;
+    QHash<QString, LxGroup *> m_byName;
+    QHash<QString, std::vector<LxGroup *>> m_byNames;
+};
 
 LxPhoneBook::LxPhoneBook(const LxCountryList &countries, const Clock &clock)
     : m_countries(countries)
@@ -205,33 +246,63 @@ bool LxPhoneBook::HasContact(const QString &text) const
 bool LxPhoneBook::AddContacts(const QString &text)
 {
     bool readAll = true;
-    // Many contacts share the same groups, whose names are then looked up once.
-    QHash<QString, std::vector<LxGroup *>> groupsOf;
+    GroupFinder finder(m_groups);
     QString names;
     TextFile::ForEachLine(text, [&](QStringView line) {
         const LxContactPtr contact = ContactOf(line, names);
-        if (!contact) {
+        if (contact)
+            AddContact(contact, names, finder);
+        else
             readAll = readAll && line.trimmed().isEmpty();
-            return;
-        }
-        m_allContacts->Add(contact);
-        if (names.isEmpty())
-            return;
-        std::vector<LxGroup *> &groups = groupsOf[names];
-        if (groups.empty())
-            groups = GroupsNamed(names);
-        for (LxGroup *group : groups)
-            group->Add(contact);
     });
     return readAll;
 }
 
-std::vector<LxGroup *> LxPhoneBook::GroupsNamed(const QString &names)
+void LxPhoneBook::AddContact(const LxContactPtr &contact, const QString &groups, GroupFinder &finder)
 {
-    std::vector<LxGroup *> groups;
-    for (const QString &name : names.split(u';'))
-        groups.push_back(&m_groups.CreateGroup(name));
-    return groups;
+    m_allContacts->Add(contact);
+    for (LxGroup *group : finder.Find(groups))
+        group->Add(contact);
+}
+
+void LxPhoneBook::ParseContacts(const QString &text)
+{
+    GroupFinder finder(m_groups);
+    TextFile::ForEachLine(text, [&](QStringView line) {
+        line = ImportLine::WithoutComment(line);
+        if (line.isEmpty())
+            return;
+        try {
+            const ImportLine::Fields fields = ImportLine::Parse(line, m_countries);
+            const LxContactPtr contact = CreateContact();
+            contact->SetName(fields.name);
+            if (fields.countryCode != 0)
+                contact->SetCountryCode(fields.countryCode);
+            contact->SetMobile(fields.mobile);
+            AddContact(contact, fields.groups, finder);
+        } catch (const Error &) {
+            // A heading, or a line of something else, costs its own contact only.
+        }
+    });
+}
+
+void LxPhoneBook::Import(const LxContactList &contacts, LxGroup *group)
+{
+    for (const LxContactPtr &contact : contacts) {
+        const LxContactPtr clone = contact->Clone();
+        m_allContacts->Add(clone);
+        if (group)
+            group->Add(clone);
+    }
+}
+
+void LxPhoneBook::Export(const QString &name, const LxGroup &group) const
+{
+    if (IsSameFile(name, m_fileName)) {
+        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
+                    QCoreApplication::translate("LxPhoneBook", "This file is the phone book itself"));
+    }
+    SaveFile(name, ExportFile::Content(group, m_clock.Now().date()));
 }
 
 QByteArray LxPhoneBook::Content() const

@@ -2,12 +2,11 @@
 
 #include "FileLock.h"
 #include "LxContact.h"
+#include "LxContactList.h"
 #include "LxGroup.h"
 #include "LxGroupList.h"
 
 #include <QString>
-
-#include <vector>
 
 class Clock;
 class LxCountryList;
@@ -60,6 +59,18 @@ public:
     /// the phone book is as it was, groups without members included.
     QString Restore(const QString &name);
 
+    /// Adds every contact that can be read in the text of a contact file of another program, in the order of its lines,
+    /// and to the groups that its line names. A line that cannot be read is passed over.
+    void ParseContacts(const QString &text);
+
+    /// Adds a clone of every contact, in no other group than `group`, where one is given. Nothing is saved.
+    /// Raises what LxContact::Clone raises for a contact without a country or a number; those before it stay added.
+    void Import(const LxContactList &contacts, LxGroup *group);
+
+    /// Writes the members of the group to a file for spreadsheets. Raises number 5, source "Corvane.PhoneBook", for the
+    /// phone book's own file.
+    void Export(const QString &name, const LxGroup &group) const;
+
     /// Empties the phone book. Files are not touched.
     void ClearAll();
 
@@ -67,12 +78,15 @@ public:
     [[nodiscard]] static QString DefaultFileName();
 
 private:
+    class GroupFinder;
+
+    /// Adds a contact to "Everyone" and to the groups of these names, joined by ";".
+    void AddContact(const LxContactPtr &contact, const QString &groups, GroupFinder &finder);
     /// The line's contact; null for a line that breaks the rules. `groups` becomes the names of its groups.
     [[nodiscard]] LxContactPtr ContactOf(QStringView line, QString &groups) const;
     [[nodiscard]] bool HasContact(const QString &text) const;
     /// Adds the contacts of a phone-book file's text. False when a line that was not blank was skipped.
     bool AddContacts(const QString &text);
-    [[nodiscard]] std::vector<LxGroup *> GroupsNamed(const QString &names);
     [[nodiscard]] QByteArray Content() const;
     [[nodiscard]] QString KeepOldFile() const;
 
