@@ -13,6 +13,7 @@
 #include "Utils.h"
 #include "VendorPages.h"
 #include "VendorSite.h"
+#include "WaitCursor.h"
 #include "ui_PhoneBook.h"
 
 #include <QApplication>
@@ -134,6 +135,12 @@ void PhoneBook::ConnectMenus()
     runs({m_ui->mnuRemoveContactsFromThisGroup, m_ui->mnuPopupRemoveContactsFromThisGroup},
          &PhoneBook::RemoveFromThisGroup);
     runs({m_ui->mnuSelectAllContacts, m_ui->mnuPopupSelectAllContacts}, &PhoneBook::SelectAll);
+    runs({m_ui->mnuMergeDuplicates}, &PhoneBook::MergeDuplicates);
+    runs({m_ui->mnuExclude}, &PhoneBook::DeleteByList);
+    runs({m_ui->mnuBackup}, &PhoneBook::Backup);
+    runs({m_ui->mnuRestore}, &PhoneBook::Restore);
+    runs({m_ui->mnuContactsImport, m_ui->actImport}, &PhoneBook::ImportContacts);
+    runs({m_ui->mnuContactsExport}, &PhoneBook::Export);
     runs({m_ui->mnuOnlineHelp}, [](PhoneBook *window) {
         const Services &services = window->m_services;
         VendorPages::Open(VendorSite::kHelpPath, services.settings, services.shell, services.prompts, window);
@@ -205,15 +212,19 @@ bool PhoneBook::Autosave()
 bool PhoneBook::Save()
 {
     try {
-        const QString kept = m_phoneBook.SavePhoneBook();
-        if (!kept.isEmpty())
-            m_notice = tr("What could not be read was kept in %1").arg(Utils::FileNameOfPath(kept));
+        NoteKeptFile(m_phoneBook.SavePhoneBook());
         return true;
     } catch (const Error &error) {
         m_services.prompts.ShowMessageBox(
             {tr("The phone book could not be saved: ") + error.Description(), PromptIcon::Exclamation}, this);
         return false;
     }
+}
+
+void PhoneBook::NoteKeptFile(const QString &path)
+{
+    if (!path.isEmpty())
+        m_notice = tr("What could not be read was kept in %1").arg(Utils::FileNameOfPath(path));
 }
 
 void PhoneBook::ShowNotice()
@@ -333,12 +344,13 @@ void PhoneBook::FillContactsInPlace()
 void PhoneBook::FindTyped()
 {
     CommitEditor();
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    if (m_contacts->IsStale())
-        m_contacts->Fill(ChosenGroup(), m_ui->txtFind->text());
-    else
-        m_contacts->Find(m_ui->txtFind->text());
-    QApplication::restoreOverrideCursor();
+    {
+        const WaitCursor hourglass;
+        if (m_contacts->IsStale())
+            m_contacts->Fill(ChosenGroup(), m_ui->txtFind->text());
+        else
+            m_contacts->Find(m_ui->txtFind->text());
+    }
     m_ui->lvwContacts->scrollToTop();
     ShowCount();
     EnableCommands();

@@ -5,6 +5,7 @@
 #include "LxPhoneBook.h"
 #include "MenuRules.h"
 #include "PhoneBookCommands.h"
+#include "Prompts.h"
 
 #include <QMainWindow>
 
@@ -13,7 +14,6 @@
 class ContactModel;
 class GroupModel;
 class NameDelegate;
-class Prompts;
 class QTreeView;
 class Settings;
 class Shell;
@@ -65,6 +65,16 @@ public:
     /// chooses it and starts editing its name.
     LxGroup &CreateNewGroup(bool addSelectedContacts);
 
+    /// Asks for a file of contacts to import, proposing one; gives its path, or empty text when the user cancelled.
+    [[nodiscard]] QString AskImportContactsFilename(const QString &proposal, QWidget *owner);
+
+    /// The contacts in the text of a file that another program wrote, in no group; the phone book stays as it is.
+    [[nodiscard]] LxContactList ParseContacts(const QString &text) const;
+
+    /// Adds clones of the contacts to the phone book and to a new group "Imported", chooses that group and starts
+    /// editing its name. Tells the user when there is none, and when one could not be added; those before it then stay.
+    void ImportContactsData(const LxContactList &contacts);
+
     /// Saves the phone book, and tells the user when that failed or when the old file was kept beside it.
     bool Autosave();
 
@@ -95,7 +105,10 @@ private:
     void Unload();
     bool Save();
     bool CommitAndSave();
+    void NoteKeptFile(const QString &path);
     void ShowNotice();
+    bool TellFailure(const QString &caption, const QString &text, const QString &failure,
+                     PromptIcon icon = PromptIcon::Information);
 
     [[nodiscard]] LxGroup &ChosenGroup() const;
     [[nodiscard]] LxContactList SelectedContacts() const;
@@ -105,6 +118,7 @@ private:
     void FillGroups(const LxGroup &toChoose);
     void ChooseRow(const LxGroup &group);
     void FillContacts();
+    void RefillLists(const LxGroup &toChoose);
     void FillContactsInPlace();
     void FindTyped();
     void GroupClicked();
@@ -127,6 +141,13 @@ private:
     void RemoveFromAllGroups();
     void RemoveFromThisGroup();
     void SelectAll();
+    void MergeDuplicates();
+    void DeleteByList();
+    [[nodiscard]] QString AskBackupFile(bool isForRestore);
+    void Backup();
+    void Restore();
+    void Export();
+    void ImportContacts();
     void UnloadComposeWindows();
     void ShowContactsMenu(const QPoint &position);
     void ShowGroupsMenu(const QPoint &position);

@@ -73,7 +73,8 @@ void PhoneBook::DeleteGroup()
 
 LxGroup &PhoneBook::CreateNewGroup(bool addSelectedContacts)
 {
-    LxGroup &group = m_commands.CreateGroup(addSelectedContacts ? SelectedContacts() : LxContactList());
+    LxGroup &group =
+        m_commands.CreateGroup(tr("New Group"), addSelectedContacts ? SelectedContacts() : LxContactList());
     if (m_isLoaded) {
         FillGroups(group);
         GroupClicked();

@@ -1,7 +1,5 @@
 #include "PhoneBookCommands.h"
 
-#include "Prompts.h"
-
 #include <QCoreApplication>
 
 using namespace Qt::StringLiterals;
@@ -22,11 +20,11 @@ PhoneBookCommands::PhoneBookCommands(LxPhoneBook &phoneBook, Prompts &prompts, Q
 {
 }
 
-bool PhoneBookCommands::Confirms(const QString &question, const QString &caption) const
+bool PhoneBookCommands::Confirms(const QString &question, const QString &caption, PromptIcon icon) const
 {
     return m_prompts.ShowMessageBox(
-               {.text = question, .icon = PromptIcon::Question, .buttons = PromptButtons::YesNo, .caption = caption},
-               m_owner) == PromptAnswer::Yes;
+               {.text = question, .icon = icon, .buttons = PromptButtons::YesNo, .caption = caption}, m_owner) ==
+           PromptAnswer::Yes;
 }
 
 bool PhoneBookCommands::DeleteContacts(const LxContactList &contacts) const
@@ -56,10 +54,17 @@ bool PhoneBookCommands::DeleteGroup(LxGroup &group) const
     return true;
 }
 
-LxGroup &PhoneBookCommands::CreateGroup(const LxContactList &members) const
+bool PhoneBookCommands::ConfirmsMerge() const
+{
+    return Confirms(Tr("This will merge contacts with the same mobile phone number across the entire phone book.") +
+                        "\r\n\r\n"_L1 + Tr("Are you sure you want to merge duplicate contacts?"),
+                    Tr("Merge Duplicates"), PromptIcon::None);
+}
+
+LxGroup &PhoneBookCommands::CreateGroup(const QString &wantedName, const LxContactList &members) const
 {
     LxGroupList &groups = m_phoneBook.Groups();
-    LxGroup &group = groups.CreateGroup(groups.UniqueName(Tr("New Group")));
+    LxGroup &group = groups.CreateGroup(groups.UniqueName(wantedName));
     AddToGroup(members, group);
     return group;
 }

@@ -2,10 +2,10 @@
 
 #include "LxContactList.h"
 #include "LxPhoneBook.h"
+#include "Prompts.h"
 
 #include <QString>
 
-class Prompts;
 class QObject;
 
 /// What the commands of the phone book window do to the phone book. The window finds the contacts and groups, shows
@@ -19,11 +19,14 @@ public:
     /// Asks, and destroys the contacts. False when there are none or the user said no.
     bool DeleteContacts(const LxContactList &contacts) const;
 
+    /// Asks whether contacts of the same number are to be merged.
+    [[nodiscard]] bool ConfirmsMerge() const;
+
     /// Asks, and destroys the group; its contacts stay. False for "Everyone" and when the user said no.
     bool DeleteGroup(LxGroup &group) const;
 
-    /// A group of a free name, with these members.
-    LxGroup &CreateGroup(const LxContactList &members) const;
+    /// A group of the wanted name, or of one like it that is free, with these members.
+    LxGroup &CreateGroup(const QString &wantedName, const LxContactList &members) const;
 
     /// Gives the group the typed name, or one like it that is free. False when that changes nothing.
     bool RenameGroup(LxGroup &group, const QString &typed) const;
@@ -39,7 +42,8 @@ public:
 
 private:
     [[nodiscard]] bool IsEveryone(const LxGroup &group) const { return &group == &m_phoneBook.AllContacts(); }
-    [[nodiscard]] bool Confirms(const QString &question, const QString &caption) const;
+    [[nodiscard]] bool Confirms(const QString &question, const QString &caption,
+                                PromptIcon icon = PromptIcon::Question) const;
 
     LxPhoneBook &m_phoneBook;
     Prompts &m_prompts;

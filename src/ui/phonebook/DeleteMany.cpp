@@ -1,0 +1,40 @@
+#include "DeleteMany.h"
+
+#include "Controls.h"
+#include "ui_DeleteMany.h"
+
+using namespace Qt::StringLiterals;
+
+DeleteMany::DeleteMany(Settings &settings, QWidget *parent)
+    : QDialog(parent)
+    , m_settings(settings)
+    , m_ui(std::make_unique<Ui::DeleteMany>())
+{
+    m_ui->setupUi(this);
+    setWindowModality(Qt::ApplicationModal);
+    connect(m_ui->cmdOK, &QPushButton::clicked, this, &DeleteMany::accept);
+    connect(m_ui->cmdCancel, &QPushButton::clicked, this, &DeleteMany::reject);
+    Controls::FitToContents(*this);
+    Controls::RestoreWindowPosition(m_settings, *this);
+}
+
+DeleteMany::~DeleteMany() = default;
+
+QString DeleteMany::ExclusionList() const
+{
+    return m_ui->txtExclude->toPlainText();
+}
+
+void DeleteMany::showEvent(QShowEvent *event)
+{
+    // Once, not whenever the user comes back from another program with a name: the next key would erase the list.
+    m_ui->txtExclude->selectAll();
+    m_ui->txtExclude->setFocus();
+    QDialog::showEvent(event);
+}
+
+void DeleteMany::done(int result)
+{
+    Controls::SaveWindowPosition(m_settings, *this);
+    QDialog::done(result);
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class Settings;
+namespace Ui {
+class DeleteMany;
+}
+
+/// Asks for the names and numbers of the contacts to delete, one a line.
+class DeleteMany final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    DeleteMany(Settings &settings, QWidget *parent);
+    ~DeleteMany() override;
+
+    /// What was typed, its lines ended by LF.
+    [[nodiscard]] QString ExclusionList() const;
+
+    void done(int result) override;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    Settings &m_settings;
+    std::unique_ptr<Ui::DeleteMany> m_ui;
+};

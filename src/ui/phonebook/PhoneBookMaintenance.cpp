@@ -1,0 +1,191 @@
+#include "DeleteMany.h"
+#include "Error.h"
+#include "Import.h"
+#include "Maintenance.h"
+#include "PhoneBook.h"
+#include "Prompts.h"
+#include "Settings.h"
+#include "Utils.h"
+#include "WaitCursor.h"
+
+using namespace Qt::StringLiterals;
+
+// The commands that are for the whole phone book, and those that read or write other files.
+
+namespace {
+
+const QString kBackupSection = u"Backup Phonebook"_s;
+const QString kExportSection = u"Export Contacts"_s;
+const QString kFile = u"File"_s;
+
+/// What `work` raises as its description, or empty text. The hourglass shows while it runs.
+template <typename Work>
+QString Failure(Work work)
+{
+    const WaitCursor hourglass;
+    try {
+        work();
+    } catch (const Error &error) {
+        return error.Description();
+    }
+    return {};
+}
+
+} // namespace
+
+bool PhoneBook::TellFailure(const QString &caption, const QString &text, const QString &failure, PromptIcon icon)
+{
+    if (failure.isEmpty())
+        return false;
+    m_services.prompts.ShowMessageBox({.text = text + failure, .icon = icon, .caption = caption}, this);
+    return true;
+}
+
+void PhoneBook::RefillLists(const LxGroup &toChoose)
+{
+    FillGroups(toChoose);
+    FillContacts();
+}
+
+void PhoneBook::MergeDuplicates()
+{
+    if (!m_commands.ConfirmsMerge())
+        return;
+    {
+        const WaitCursor hourglass;
+        Maintenance::MergeDuplicates(m_phoneBook);
+        RefillLists(ChosenGroup());
+    }
+    Autosave();
+}
+
+void PhoneBook::DeleteByList()
+{
+    DeleteMany dialog(m_services.settings, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    {
+        const WaitCursor hourglass;
+        const int count = Maintenance::DeleteMany(m_phoneBook, dialog.ExclusionList());
+        RefillLists(ChosenGroup());
+        Status(QString::number(count) + tr(" contacts deleted"));
+    }
+    Autosave();
+}
+
+QString PhoneBook::AskBackupFile(bool isForRestore)
+{
+    const QString proposal = Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s;
+    const FileDialogRequest request{.title = isForRestore ? tr("Select Backup File to Restore")
+                                                          : tr("Select File to Backup to"),
+                                    .filter = u"Brevio Phonebook (*.kpb)|*.kpb"_s,
+                                    .initialPath = m_services.settings.Get(kBackupSection, kFile, proposal),
+                                    .confirmOverwrite = !isForRestore};
+    const QString path =
+        isForRestore ? m_services.prompts.AskOpenFile(request, this) : m_services.prompts.AskSaveFile(request, this);
+    if (!path.isEmpty())
+        m_services.settings.Save(kBackupSection, kFile, path);
+    return path;
+}
+
+void PhoneBook::Backup()
+{
+    const QString path = AskBackupFile(false);
+    if (path.isEmpty())
+        return;
+    const QString failure = Failure([&] { m_phoneBook.Backup(path); });
+    TellFailure(tr("Backup Failed"), tr("The phonebook could not be backed up: "), failure);
+}
+
+void PhoneBook::Restore()
+{
+    const QString path = AskBackupFile(true);
+    if (path.isEmpty())
+        return;
+    const QString notSaved = Failure([this] { NoteKeptFile(m_phoneBook.SavePhoneBook()); });
+    // The icons of the two failures differ, and that is meant.
+    if (TellFailure(tr("Restore Failed"),
+                    tr("The phonebook could not be restored, as the existing phonebook could not be saved: "), notSaved,
+                    PromptIcon::Critical))
+        return;
+    // Its groups are other ones, and when it fails, the phone book is what it was.
+    const QString chosen = ChosenGroup().Name();
+    const QString failure = Failure([&] {
+        NoteKeptFile(m_phoneBook.Restore(path));
+        const LxGroup *same = m_phoneBook.Groups().Lookup(chosen);
+        RefillLists(same ? *same : m_phoneBook.AllContacts());
+    });
+    ShowNotice();
+    TellFailure(tr("Restore Failed"), tr("The phonebook could not be restored: "), failure);
+}
+
+void PhoneBook::Export()
+{
+    const QString proposal = Utils::MyDocumentsFolder() + u"/Brevio Contacts"_s;
+    const QString path =
+        m_services.prompts.AskSaveFile({.title = tr("Select File to Export to"),
+                                        .filter = u"CSV (Comma delimited) (*.csv)|*.csv"_s,
+                                        .initialPath = m_services.settings.Get(kExportSection, kFile, proposal),
+                                        .confirmOverwrite = true},
+                                       this);
+    if (path.isEmpty())
+        return;
+    m_services.settings.Save(kExportSection, kFile, path);
+    const QString failure = Failure([&] { m_phoneBook.Export(path, ChosenGroup()); });
+    TellFailure(tr("Export Failed"), tr("The phonebook could not be exported: "), failure);
+}
+
+QString PhoneBook::AskImportContactsFilename(const QString &proposal, QWidget *owner)
+{
+    return m_services.prompts.AskOpenFile(
+        {.title = tr("Select File to Import from"),
+         .filter = u"All contact files (*.csv, *.txt, *.kpb)|*.csv;*.txt;*.kpb|CSV (Comma delimited) (*.csv)|*.csv|"
+                   u"Text (Tab delimited) (*.txt)|*.txt|Brevio phonebook (*.kpb)|*.kpb|All files (*.*)|*.*"_s,
+         .initialPath = Utils::IfEmpty(proposal, Utils::MyDocumentsFolder() + u'/')},
+        owner);
+}
+
+void PhoneBook::ImportContacts()
+{
+    const auto askFile = [this](const QString &proposal, QWidget *owner) {
+        return AskImportContactsFilename(proposal, owner);
+    };
+    Import dialog({m_services.prompts, m_services.shell, m_services.settings}, askFile, this);
+    if (dialog.exec() == QDialog::Accepted)
+        ImportContactsData(ParseContacts(dialog.ContactData()));
+}
+
+LxContactList PhoneBook::ParseContacts(const QString &text) const
+{
+    const WaitCursor hourglass;
+    // Apart from the user's phone book, which the groups of the lines are not for.
+    LxPhoneBook scratch(m_services.countries, m_services.clock);
+    scratch.ParseContacts(text);
+    return scratch.AllContacts().ContactList();
+}
+
+void PhoneBook::ImportContactsData(const LxContactList &contacts)
+{
+    const QString caption = tr("Import Failed");
+    const QString notImported = tr("The contacts could not be imported: ");
+    if (contacts.Count() == 0) {
+        TellFailure(caption, notImported,
+                    tr("No line of the file holds a mobile number and another field, separated by a comma or a tab."));
+        return;
+    }
+    LxGroup &chosen = ChosenGroup();
+    LxGroup &group = m_commands.CreateGroup(tr("Imported"), {});
+    const QString failure = Failure([&] { m_phoneBook.Import(contacts, &group); });
+    if (group.Count() == 0) {
+        m_phoneBook.Groups().DestroyGroup(group);
+        RefillLists(chosen);
+    } else {
+        const WaitCursor hourglass;
+        FillGroups(group);
+        GroupClicked();
+    }
+    Autosave();
+    // The user names the batch at once, unless something is to be told.
+    if (!TellFailure(caption, notImported, failure))
+        EditGroupName();
+}
