@@ -1,7 +1,7 @@
 #include "DiskFaults.h"
 #include "Fakes.h"
 #include "Files.h"
-#include "LxPhoneBook.h"
+#include "Printed.h"
 #include "Raised.h"
 #include "SampleCountries.h"
 #include "WithoutRoot.h"
@@ -18,18 +18,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const auto kInUse = u"70 FileLock: The file is in use by another program."_s;
-
-/// Every contact as "name code mobile [groups]", and then the groups.
-QString Printed(LxPhoneBook &book)
-{
-    QStringList printed;
-    for (const LxContactPtr &contact : book.AllContacts()) {
-        printed +=
-            u"%1 %2 %3 [%4]"_s.arg(contact->Name(), QString::number(contact->CountryCode()), contact->UserMobile(),
-                                   contact->Groups().AsString(u";"_s, &book.AllContacts()));
-    }
-    return printed.join(u'\n') + u" | "_s + book.Groups().AsString(u";"_s);
-}
 
 /// The file of a phone book of some hundred contacts that has been edited so often.
 QByteArray FileOf(int edits)

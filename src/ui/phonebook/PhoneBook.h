@@ -119,6 +119,7 @@ private:
     void ChooseRow(const LxGroup &group);
     void FillContacts();
     void RefillLists(const LxGroup &toChoose);
+    void ShowNewGroup(const LxGroup &group);
     void FillContactsInPlace();
     void FindTyped();
     void GroupClicked();

@@ -75,18 +75,24 @@ LxGroup &PhoneBook::CreateNewGroup(bool addSelectedContacts)
 {
     LxGroup &group =
         m_commands.CreateGroup(tr("New Group"), addSelectedContacts ? SelectedContacts() : LxContactList());
-    if (m_isLoaded) {
-        FillGroups(group);
-        GroupClicked();
-    }
+    ShowNewGroup(group);
     Autosave();
-    if (m_isLoaded)
-        EditGroupName();
+    EditGroupName();
     return group;
+}
+
+void PhoneBook::ShowNewGroup(const LxGroup &group)
+{
+    if (!m_isLoaded)
+        return;
+    FillGroups(group);
+    GroupClicked();
 }
 
 void PhoneBook::EditGroupName()
 {
+    if (!m_isLoaded)
+        return;
     const QModelIndex current = m_ui->lvwGroups->currentIndex();
     if (!m_groups->flags(current).testFlag(Qt::ItemIsEditable))
         return;

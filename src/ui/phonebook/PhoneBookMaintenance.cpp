@@ -43,6 +43,8 @@ bool PhoneBook::TellFailure(const QString &caption, const QString &text, const Q
 
 void PhoneBook::RefillLists(const LxGroup &toChoose)
 {
+    if (!m_isLoaded)
+        return;
     FillGroups(toChoose);
     FillContacts();
 }
@@ -108,13 +110,11 @@ void PhoneBook::Restore()
                     tr("The phonebook could not be restored, as the existing phonebook could not be saved: "), notSaved,
                     PromptIcon::Critical))
         return;
-    // Its groups are other ones, and when it fails, the phone book is what it was.
+    // Restored groups are other ones than before. When it fails, the phone book is what it was.
     const QString chosen = ChosenGroup().Name();
-    const QString failure = Failure([&] {
-        NoteKeptFile(m_phoneBook.Restore(path));
-        const LxGroup *same = m_phoneBook.Groups().Lookup(chosen);
-        RefillLists(same ? *same : m_phoneBook.AllContacts());
-    });
+    const QString failure = Failure([&] { NoteKeptFile(m_phoneBook.Restore(path)); });
+    const LxGroup *same = m_phoneBook.Groups().Lookup(chosen);
+    RefillLists(same ? *same : m_phoneBook.AllContacts());
     ShowNotice();
     TellFailure(tr("Restore Failed"), tr("The phonebook could not be restored: "), failure);
 }
@@ -181,8 +181,7 @@ void PhoneBook::ImportContactsData(const LxContactList &contacts)
         RefillLists(chosen);
     } else {
         const WaitCursor hourglass;
-        FillGroups(group);
-        GroupClicked();
+        ShowNewGroup(group);
     }
     Autosave();
     // The user names the batch at once, unless something is to be told.
