@@ -5,10 +5,15 @@
 #include "Profile.h"
 #include "Settings.h"
 #include "SystemInternetSettings.h"
+#include "Utils.h"
+#include "Version.h"
 #include "WindowPostRunner.h"
 
+#include <QAction>
 #include <QComboBox>
+#include <QDirIterator>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProcess>
@@ -17,6 +22,37 @@
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A fresh profile, its account at a gateway of this machine that refuses 447700900999, and the program.
+struct Program : Profile
+{
+    /// False when the gateway or the program did not come up. A phone book holds these lines from the start.
+    bool Start(const QByteArray &phoneBookLines)
+    {
+        process.start(QStringLiteral(GATEWAY_PROGRAM), {u"--port"_s, u"0"_s, u"--account"_s, u"ann:secret:10"_s,
+                                                        u"--fail"_s, u"447700900999"_s, u"--outbox"_s, outbox});
+        if (!process.waitForReadyRead(10000) || !process.canReadLine())
+            return false;
+        const QByteArray host = process.readLine().trimmed().split('/').constLast();
+        WriteBytes(settings,
+                   R"({"Account":{"Username":"ann","Password":"secret"},"Gateway":{"Host":")" + host + R"("}})");
+        if (!phoneBookLines.isEmpty())
+            WriteBytes(phoneBook, phoneBookLines);
+        return module.Main();
+    }
+
+    QProcess process;
+    const QString outbox = home.filePath(u"outbox"_s);
+    const QString settings = Settings::DefaultFileName();
+    const QString phoneBook = LxPhoneBook::DefaultFileName();
+    SystemInternetSettings systemSettings;
+    WindowPostRunner runner;
+    ApplicationModule module{{prompts, shell, clock, systemSettings, runner}, QStringLiteral(PROGRAM_FOLDER), {}};
+};
+
+} // namespace
 
 /// The whole program in its windows, against a gateway of this machine.
 class TestProgram final : public QObject
@@ -38,24 +74,9 @@ class TestProgram final : public QObject
 private slots:
     void sendsAndKeepsEverything()
     {
-        Profile p;
-        const QString outbox = p.home.filePath(u"outbox"_s);
-        QProcess gateway;
-        gateway.start(QStringLiteral(GATEWAY_PROGRAM), {u"--port"_s, u"0"_s, u"--account"_s, u"ann:secret:10"_s,
-                                                        u"--fail"_s, u"447700900999"_s, u"--outbox"_s, outbox});
-        QTRY_VERIFY_WITH_TIMEOUT(gateway.canReadLine(), 10000);
-        const QByteArray host = gateway.readLine().trimmed().split('/').constLast();
-        const QString settings = Settings::DefaultFileName();
-        QVERIFY(WriteBytes(settings, R"({"Account":{"Username":"ann","Password":"secret"},"Gateway":{"Host":")" + host +
-                                         R"("}})"));
-        const QString phoneBook = LxPhoneBook::DefaultFileName();
+        Program p;
         const QByteArray lines = "\"Bob\",44,\"07700900999\",\"Work\"\r\n\"Zo\xEB\",33,\"612345678\",\"Work;Club\"\r\n";
-        QVERIFY(WriteBytes(phoneBook, lines));
-        SystemInternetSettings systemSettings;
-        WindowPostRunner runner;
-        ApplicationModule program({p.prompts, p.shell, p.clock, systemSettings, runner}, QStringLiteral(PROGRAM_FOLDER),
-                                  {});
-        QVERIFY(program.Main());
+        QVERIFY(p.Start(lines));
         QWidget *compose = FindWindow(u"Compose"_s);
         QVERIFY(QTest::qWaitForWindowActive(compose));
 
@@ -73,7 +94,7 @@ private slots:
         QCOMPARE(Send(u"work"_s, u"Hi"_s), u"Message failed. 6 messages remaining"_s);
         QCOMPARE(rows, (QStringList{u"Not sent +447700900999"_s, u"Sent +33612345678"_s}));
         QStringList taken;
-        for (const QByteArray &line : ReadBytes(outbox).trimmed().split('\n')) {
+        for (const QByteArray &line : ReadBytes(p.outbox).trimmed().split('\n')) {
             const QJsonDocument message = QJsonDocument::fromJson(line);
             taken += message[u"number"].toString() + message[u"name"].toString() + u'|' + message[u"text"].toString();
         }
@@ -81,15 +102,114 @@ private slots:
         QCOMPARE(taken, (QStringList{ann + u"£5\r\n<b>"_s, ann + QString(158, u'x') + u".."_s, ann + u"..xxx"_s,
                                      u"33612345678Zoë|Hi"_s}));
 
-        gateway.terminate();
-        QVERIFY(gateway.waitForFinished(10000));
+        p.process.terminate();
+        QVERIFY(p.process.waitForFinished(10000));
         p.prompts.ExpectBox(u"Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
                             "Please check you are connected to the internet."_s,
                             PromptIcon::Exclamation);
         QCOMPARE(Send(u"ann"_s, u"Draft\nof two lines"_s), u"Message failed"_s);
         QVERIFY(compose->close());
-        QCOMPARE(ReadBytes(phoneBook), lines + "\"Ann Lee\",44,\"7700900123\"\r\n");
-        QVERIFY(ReadBytes(settings).contains("\"Text\": \"Draft\\r\\nof two lines\""));
+        QCOMPARE(ReadBytes(p.phoneBook), lines + "\"Ann Lee\",44,\"7700900123\"\r\n");
+        QVERIFY(ReadBytes(p.settings).contains("\"Text\": \"Draft\\r\\nof two lines\""));
+    }
+
+    void importsSendsAndTidies()
+    {
+        Program p;
+        const auto path = [&p](const QString &name) { return p.home.filePath(name); };
+        const QByteArray source = "Name,Country,Mobile\r\n\"Ann Lee\",,+44 7700 900123,\nBob\t44\t07700 900999\r\n\r\n"
+                                  "+33612345678,Zo\xC3\xAB\nAnnie,44,07700-900123";
+        QVERIFY(p.Start({}) && WriteBytes(path(u"people.txt"_s), source));
+        QWidget *compose = FindWindow(u"Compose"_s);
+        QVERIFY(QTest::qWaitForWindowActive(compose));
+        Control<QPushButton>(*compose, "cmdPhoneBook").click();
+        QWidget *book = FindWindow(u"PhoneBook"_s);
+        QVERIFY(QTest::qWaitForWindowActive(book));
+        const auto trigger = [book](const char *name) { Control<QAction>(*book, name).trigger(); };
+        const auto file = [&p, &path](const QString &title, const QString &filter, const QString &proposal,
+                                      const QString &name, bool asks) {
+            p.prompts.ExpectFileDialog({title, filter, proposal, asks}, path(name));
+        };
+
+        file(u"Select File to Import from"_s,
+             u"All contact files (*.csv, *.txt, *.kpb)|*.csv;*.txt;*.kpb|CSV (Comma delimited) (*.csv)|*.csv|"
+             "Text (Tab delimited) (*.txt)|*.txt|Brevio phonebook (*.kpb)|*.kpb|All files (*.*)|*.*"_s,
+             Utils::MyDocumentsFolder() + u'/', u"people.txt"_s, false);
+        WhenDialogOpens(u"Import"_s, [](QDialog &dialog) {
+            Control<QPushButton>(dialog, "cmdBrowse").click();
+            Control<QPushButton>(dialog, "cmdOK").click();
+        });
+        trigger("mnuContactsImport");
+        QTest::keyClicks(Control<QTreeView>(*book, "lvwGroups").viewport()->findChild<QLineEdit *>(), u"Friends\r"_s);
+        const auto line = [](const QByteArray &name, const QByteArray &rest) {
+            return '"' + name + "\"," + rest + "\r\n";
+        };
+        const QByteArray bob = line("Bob", "44,\"07700 900999\",\"Friends\"");
+        const QByteArray zoe = line("Zo\xEB", "33,\"612345678\",\"Friends\"");
+        QTRY_COMPARE(ReadBytes(p.phoneBook), line("Ann Lee", "44,\"7700900123\",\"Friends\"") + bob + zoe +
+                                                 line("Annie", "44,\"07700-900123\",\"Friends\""));
+
+        compose->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(compose));
+        file(u"Save Results As"_s, u"CSV (Comma delimited) (*.csv)|*.csv"_s,
+             Utils::MyDocumentsFolder() + u"/Send Results"_s, u"results.csv"_s, false);
+        WhenDialogOpens(u"SendResults"_s, [](QDialog &dialog) { Control<QPushButton>(dialog, "cmdSave").click(); });
+        QCOMPARE(Send(u"Friends"_s, u"Hi"_s), u"Message failed. 7 messages remaining"_s);
+        const QByteArray results = "\"Status\",\"Name\",\"Mobile\",\"Message\"\r\n"
+                                   "\"Sent\",\"Ann Lee\",\"+447700900123\",\"Hi\"\r\n"
+                                   "\"Not sent\",\"Bob\",\"+447700900999\",\"Hi\"\r\n"
+                                   "\"Sent\",\"Zo\xEB\",\"+33612345678\",\"Hi\"\r\n"
+                                   "\"Sent\",\"Annie\",\"+447700900123\",\"Hi\"\r\n";
+
+        p.prompts.ExpectBox(u"This will merge contacts with the same mobile phone number across the entire phone book."
+                            "\r\n\r\nAre you sure you want to merge duplicate contacts?"_s,
+                            PromptIcon::None, PromptAnswer::Yes, u"Merge Duplicates"_s);
+        trigger("mnuMergeDuplicates");
+        const QByteArray merged = line("Annie", "44,\"7700900123\",\"Friends\"") + bob + zoe;
+        QCOMPARE(ReadBytes(p.phoneBook), merged);
+        const QString filter = u"Brevio Phonebook (*.kpb)|*.kpb"_s;
+        file(u"Select File to Backup to"_s, filter, Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s,
+             u"backup.kpb"_s, true);
+        trigger("mnuBackup");
+        WhenDialogOpens(u"DeleteMany"_s, [](QDialog &dialog) {
+            QTest::keyClicks(dialog.focusWidget(), u"07700900123"_s);
+            Control<QPushButton>(dialog, "cmdOK").click();
+        });
+        trigger("mnuExclude");
+        QCOMPARE(ReadBytes(p.phoneBook), bob + zoe);
+        file(u"Select Backup File to Restore"_s, filter, path(u"backup.kpb"_s), u"backup.kpb"_s, false);
+        trigger("mnuRestore");
+        QVERIFY(compose->close());
+        const auto taken = [](int id, const QString &name, const QString &number) {
+            const QJsonObject message = {{u"id"_s, id},
+                                         {u"name"_s, name},
+                                         {u"number"_s, number},
+                                         {u"reply"_s, QString()},
+                                         {u"text"_s, u"Hi"_s},
+                                         {u"user"_s, u"ann"_s},
+                                         {u"version"_s, VersionNumber(ProgramVersion())}};
+            return QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
+        };
+        const QByteArray outbox = taken(1, u"Ann Lee"_s, u"447700900123"_s) + taken(2, u"Zoë"_s, u"33612345678"_s) +
+                                  taken(3, u"Annie"_s, u"447700900123"_s);
+        // All but the mark of the running copy.
+        QMap<QString, QByteArray> files;
+        for (QDirIterator it(p.home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); it.hasNext();) {
+            const QString found = it.next();
+            if (!found.endsWith(u".lock"_s))
+                files.insert(found, ReadBytes(found));
+        }
+        const QJsonDocument settings = QJsonDocument::fromJson(files.take(p.settings));
+        QCOMPARE(settings[u"Import Contacts"_s][u"FileName"_s].toString(), path(u"people.txt"_s));
+        QCOMPARE(settings[u"Backup Phonebook"_s][u"File"_s].toString(), path(u"backup.kpb"_s));
+        QCOMPARE(settings[u"Account"_s][u"Password"_s].toString(), u"secret"_s);
+        const QMap<QString, QByteArray> expected = {{p.phoneBook, merged},
+                                                    {path(u"backup.kpb"_s), merged},
+                                                    {path(u"people.txt"_s), source},
+                                                    {path(u"results.csv"_s), results},
+                                                    {p.outbox, outbox}};
+        QCOMPARE(files.keys(), expected.keys());
+        QCOMPARE(files, expected);
     }
 };
 
