@@ -42,6 +42,9 @@ Import::Import(const Services &services, AskFile askFile, QWidget *parent)
     });
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &Import::accept);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &Import::reject);
+    // Wide enough for the caption and most names.
+    constexpr int kUsualCharacters = 45;
+    m_ui->txtFileTitle->setMinimumWidth(kUsualCharacters * fontMetrics().averageCharWidth());
     Refresh();
     Controls::FitToContents(*this);
     Controls::RestoreWindowPosition(m_services.settings, *this);
@@ -57,6 +60,7 @@ void Import::Browse()
         return;
     m_path = path;
     Refresh();
+    m_ui->cmdOK->setFocus();
 }
 
 void Import::Refresh()

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QFocusEvent>
+#include <QLabel>
+
+/// A label that holds a link and is one Tab stop. A plain QLabel is two: the label, on which Enter does nothing, and
+/// then the link.
+class LinkLabel final : public QLabel
+{
+    Q_OBJECT
+
+public:
+    using QLabel::QLabel;
+
+protected:
+    void focusInEvent(QFocusEvent *event) override
+    {
+        QLabel::focusInEvent(event);
+        if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+            QLabel::focusNextPrevChild(true);
+    }
+
+    /// Leaves the label, whose link has the focus already.
+    bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
+};
