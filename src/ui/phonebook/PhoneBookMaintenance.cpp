@@ -96,7 +96,8 @@ void PhoneBook::Backup()
     if (path.isEmpty())
         return;
     const QString failure = Failure([&] { m_phoneBook.Backup(path); });
-    TellFailure(tr("Backup Failed"), tr("The phonebook could not be backed up: "), failure);
+    if (!TellFailure(tr("Backup Failed"), tr("The phonebook could not be backed up: "), failure))
+        Status(tr("Backed up to ") + Utils::FileNameOfPath(path));
 }
 
 void PhoneBook::Restore()
@@ -131,8 +132,10 @@ void PhoneBook::Export()
     if (path.isEmpty())
         return;
     m_services.settings.Save(kExportSection, kFile, path);
-    const QString failure = Failure([&] { m_phoneBook.Export(path, ChosenGroup()); });
-    TellFailure(tr("Export Failed"), tr("The phonebook could not be exported: "), failure);
+    const LxGroup &group = ChosenGroup();
+    const QString failure = Failure([&] { m_phoneBook.Export(path, group); });
+    if (!TellFailure(tr("Export Failed"), tr("The phonebook could not be exported: "), failure))
+        Status(QString::number(group.Count()) + tr(" contacts exported to ") + Utils::FileNameOfPath(path));
 }
 
 QString PhoneBook::AskImportContactsFilename(const QString &proposal, QWidget *owner)

@@ -118,6 +118,7 @@ private slots:
         f.ExpectBackupDialog(false, proposal, file);
         f.Trigger(u"mnuBackup"_s);
         QCOMPARE(ReadBytes(file), f.Saved());
+        QCOMPARE(f.Status(), u"Backed up to backup.kpb"_s);
         f.ExpectBackupDialog(true, file, {});
         f.Trigger(u"mnuRestore"_s);
         // The groups are made anew; the one of the chosen one's name is chosen.
@@ -184,6 +185,7 @@ private slots:
         f.prompts.ExpectFileDialog(request, file);
         f.Trigger(u"mnuContactsExport"_s);
         QVERIFY(ReadBytes(file).endsWith("\"Bob\",\"+447700900002\"\r\n\"Ann\",\"+447700900003\"\r\n"));
+        QCOMPARE(f.Status(), u"2 contacts exported to out.csv"_s);
         request.initialPath = file;
         f.prompts.ExpectFileDialog(request, f.Path(u"gone/out.csv"_s));
         f.ExpectFailure(u"Export Failed"_s, u"The phonebook could not be exported: No such file or directory"_s);
