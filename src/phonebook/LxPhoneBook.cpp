@@ -31,11 +31,6 @@ bool IsSameFile(const QString &a, const QString &b)
     return !canonical.isEmpty() && canonical == QFileInfo(b).canonicalFilePath();
 }
 
-QString ReadText(const QString &name)
-{
-    return TextFile::Decode(Utils::ReadTextFile(name));
-}
-
 } // namespace
 
 /// Finds or makes the groups that lines name, each in constant time: a file may name a group of its own on every line.
@@ -131,11 +126,9 @@ void LxPhoneBook::OpenPhoneBook(QString name)
             return;
         }
         m_lock.Acquire(m_fileName);
-        const QString text = ReadText(m_fileName);
+        const QString text = TextFile::Decode(Utils::ReadTextFile(m_fileName));
         ClearAll();
-        // Bytes that are no UTF-8 in a file that says it is were read as replacement characters.
-        const bool decodedAll = !text.contains(QChar::ReplacementCharacter);
-        m_mustKeepOldFile = !AddContacts(text) || !decodedAll;
+        m_mustKeepOldFile = !AddContacts(text);
     } catch (const Error &) {
         m_lock.Release();
         throw;
@@ -186,30 +179,34 @@ QString LxPhoneBook::KeepOldFile() const
     return name;
 }
 
-void LxPhoneBook::Backup(const QString &name)
+QString LxPhoneBook::Backup(const QString &name)
 {
-    // Onto its own file it is a save, which keeps the lock.
+    // A save keeps the lock.
     if (IsSameFile(name, m_fileName))
-        SavePhoneBook();
-    else
-        SaveFile(name, Content());
+        return SavePhoneBook();
+    SaveFile(name, Content());
+    return {};
 }
 
 QString LxPhoneBook::Restore(const QString &name)
 {
-    const QString text = ReadText(name);
-    if (!text.isEmpty() && !HasContact(text)) {
+    const QByteArray bytes = Utils::ReadTextFile(name);
+    const QString text = TextFile::Decode(bytes);
+    if (!bytes.isEmpty() && !HasContact(text)) {
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
                     Utils::FileNameOfPath(name) + QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
     }
     // Put aside, not cleared: the file does not record groups without members, so loading it would not bring them back.
     LxGroupList oldGroups = std::exchange(m_groups, {});
     LxGroup *const oldContacts = m_allContacts;
+    const bool oldMustKeep = m_mustKeepOldFile;
     ClearAll();
-    AddContacts(text);
+    // A backup that was cut or damaged must not be all that is left.
+    m_mustKeepOldFile = !AddContacts(text) || (bytes.isEmpty() && oldContacts->Count() > 0) || oldMustKeep;
     try {
         return SavePhoneBook();
     } catch (const Error &) {
+        m_mustKeepOldFile = oldMustKeep;
         m_groups = std::move(oldGroups);
         m_allContacts = oldContacts;
         throw;
@@ -245,7 +242,8 @@ bool LxPhoneBook::HasContact(const QString &text) const
 
 bool LxPhoneBook::AddContacts(const QString &text)
 {
-    bool readAll = true;
+    // Bytes that are no UTF-8 in a file that says it is were read as replacement characters.
+    bool readAll = !text.contains(QChar::ReplacementCharacter);
     GroupFinder finder(m_groups);
     QString names;
     TextFile::ForEachLine(text, [&](QStringView line) {

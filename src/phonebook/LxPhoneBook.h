@@ -51,10 +51,11 @@ public:
     /// Releases the file. The contacts in memory stay.
     void ClosePhoneBook();
 
-    /// Writes the whole phone book to another file.
-    void Backup(const QString &name);
+    /// Writes the whole phone book to another file. Onto its own it is a save, and returns what SavePhoneBook does.
+    QString Backup(const QString &name);
 
-    /// Replaces the contacts by those of the named file and saves the phone book; returns what SavePhoneBook does.
+    /// Replaces the contacts by those of the named file and saves the phone book, whose old file is kept as
+    /// SavePhoneBook keeps it when a line was skipped or the named file is empty; returns what SavePhoneBook does.
     /// Raises "<file> is not a phone book" when the file is not empty and has no readable line. Whatever is raised,
     /// the phone book is as it was, groups without members included.
     QString Restore(const QString &name);
@@ -85,7 +86,8 @@ private:
     /// The line's contact; null for a line that breaks the rules. `groups` becomes the names of its groups.
     [[nodiscard]] LxContactPtr ContactOf(QStringView line, QString &groups) const;
     [[nodiscard]] bool HasContact(const QString &text) const;
-    /// Adds the contacts of a phone-book file's text. False when a line that was not blank was skipped.
+    /// Adds the contacts of a phone-book file's text. False when what is there was not read whole: a line that is not
+    /// blank was skipped, or bytes were no text.
     bool AddContacts(const QString &text);
     [[nodiscard]] QByteArray Content() const;
     [[nodiscard]] QString KeepOldFile() const;

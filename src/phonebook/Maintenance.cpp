@@ -13,12 +13,14 @@
 namespace Maintenance {
 namespace {
 
-/// Whether the name tells more than the number, in the form that was typed or that an import made of it.
+/// Whether the name tells more than the number, in whichever form: an import without names makes names of numbers.
 bool HasRealName(const LxContact &contact)
 {
-    const QString &name = contact.Name();
-    return !name.trimmed().isEmpty() && name != contact.UserMobile() &&
-           PhoneNumbers::CleanPhoneNumber(name) != contact.InternationalMobile();
+    using namespace PhoneNumbers;
+    const QString cleaned = CleanPhoneNumber(contact.Name());
+    return !cleaned.trimmed().isEmpty() && contact.Name() != contact.UserMobile() &&
+           RemovePlus(cleaned) != RemovePlus(contact.InternationalMobile()) &&
+           RemoveTrunkZero(cleaned) != contact.LocalMobile();
 }
 
 /// Finds contacts that exactly match one of many texts without trying every text on each.

@@ -158,12 +158,17 @@ private slots:
     {
         const WithoutRoot withoutRoot(m_folder->path());
         const auto old = u"Ann 44 1 [X] | Everyone;X;Empty"_s;
-        const std::tuple<QByteArray, QString, QString> rows[] = {
-            {"B,44,2,X;Y\r\nC,44\r\nD,99,4\r\n", u""_s, u"B 44 2 [X;Y] | Everyone;X;Y"_s},
-            {"", u""_s, u" | Everyone"_s},
-            {"B,99,2\r\nC,98,3\r\n", u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s, old}};
-        for (const auto &[file, raises, printed] : rows) {
-            QVERIFY(WriteBytes(m_path, "Ann,44,1,X\r\n") && WriteBytes(m_other, file));
+        const auto notAPhoneBook = u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s;
+        const auto before = "Ann,44,1,X\r\n"_ba;
+        // A file that is empty or was not read whole leaves a copy of the old one.
+        const std::tuple<QByteArray, QString, QString, QByteArray> rows[] = {
+            {"B,44,2,X;Y\r\n", u""_s, u"B 44 2 [X;Y] | Everyone;X;Y"_s, ""},
+            {"B,44,2,X;Y\r\nC,44\r\nD,99,4\r\n", u""_s, u"B 44 2 [X;Y] | Everyone;X;Y"_s, before},
+            {"", u""_s, u" | Everyone"_s, before},
+            {"\xEF\xBB\xBF", notAPhoneBook, old, ""},
+            {"B,99,2\r\nC,98,3\r\n", notAPhoneBook, old, ""}};
+        for (const auto &[file, raises, printed, copy] : rows) {
+            QVERIFY(WriteBytes(m_path, before) && WriteBytes(m_other, file));
             m_book->OpenPhoneBook(m_path);
             m_book->Groups().CreateGroup(u"Empty"_s);
             // It stays as it was when it cannot be saved, too.
@@ -171,8 +176,10 @@ private slots:
             QVERIFY(!Raised([&] { m_book->Restore(m_other); }).isEmpty());
             QCOMPARE(Printed(*m_book), old);
             QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-            QCOMPARE(Raised([&] { m_book->Restore(m_other); }), raises);
+            QString kept;
+            QCOMPARE(Raised([&] { kept = m_book->Restore(m_other); }), raises);
             QCOMPARE(Printed(*m_book), printed);
+            QCOMPARE(kept.isEmpty() ? ""_ba : ReadBytes(kept), copy);
             m_book->RevertToSaved();
             QCOMPARE(Printed(*m_book), QString(printed).remove(u";Empty"_s));
         }

@@ -43,9 +43,11 @@ void RecipientBox::SetItems(RecipientModel::Items items)
     const int selectionLength = lineEdit()->selectionLength();
     m_recipients->SetItems(std::move(items));
     setCurrentIndex(m_recipients->FindByNumber(picked));
-    // A pick that was renamed meanwhile is still the pick, and shows its new name.
+    // A pick that was renamed meanwhile is still the pick, and shows its new name. Where one is gone, its name must not
+    // become somebody else's, to whom the message would go.
+    const bool isAmbiguous = showsPick && currentIndex() < 0 && m_recipients->FindByName(text) >= 0;
     if (!showsPick || currentIndex() < 0)
-        setEditText(text);
+        setEditText(isAmbiguous ? QString() : text);
     if (currentText() != text)
         return;
     lineEdit()->setCursorPosition(caret);

@@ -22,7 +22,9 @@ DeleteMany::~DeleteMany() = default;
 
 QString DeleteMany::ExclusionList() const
 {
-    return m_ui->txtExclude->toPlainText();
+    // Not toPlainText, which would turn a no-break space into a space, and so one name into another.
+    QString text = m_ui->txtExclude->document()->toRawText();
+    return text.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
 }
 
 void DeleteMany::showEvent(QShowEvent *event)

@@ -224,7 +224,7 @@ bool PhoneBook::Save()
 void PhoneBook::NoteKeptFile(const QString &path)
 {
     if (!path.isEmpty())
-        m_notice = tr("What could not be read was kept in %1").arg(Utils::FileNameOfPath(path));
+        m_notice = tr("The old phone book file was kept as ") + Utils::FileNameOfPath(path);
 }
 
 void PhoneBook::ShowNotice()

@@ -95,9 +95,10 @@ void PhoneBook::Backup()
     const QString path = AskBackupFile(false);
     if (path.isEmpty())
         return;
-    const QString failure = Failure([&] { m_phoneBook.Backup(path); });
+    const QString failure = Failure([&] { NoteKeptFile(m_phoneBook.Backup(path)); });
     if (!TellFailure(tr("Backup Failed"), tr("The phonebook could not be backed up: "), failure))
         Status(tr("Backed up to ") + Utils::FileNameOfPath(path));
+    ShowNotice();
 }
 
 void PhoneBook::Restore()
