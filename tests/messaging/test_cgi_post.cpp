@@ -1,9 +1,10 @@
 #include "HttpClient.h"
+#include "PostUrl.h"
+#include "ProxyServer.h"
 #include "StuckPost.h"
+#include "TextTable.h"
 
-#include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -63,58 +64,71 @@ private slots:
         QCOMPARE(peer.Posts(), 1);
     }
 
+    void urlIsSplit()
+    {
+        const auto split = [](const QString &text) {
+            const auto url = ParsePostUrl(text, u"remembered"_s);
+            return url ? u"%1 %2 %3 %4"_s.arg(url->host).arg(url->port).arg(url->path, url->document) : u""_s;
+        };
+        CompareTable({{u"http://example.test/a/b.php", u"example.test 80 /a/b.php b.php"},
+                      {u"  HTTP://example.test  ", u"example.test 80 / /"},
+                      {u"h:65535/a/?q=1", u"h 65535 /a/?q=1 /"},
+                      {u"h/a?x=/c?d", u"h 80 /a?x=/c?d c"},
+                      {u":81/p", u"remembered 81 /p p"}},
+                     split);
+        for (const auto *url : {"ftp://x/y", "https://x/", "h/a?back=http://x", "http://x:abc/", "x:0", "x:65536",
+                                "x:-1", "x:80:80", "user:word@x/"})
+            QCOMPARE(split(QString::fromLatin1(url)), u""_s);
+    }
+
+    void proxySettingIsRead()
+    {
+        const auto read = [](const QString &text) {
+            const auto proxy = ParseProxyServer(text);
+            const bool isUsable = proxy && proxy->IsUsable();
+            return isUsable ? proxy->host + u' ' + QString::number(proxy->port) : proxy ? u"unusable"_s : u""_s;
+        };
+        CompareTable({{u"ftp=p1:21;http=p2:3128", u"p2 3128"},
+                      {u"HTTP=p4:1:2", u"p4 80"},
+                      {u";http=; Http=p5:8 ;p6", u"p5 8"},
+                      {u"http=[::1]:3128", u"[::1] 3128"},
+                      {u"ftp=p1:21;socks=p2", u""}},
+                     read);
+        for (const auto *proxy : {"p8:abc", "p8:", "p8:65536", ":3128"})
+            QCOMPARE(read(QString::fromLatin1(proxy)), u"unusable"_s);
+    }
+
     void replyDecidesTheEnding()
     {
-        const QString none;
         const QByteArray ok = "HTTP/1.1 200 OK\r\n";
         const QByteArray chunked = ok + "Transfer-Encoding: chunked\r\n\r\n4\r\nabcd\r\n";
-
+        const QByteArray redirect = "HTTP/1.1 307 Temporary\r\nLocation: /b\r\nContent-Length: 0\r\n\r\n";
+        const QByteArray tooLong(HttpClient::kMaxReplyBytes + 1, 'x');
+        const QByteArray endless = QByteArray("A: 123456789\r\n").repeated(1 << 20);
         QList<QByteArray> bytes;
         for (const char byte : ScriptedPeer::Ok("abcd"))
             bytes += QByteArray(1, byte);
-        // What the peer does, the response, and a pattern of why it failed; none for a success.
-        const std::tuple<const char *, ScriptedPeer::Script, QString, QString> rows[] = {
-            {"many small pieces", {.pieces = bytes}, u"abcd"_s, none},
-            {"chunked",
-             {.pieces = {chunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen},
-             u"abcdef"_s,
-             none},
-            {"until the close", {.pieces = {ok + "\r\n", "abcd"}}, u"abcd"_s, none},
-            {"error with a log-on",
-             {.pieces = {"HTTP/1.1 500 Broken\r\n\r\n<LOGON>FAIL</LOGON>"}},
-             u"<LOGON>FAIL</LOGON>"_s,
-             none},
-            {"nothing in it", {.pieces = {ScriptedPeer::Ok("")}}, none, none},
-            {"404", {.pieces = {"HTTP/1.1 404 Not Found\r\n\r\nabcd"}}, none, u"The server answered: 404 Not Found"_s},
-            {"500", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nabcd"}}, none, u"The server answered: 500 Broken"_s},
-            {"redirect",
-             {.pieces = {"HTTP/1.1 307 Temporary\r\nLocation: /b\r\nContent-Length: 0\r\n\r\n"}},
-             none,
-             u"The server answered: 307 Temporary"_s},
-            {"cut short", {.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, none, u"The reply was cut short"_s},
-            {"cut short in chunks", {.pieces = {chunked}}, none, u"The reply was cut short"_s},
-            {"cut short in the header", {.pieces = {ok + "Content-Le"}}, none, u"The reply was cut short"_s},
-            {"reset", {.then = Then::Reset}, none, u"The connection was broken"_s},
-            {"reset in the reply",
-             {.pieces = {ok + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50},
-             none,
-             u"The connection was broken"_s},
-            {"closed", {}, none, u"The connection was closed without a reply"_s},
-            {"closed at once",
-             {.waitsForRequest = false},
-             none,
-             u"The connection was (closed without a reply|broken)"_s},
-            {"no HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, none, u"The reply is not an HTTP reply"_s},
-            {"too long",
-             {.pieces = {ok + "\r\n", QByteArray(HttpClient::kMaxReplyBytes + 1, 'x')}, .then = Then::StayOpen},
-             none,
-             u"The reply is longer than 16 megabytes"_s},
-            {"endless header",
-             {.pieces = {ok, QByteArray("A: 123456789\r\n").repeated(1 << 20)}},
-             none,
-             u"The connection was broken"_s}};
-        for (const auto &[name, script, response, whyFailed] : rows) {
-            qInfo("%s", name);
+        // What the peer does, and the response or how the post failed.
+        const std::pair<ScriptedPeer::Script, QString> rows[] = {
+            {{.pieces = bytes}, u"abcd"_s},
+            {{.pieces = {chunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen}, u"abcdef"_s},
+            {{.pieces = {ok + "\r\n", "abcd"}}, u"abcd"_s},
+            {{.pieces = {"HTTP/1.1 500 Broken\r\n\r\n<LOGON>FAIL</LOGON>"}}, u"<LOGON>FAIL</LOGON>"_s},
+            {{.pieces = {ScriptedPeer::Ok("")}}, u""_s},
+            {{.pieces = {"HTTP/1.1 404 No\r\n\r\nabcd"}}, u"Failed: The server answered: 404 No"_s},
+            {{.pieces = {redirect}}, u"Failed: The server answered: 307 Temporary"_s},
+            {{.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, u"Failed: The reply was cut short"_s},
+            {{.pieces = {chunked}}, u"Failed: The reply was cut short"_s},
+            {{.pieces = {ok + "Content-Le"}}, u"Failed: The reply was cut short"_s},
+            {{.then = Then::Reset}, u"Failed: The connection was broken"_s},
+            {{.pieces = {ok + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50},
+             u"Failed: The connection was broken"_s},
+            {{}, u"Failed: The connection was closed without a reply"_s},
+            {{.pieces = {"SSH-2.0-OpenThing\r\n"}}, u"Failed: The reply is not an HTTP reply"_s},
+            {{.pieces = {ok + "\r\n", tooLong}, .then = Then::StayOpen},
+             u"Failed: The reply is longer than 16 megabytes"_s},
+            {{.pieces = {ok, endless}}, u"Failed: The connection was broken"_s}};
+        for (const auto &[script, ending] : rows) {
             ScriptedPeer peer(script);
             CGIPost post(m_module);
             const QSignalSpy finished(&post, &CGIPost::Finished);
@@ -122,12 +136,9 @@ private slots:
             post.SetParameters("XML=once");
             m_runner.Run(post, nullptr);
 
-            QVERIFY2(
-                QRegularExpression(QRegularExpression::anchoredPattern(whyFailed)).match(post.WhyFailed()).hasMatch(),
-                qPrintable(post.WhyFailed()));
-            QCOMPARE(post.Response(), response);
-            QVERIFY(post.Succeeded() == whyFailed.isNull() && post.Failed() != whyFailed.isNull());
-            QCOMPARE(post.Status(), whyFailed.isNull() ? u"Result received"_s : u"Failed: "_s + post.WhyFailed());
+            const QString got = post.Failed() ? post.Status() + post.Response() : post.Response();
+            QCOMPARE(got, ending);
+            QVERIFY(post.Succeeded() != post.Failed());
 
             VerifyNextPostWorks();
             QCOMPARE(finished.count(), 1);

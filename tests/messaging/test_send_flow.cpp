@@ -1,16 +1,12 @@
-#include "FakePrompts.h"
-#include "Fakes.h"
 #include "LxContactList.h"
 #include "LxMessage.h"
 #include "PostModule.h"
+#include "Profile.h"
 #include "Raised.h"
 #include "SampleCountries.h"
 #include "ScriptedPeer.h"
 #include "SendingSMS.h"
 #include "Settings.h"
-
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace SendingSMS;
@@ -20,11 +16,9 @@ class TestSendFlow final : public QObject, private PostRunner
     Q_OBJECT
 
     const LxCountryList m_countries = SampleCountries();
-    const QTemporaryDir m_folder;
-    FakePrompts m_prompts;
-    FixedInternetSettings m_internet;
-    PostModule m_module{m_internet};
-    Settings m_settings{m_folder.filePath(u"Brevio.json"_s), m_prompts};
+    Profile m_profile;
+    PostModule m_module{m_profile.internetSettings};
+    Settings m_settings{Settings::DefaultFileName(), m_profile.prompts};
     const Gateway m_gateway{m_settings, m_module, *this};
     LxContactList m_group;
     bool m_cancels = false;
@@ -44,7 +38,7 @@ class TestSendFlow final : public QObject, private PostRunner
         message.SetText(QString(158, u'a') + QString(42, u'b'));
         bool hasResults = false;
         const auto [isSent, balance] = SendMessage(
-            m_gateway, m_prompts, {u"ann"_s, u"secret"_s, u"a@b.example"_s}, m_group, message,
+            m_gateway, m_profile.prompts, {u"ann"_s, u"secret"_s, u"a@b.example"_s}, m_group, message,
             [&](const LxMessageRequests &results) { hasResults = results.size() == 6 && results[0].Response; }, this);
         return (isSent ? u"sent "_s : u"not sent "_s) + QString::number(balance) +
                (hasResults ? u", results"_s : u""_s);
@@ -61,7 +55,7 @@ private slots:
             m_group.Add(contact);
         }
     }
-    void cleanup() { m_prompts.VerifyAllCame(); }
+    void cleanup() { m_profile.prompts.VerifyAllCame(); }
 
     void SendsEachPartToEachRecipientOnce()
     {
@@ -82,22 +76,13 @@ private slots:
             ScriptedPeer peer({.pieces = {ScriptedPeer::Ok(reply.toLatin1())}});
             m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
             if (!box.isEmpty())
-                m_prompts.ExpectBox(box, PromptIcon::Exclamation);
+                m_profile.prompts.ExpectBox(box, PromptIcon::Exclamation);
             QCOMPARE(Send(), outcome);
             QCOMPARE(m_caption, u"Sending Message... To: Work"_s);
             QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
             QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
             QCOMPARE(peer.Posts(), 1);
         }
-    }
-
-    void AsksForTheBalance()
-    {
-        ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>17</BAL>")}});
-        m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
-        QCOMPARE(GetBalance(m_gateway, u"ann"_s, u"se cret"_s, this).balance, 17);
-        QCOMPARE(m_caption, u"Getting Balance... Username: ann"_s);
-        QVERIFY(peer.Received().endsWith("\r\n\r\n" + FormBody(BuildBalanceRequest(u"ann"_s, u"se cret"_s))));
     }
 
     void PostsNothing()

@@ -19,15 +19,6 @@ QString Printed(const LxContact &contact)
                                   contact.InternationalMobile());
 }
 
-template <typename Contacts>
-QString Names(const Contacts &contacts)
-{
-    QStringList names;
-    for (const LxContactPtr &contact : contacts)
-        names += contact->Name();
-    return names.join(u' ');
-}
-
 } // namespace
 
 class TestContacts final : public QObject
@@ -55,7 +46,6 @@ private slots:
         const std::array<QString, 3> rows[] = {
             {u"(0)77.00 [900]"_s, u"44 [(0)77.00 [900]] 7700900 +447700900"_s, unknown},
             {u"447700900123"_s, u"44 [447700900123] 447700900123 +44447700900123"_s, ann},
-            {u"0044 7700-900123"_s, nonLocal, ann},
             {u"+44 (0)7700 900123"_s, nonLocal, ann},
             // A trunk zero without brackets stays, but only in the stored number.
             {u"+44 07700 900123"_s, nonLocal, u"44 [07700900123] 7700900123 +447700900123"_s},
@@ -89,43 +79,36 @@ private slots:
     void KeepsOrderThroughRemovals()
     {
         LxContactList list;
-        QStringList expected;
+        QList<LxContactPtr> expected;
         for (int i = 0; i < 200; ++i) {
-            expected += QString::number(i);
-            list.Add(Contact(expected.last()));
+            expected += Contact(u"Ann"_s);
+            list.Add(expected.last());
             const int index = i * 7 % list.Count();
             if (i % 3 == 0)
                 continue;
             list.Remove(*list.Item(index + 1));
             expected.removeAt(index);
-            QCOMPARE(Names(list), expected.join(u' '));
+            QList<LxContactPtr> kept;
+            for (const LxContactPtr &contact : list)
+                kept += contact;
+            QCOMPARE(kept, expected);
         }
     }
 
-    void KeepsBothSidesInStep()
+    void GroupsFindTheirOwn()
     {
         LxGroupList groups;
         LxGroup &work = groups.CreateGroup(u"Work"_s);
         QCOMPARE(&groups.CreateGroup(u"W;ork"_s), &work);
-        LxGroup &lower = groups.CreateGroup(u"work"_s);
-        // All of one number; the first of them is found by it.
-        const std::array contacts = {Contact(u"Ann"_s), Contact(u"Bob"_s), Contact(u"Cy"_s)};
-        for (const LxContactPtr &contact : contacts) {
-            contact->AddToGroup(work);
-            work.Add(contact);
-            lower.Add(contact);
-        }
-        QCOMPARE(work.FindContactByMobile(u"+447700900123"_s), contacts[0]);
-        work.Remove(contacts[1]);
-        work.Add(contacts[1]);
-        QCOMPARE(contacts[1]->Groups().AsString(u";"_s), u"work;Work"_s);
-        const auto clone = work.Clone();
-        QCOMPARE(Names(*clone), u"Ann Cy Bob"_s);
-        contacts[0]->RemoveFromGroups(lower);
-        contacts[2]->Destroy();
-        QCOMPARE(Names(work) + u'|' + Names(lower) + u'|' + Names(*clone), u"Bob|Ann Bob|Bob"_s);
-        groups.DestroyGroup(work);
-        QCOMPARE(contacts[1]->Groups().AsString(u";"_s), u"work;Work"_s);
+        QVERIFY(&groups.CreateGroup(u"work"_s) != &work);
+        const LxContactPtr ann = Contact(u"Ann"_s);
+        const LxContactPtr bob = Contact(u"Bob"_s);
+        work.Add(ann);
+        work.Add(bob);
+        work.Remove(ann);
+        work.Add(ann);
+        // The first in the group, not the first that there was.
+        QCOMPARE(work.FindContactByMobile(u"+447700900123"_s), bob);
         QCOMPARE(LxGroup::CleanName(u";"_s + QString(49, u'x') + u"😀"_s), QString(49, u'x'));
     }
 };

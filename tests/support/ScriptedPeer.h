@@ -17,8 +17,6 @@ public:
         QList<QByteArray> pieces = {};
         Then then = Then::Close;
         int pauseMs = 0;
-        /// Or it answers as soon as somebody connects.
-        bool waitsForRequest = true;
         /// The most of the request that it reads after each `pauseMs`; all when 0.
         qint64 readBytes = 0;
     };
@@ -56,13 +54,11 @@ private:
         QTcpSocket *socket = nextPendingConnection();
         ++m_connections;
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-        if (!m_script.waitsForRequest)
-            Step(socket, 0);
         const auto read = [this, socket, request = std::make_shared<QByteArray>()] {
             const QByteArray bytes = socket->readAll();
             *request += bytes;
             m_received += bytes;
-            if (m_script.waitsForRequest && !bytes.isEmpty() && IsWhole(*request))
+            if (!bytes.isEmpty() && IsWhole(*request))
                 Step(socket, 0);
         };
         socket->setReadBufferSize(m_script.readBytes);

@@ -4,17 +4,6 @@
 
 using TextTable = std::initializer_list<std::pair<const char16_t *, const char16_t *>>;
 
-/// Fills the columns "in" and "out" of a data function; each row is named after its input.
-inline void AddTextTable(TextTable rows)
-{
-    QTest::addColumn<QString>("in");
-    QTest::addColumn<QString>("out");
-    for (const auto &[in, out] : rows) {
-        const QString text = QString::fromUtf16(in);
-        QTest::addRow("'%s'", qUtf8Printable(text.simplified())) << text << QString::fromUtf16(out);
-    }
-}
-
 /// Compares what `call` makes of the first text of every row with the row's second.
 template <typename Call>
 void CompareTable(TextTable rows, Call call)

@@ -7,9 +7,12 @@
 #include "WithoutRoot.h"
 
 #include <QDir>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <optional>
+#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +33,7 @@ class TestSettings final : public QObject
         settings.Save(u"S"_s, u"Key"_s, value);
         return settings.Flush();
     }
+    [[nodiscard]] QString StoredValue() { return Settings(m_path, m_prompts).Get(u"S"_s, u"Key"_s); }
 
 private slots:
     void init()
@@ -39,8 +43,9 @@ private slots:
     }
     void cleanup() { m_prompts.VerifyAllCame(); }
 
-    void SavesAtTheEndOfTheTurn()
+    void SavesAtTheEndOfTheTurnForItsOwnerAlone()
     {
+        constexpr auto kOwn = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
         const QString text = u"£5 \"quoted\" \\ \r\n 😀"_s;
         m_path = m_folder->filePath(u"new/folder/Brevio.json"_s);
         std::optional<Settings> settings(std::in_place, m_path, m_prompts);
@@ -52,21 +57,13 @@ private slots:
         const Settings read(m_path, m_prompts);
         QCOMPARE(read.Get(u"S"_s, u"Text"_s), text);
         QCOMPARE(read.Get(u"S"_s, u"Empty"_s, u"default"_s), u""_s);
+        QCOMPARE(QFile::permissions(m_path), kOwn);
+        QVERIFY(QFile::setPermissions(m_path, kOwn | QFile::ReadGroup | QFile::ReadOther));
         settings->DeleteSection(u"Old"_s);
         // No further turn of the event loop comes, so the store saves at its end.
         settings.reset();
         QVERIFY(Settings(m_path, m_prompts).IsSectionEmpty(u"Old"_s));
-    }
-
-    void OnlyTheOwnerMayReadTheFile()
-    {
-        constexpr auto kOwn = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
-        Settings settings(m_path, m_prompts);
-        for (const auto &value : {u"new file"_s, u"wider file"_s}) {
-            QVERIFY(CanSave(settings, value));
-            QCOMPARE(QFile::permissions(m_path), kOwn);
-            QVERIFY(QFile::setPermissions(m_path, kOwn | QFile::ReadGroup | QFile::ReadOther));
-        }
+        QCOMPARE(QFile::permissions(m_path), kOwn);
     }
 
     void KeepsFilesThatCannotBeParsed()
@@ -75,7 +72,7 @@ private slots:
             QVERIFY(WriteBytes(m_path, bytes));
             Settings settings(m_path, m_prompts);
             QVERIFY(CanSave(settings, u"ann"_s));
-            QCOMPARE(Settings(m_path, m_prompts).Get(u"S"_s, u"Key"_s), u"ann"_s);
+            QCOMPARE(StoredValue(), u"ann"_s);
         }
         QCOMPARE(ReadBytes(m_path + u".bad"_s), "{\"S\": {\"Key\": \"a");
         QCOMPARE(ReadBytes(m_path + u".2.bad"_s), "[1]");
@@ -94,23 +91,27 @@ private slots:
         QCOMPARE(ReadBytes(m_path), "secret");
     }
 
-    void TellsAFailedSaveOnce()
+    void FailedSaveKeepsTheOldFileAndIsToldOnce()
     {
-        const QString folder = m_folder->filePath(u"folder"_s);
-        m_path = folder + u"/Brevio.json"_s;
+        const auto restore = qScopeGuard([old = std::signal(SIGXFSZ, SIG_IGN)] { std::signal(SIGXFSZ, old); });
+        rlimit usual = {};
+        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &usual), 0);
         Settings settings(m_path, m_prompts);
-        for (int round = 0; round < 2; ++round) {
-            // No file can be made below a file.
-            QVERIFY(WriteBytes(folder, {}));
+        // Small contents wait in a buffer, large ones go straight to the disk.
+        for (const auto &[size, limit] : {std::pair(1000, 999UL), {100'000, 0UL}, {100'000, 99'999UL}}) {
+            const QString text(size, u'n');
+            QVERIFY(CanSave(settings, u"old"_s));
+            const rlimit lower = {limit, usual.rlim_max};
+            ::setrlimit(RLIMIT_FSIZE, &lower);
             ExpectFailure();
-            QVERIFY(!CanSave(settings, u"1"_s));
-            m_prompts.VerifyAllCame();
-            QVERIFY(!CanSave(settings, u"2"_s));
-            QVERIFY(QFile::remove(folder));
+            const bool isSaved = CanSave(settings, text + u'1') || CanSave(settings, text);
+            ::setrlimit(RLIMIT_FSIZE, &usual);
+            QVERIFY(!isSaved);
+            QCOMPARE(StoredValue(), u"old"_s);
+            QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(u"Brevio.json"_s));
             // Nothing new was set, but the failed write still waits.
             QVERIFY(settings.Flush());
-            QCOMPARE(Settings(m_path, m_prompts).Get(u"S"_s, u"Key"_s), u"2"_s);
-            QVERIFY(QDir(folder).removeRecursively());
+            QCOMPARE(StoredValue(), text);
         }
     }
 

@@ -1,5 +1,6 @@
 #include "AccountDetails.h"
 #include "Dialogs.h"
+#include "GatewayProtocol.h"
 #include "ScriptedPeer.h"
 #include "WindowFixture.h"
 
@@ -54,21 +55,25 @@ private slots:
     void tellsTheBalance()
     {
         Fixture f;
-        const auto posts = [&f](const QByteArray &reply) {
+        f.settings.Save(u"Account"_s, u"Password"_s, u"se cret"_s);
+        const auto ask = [&f](const QByteArray &reply) {
             ScriptedPeer peer({.pieces = {ScriptedPeer::Ok(reply)}});
             f.UseGateway(peer.Address());
             AccountDetails dialog(f.gateway, f.prompts, f.shell, nullptr);
             Control<QPushButton>(dialog, "cmdBalance").click();
-            return peer.Posts();
+            QCOMPARE(peer.Posts(), 1);
+            const QString document = SendingSMS::BuildBalanceRequest(u"ann"_s, u"se cret"_s);
+            QVERIFY(peer.Received().endsWith("\r\n\r\n" + SendingSMS::FormBody(document)));
         };
+        const auto caption = u"Account Balance"_s;
         f.prompts.ExpectBox(u"Username: ann\r\nBalance: 40 Messages Remaining"_s, PromptIcon::Information,
-                            PromptAnswer::Ok, u"Account Balance"_s);
-        QCOMPARE(posts("<LOGON>OK</LOGON><BAL>40</BAL>"), 1);
+                            PromptAnswer::Ok, caption);
+        ask("<LOGON>OK</LOGON><BAL>40</BAL>");
         f.prompts.ExpectBox(
             u"Logon Failed.\r\n\r\nPlease open a Brevio account, or check your username and password if "
             "you have one already.\r\n\r\nDo you want to open a Brevio account now?"_s,
-            PromptIcon::Exclamation, PromptAnswer::No, u"Account Balance"_s);
-        QCOMPARE(posts("<LOGON>FAIL</LOGON><ERR>3</ERR>"), 1);
+            PromptIcon::Exclamation, PromptAnswer::No, caption);
+        ask("<LOGON>FAIL</LOGON><ERR>3</ERR>");
     }
 };
 

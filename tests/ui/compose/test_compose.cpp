@@ -1,11 +1,15 @@
 #include "Compose.h"
 #include "Dialogs.h"
 #include "Files.h"
+#include "MessageEdit.h"
+#include "RecipientBox.h"
 #include "ScriptedPeer.h"
+#include "TextTable.h"
 #include "WindowFixture.h"
 
-#include <QComboBox>
+#include <QClipboard>
 #include <QLineEdit>
+#include <QListView>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
@@ -16,13 +20,14 @@ class TestCompose final : public QObject
 {
     Q_OBJECT
 
+    /// Four contacts, two of one name, and a group of nobody.
     struct Fixture : WindowFixture
     {
         Fixture()
         {
             UseGateway(peer.Address());
-            Add(u"Ann"_s, u"07700 900123"_s);
-            Book().Groups().CreateGroup(u"Nobody"_s);
+            for (const QString &name : {u"Ann"_s, u"John Smith"_s, u"Ann"_s, u"Johnny"_s})
+                contacts += Add(name, u"07700 900123"_s);
             compose.show();
             compose.activateWindow();
             QVERIFY(QTest::qWaitForWindowActive(&compose));
@@ -43,7 +48,9 @@ class TestCompose final : public QObject
         ScriptedPeer peer{{.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>")}}};
         const Compose::Services services{gateway, prompts, shell, phoneBook};
         Compose compose{services};
-        QComboBox &to = Control<QComboBox>(compose, "cboTo");
+        QList<LxContactPtr> contacts;
+        const LxGroup &work = Book().Groups().CreateGroup(u"Work"_s);
+        RecipientBox &to = Control<RecipientBox>(compose, "cboTo");
         QPlainTextEdit &text = Control<QPlainTextEdit>(compose, "txtTextMessage");
         QPushButton &sendButton = Control<QPushButton>(compose, "cmdSend");
     };
@@ -86,11 +93,11 @@ private slots:
             QCOMPARE(Control<QLineEdit>(dialog, "txtMobile").text(), QString());
         });
         QCOMPARE(f.Send(u"Carl"_s), u"2 characters in 1 text message 0"_s);
-        QCOMPARE(f.Book().AllContacts().Count(), 1);
+        QCOMPARE(f.Book().AllContacts().Count(), 4);
         f.prompts.ExpectBox(u"Group contains no contacts. Message was not sent.\r\n\r\n"
                             "Please add some contacts to this group."_s,
                             PromptIcon::Exclamation);
-        QCOMPARE(f.Send(u"Nobody"_s), u"Message failed 0"_s);
+        QCOMPARE(f.Send(u"Work"_s), u"Message failed 0"_s);
         f.UseGateway(f.peer.Address(), {});
         f.prompts.ExpectBox(u"Please buy some messages to continue.\r\n\r\nIf you have already bought messages then "
                             "please enter your account details sent to you by email, subject \"Brevio Account\"."
@@ -117,6 +124,83 @@ private slots:
         QApplication::sendEvent(&f.sendButton, &second);
         QTest::mouseRelease(&f.sendButton, Qt::LeftButton);
         QCOMPARE(f.peer.Posts(), 1);
+    }
+
+    void pasteIsCleanedAndCutAtTheLimit()
+    {
+        // What is pasted where into a message of that length, over how many characters; what gets in.
+        const std::tuple<int, int, int, QString, QString> rows[] = {
+            {2, 1, 0, u"Hé £5"_s, u"Hé £5"_s}, {2, 1, 0, u"a~b_c€\u00A0"_s, u"abc"_s},
+            {470, 100, 0, u"XYZ"_s, u"XY"_s},  {2, 1, 0, u"a\r\nb\nc\u2028d"_s, u"a\r\nb\r\nc\r\nd"_s},
+            {472, 10, 2, u"XYZ"_s, u"XY"_s},   {471, 1, 0, u"zb"_s, u"z"_s},
+            {470, 5, 0, u"\nX"_s, u"\r\n"_s},  {471, 5, 0, u"\nX"_s, u""_s}, // a line break is not split
+        };
+        for (const auto &[length, at, selected, pasted, taken] : rows) {
+            // No two neighbours are alike.
+            const QString before = u"ab"_s.repeated(236).first(length);
+            MessageEdit edit;
+            edit.SetMessageText(before);
+            QTextCursor cursor = edit.textCursor();
+            cursor.setPosition(at);
+            cursor.setPosition(at + selected, QTextCursor::KeepAnchor);
+            edit.setTextCursor(cursor);
+            QApplication::clipboard()->setText(pasted);
+            edit.paste();
+            QCOMPARE(edit.MessageText(), QString(before).replace(at, selected, taken));
+            edit.undo();
+            QCOMPARE(edit.MessageText(), before);
+        }
+    }
+
+    void completesWhatIsTyped()
+    {
+        const QMap<QChar, Qt::Key> keys = {{u'<', Qt::Key_Backspace}, {u'>', Qt::Key_Delete}, {u'^', Qt::Key_Home}};
+        Fixture f;
+        const auto completed = [&](const QString &typed) {
+            f.to.clearEditText();
+            for (const QChar c : typed)
+                QTest::keyClick(&f.to, keys.value(c, Qt::Key(c.toUpper().unicode())));
+            return f.to.lineEdit()->selectedText();
+        };
+        CompareTable({{u"jo", u"hn Smith"}, {u"johnn", u"y"}, {u"w", u"ork"}, {u"annx", u""}}, completed);
+        CompareTable({{u"jo<", u""}, {u"jo>", u""}, {u"jox<h", u"n Smith"}, {u"ohn^j", u""}}, completed);
+    }
+
+    void selectsByTextOrPick()
+    {
+        Fixture f;
+        f.to.setEditText(u"ANN"_s);
+        QCOMPARE(f.to.SelectedNumber(), f.contacts[0]->ContactID());
+        f.to.setEditText(u"wORK"_s);
+        QCOMPARE(f.to.SelectedNumber(), -f.work.GroupID());
+        // The second of two with the same name stays picked, whatever keyboard, wheel and refills do.
+        const int second = f.contacts[2]->ContactID();
+        f.to.Pick(second);
+        QTest::keyClick(&f.to, Qt::Key_Return);
+        QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&f.to, &wheel);
+        QCOMPARE(f.to.SelectedNumber(), second);
+        f.contacts[0]->Destroy();
+        f.contacts[2]->SetName(u"Anna"_s);
+        f.to.Refill(f.Book());
+        QCOMPARE(f.to.currentText(), u"Anna"_s);
+        QCOMPARE(f.to.SelectedNumber(), second);
+        f.contacts[2]->Destroy();
+        f.to.Refill(f.Book());
+        QCOMPARE(f.to.currentText(), u"Anna"_s);
+        QCOMPARE(f.to.SelectedNumber(), std::nullopt);
+    }
+
+    void refillWaitsWhileTheListIsOpen()
+    {
+        Fixture f;
+        f.to.showPopup();
+        f.contacts[0]->Destroy();
+        f.to.Refill(f.Book());
+        f.to.view()->setCurrentIndex(f.to.model()->index(2, 0));
+        QTest::keyClick(f.to.view(), Qt::Key_Return);
+        QTRY_COMPARE(f.to.count(), 4);
+        QCOMPARE(f.to.SelectedNumber(), f.contacts[2]->ContactID());
     }
 };
 

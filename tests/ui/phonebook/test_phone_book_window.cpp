@@ -4,8 +4,6 @@
 #include <QComboBox>
 #include <QMenu>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QSplitter>
 
 using namespace Qt::StringLiterals;
 
@@ -14,80 +12,52 @@ class TestPhoneBookWindow final : public QObject
     Q_OBJECT
 
 private slots:
-    void entriesAreEnabledByFocusAndSelection()
-    {
-        // Each entry with the letter that stands for it and its twins in the rows.
-        const QStringList entries =
-            u"D:mnuDelete S:mnuSelectAllContacts G:mnuEditGroupName G:mnuPopupDeleteGroup "
-            "G:mnuPopupRenameGroup P:mnuEditContact P:mnuPopupEditContact "
-            "A:mnuAddContactsToNewGroup A:mnuPopupAddContactsToNewGroup "
-            "E:mnuAddContactsToExistingGroup E:mnuPopupAddContactsToExistingGroup "
-            "R:mnuRemoveContactsFromAllGroups R:mnuPopupRemoveContactsFromAllGroups"_s.split(u' ');
-        const std::tuple<const char *, int, QString, bool, bool, QString> rows[] = {
-            {"txtFind", 0, {}, false, true, u"S"_s},          {"txtFind", 0, {}, true, true, u"DSPAER"_s},
-            {"lvwContacts", 1, {}, true, true, u"DSGPAER"_s}, {"lvwContacts", 1, {}, false, true, u"SG"_s},
-            {"lvwContacts", 0, u"q"_s, false, true, {}},      {"lvwGroups", 0, {}, true, true, u"PAER"_s},
-            {"lvwGroups", 1, {}, false, true, u"DG"_s},       {"lvwGroups", 1, {}, true, true, u"DGPAER"_s},
-            {"lvwContacts", 0, {}, true, false, u"DSPA"_s},
-        };
-        for (const auto &[focus, group, find, selects, hasGroups, enabled] : rows) {
-            PhoneBookFixture f;
-            if (!hasGroups)
-                f.Book().Groups().DestroyGroup(f.work);
-            f.Open();
-            f.ChooseGroup(group);
-            QTest::keyClicks(&f.Find(), find);
-            Control<QWidget>(f.phoneBook, focus).setFocus();
-            if (selects)
-                f.Select({0});
-            for (const QString &entry : entries)
-                QVERIFY2(f.Action(entry.mid(2)).isEnabled() == enabled.contains(entry[0]), qPrintable(enabled + entry));
-            QVERIFY(!f.Action(u"mnuSendText"_s).isVisible() && !f.Action(u"mnuPopupSendText"_s).isVisible());
-        }
-    }
-
     void everyStarterRunsItsCommand()
     {
-        struct Row
-        {
-            QString starters, result, box, caption;
-            const char *focus = "lvwContacts";
-        };
         const QString rest = u" Zoe: Élan: | Work"_s;
-        const Row rows[] = {
-            {u"mnuDelete mnuPopupDeleteContacts"_s, u"Ann:Work"_s + rest,
-             u"Are you sure you want to permanently delete 'Bob' from your phone book?"_s, u"Delete Contacts?"_s},
-            {u"mnuDelete mnuPopupDeleteGroup"_s, u"Bob: Ann: Zoe: Élan: | "_s,
-             u"Are you sure you want to remove the group \"Work\" from your Phone Book?"_s, u"Delete Group?"_s,
-             "lvwGroups"},
-            {u"mnuNewGroup mnuPopupNewGroup actNewGroup"_s, u"Bob:Work Ann:Work"_s + rest + u",New Group"_s, {}, {}},
+        const std::pair<QString, QString> rows[] = {
+            {u"mnuNewGroup mnuPopupNewGroup actNewGroup"_s, u"Bob:Work Ann:Work"_s + rest + u",New Group"_s},
             {u"mnuAddContactsToNewGroup mnuPopupAddContactsToNewGroup"_s,
-             u"Bob:Work+New Group Ann:Work"_s + rest + u",New Group"_s,
-             {},
-             {}},
+             u"Bob:Work+New Group Ann:Work"_s + rest + u",New Group"_s},
             {u"mnuRemoveContactsFromAllGroups mnuPopupRemoveContactsFromAllGroups mnuRemoveContactsFromThisGroup "
              "mnuPopupRemoveContactsFromThisGroup"_s,
-             u"Bob: Ann:Work"_s + rest,
-             {},
-             {}},
+             u"Bob: Ann:Work"_s + rest},
         };
-        for (const Row &row : rows) {
-            for (const QString &starter : row.starters.split(u' ')) {
+        for (const auto &[starters, result] : rows) {
+            for (const QString &starter : starters.split(u' ')) {
                 PhoneBookFixture f;
                 f.Open();
                 f.ChooseGroup(1);
                 f.Select({1});
-                Control<QWidget>(f.phoneBook, row.focus).setFocus();
-                if (!row.box.isEmpty()) {
-                    const QString before = f.Print();
-                    f.prompts.ExpectBox(row.box, PromptIcon::Question, PromptAnswer::No, row.caption);
-                    f.Action(starter).trigger();
-                    QCOMPARE(f.Print(), before);
-                    f.prompts.ExpectBox(row.box, PromptIcon::Question, PromptAnswer::Yes, row.caption);
-                }
                 f.Action(starter).trigger();
-                QCOMPARE(f.Print(), row.result);
+                QCOMPARE(f.Print(), result);
             }
+        }
+    }
+
+    void nothingIsDeletedWithoutAYes()
+    {
+        const auto contacts = u"Are you sure you want to permanently delete 'Bob' from your phone book?"_s;
+        const auto group = u"Are you sure you want to remove the group \"Work\" from your Phone Book?"_s;
+        const std::tuple<QString, bool> rows[] = {{u"mnuDelete"_s, false},
+                                                  {u"mnuPopupDeleteContacts"_s, false},
+                                                  {u"mnuDelete"_s, true},
+                                                  {u"mnuPopupDeleteGroup"_s, true}};
+        for (const auto &[starter, isGroup] : rows) {
+            PhoneBookFixture f;
+            f.Open();
+            f.ChooseGroup(1);
+            if (!isGroup)
+                f.Select({1});
+            (isGroup ? f.Groups() : f.Contacts()).setFocus();
+            const QString before = f.Print();
+            for (const PromptAnswer answer : {PromptAnswer::No, PromptAnswer::Yes}) {
+                QCOMPARE(f.Print(), before);
+                f.prompts.ExpectBox(isGroup ? group : contacts, PromptIcon::Question, answer,
+                                    isGroup ? u"Delete Group?"_s : u"Delete Contacts?"_s);
+                f.Action(starter).trigger();
+            }
+            QCOMPARE(f.Print(), isGroup ? u"Bob: Ann: Zoe: Élan: | "_s : u"Ann:Work Zoe: Élan: | Work"_s);
         }
     }
 
@@ -123,9 +93,8 @@ private slots:
         const std::tuple<bool, QString, QString> rows[] = {
             {false, u"  Al \"A\"\nLee "_s, u"Al 'A' Lee"_s},
             {false, u"   "_s, u"Ann"_s},
-            {false, u"A;B"_s, u"A;B"_s},
+            {false, QString(49, u'x') + u"😀"_s, QString(49, u'x')},
             {true, u" Jo \"J\"\u2028b "_s, u"Jo 'J' b"_s},
-            {true, u"  "_s, u"Work"_s},
             {true, u"; ;"_s, u"Work"_s},
             {true, u"a;b"_s, u"ab"_s},
             {true, u"Choir"_s, u"Choir (2)"_s},
@@ -155,17 +124,14 @@ private slots:
 
     void commandsTakeWhatTheEditorHolds()
     {
-        for (const QString &starter : {u"mnuNewGroup"_s, u"mnuPopupNewGroup"_s, u"actNewGroup"_s}) {
-            PhoneBookFixture f;
-            f.Open();
-            f.Action(u"mnuNewGroup"_s).trigger();
-            f.Editor(f.Groups())->setText(u"Club"_s);
-            f.Action(starter).trigger();
-            f.phoneBook.CreateNewGroup(false);
-            QCOMPARE(f.Rows(f.Groups()), u"Everyone Work Club New Group New Group (2)*<"_s);
-        }
         PhoneBookFixture f;
         f.Open();
+        f.Action(u"mnuNewGroup"_s).trigger();
+        f.Editor(f.Groups())->setText(u"Club"_s);
+        f.Action(u"mnuNewGroup"_s).trigger();
+        f.phoneBook.CreateNewGroup(false);
+        QCOMPARE(f.Rows(f.Groups()), u"Everyone Work Club New Group New Group (2)*<"_s);
+        f.ChooseGroup(1);
         f.Select({0});
         f.Contacts().setFocus();
         QTest::keyClick(&f.Contacts(), Qt::Key_F2);
@@ -176,35 +142,36 @@ private slots:
 
     void deletingLeavesTheNextRowCurrent()
     {
-        const auto name = [](int number) { return u"M%1"_s.arg(number, 2, 10, QLatin1Char('0')); };
-        for (const int count : {1, 19, 20}) {
+        // Many rows go another way than few.
+        for (const int count : {2, 20}) {
             PhoneBookFixture f;
-            for (int i = 0; i < 30; ++i)
-                f.Add(name(i), u"0770091"_s);
+            for (int i = 10; i < 40; ++i)
+                f.Add(u"M%1"_s.arg(i), u"0770091"_s);
             f.Open();
-            QSignalSpy refills(f.Contacts().model(), &QAbstractItemModel::modelReset);
             for (int row = 4 + count; row > 4; --row) // upwards: the current row is the first
                 f.SelectRow(row);
-            const QString whom = count == 1 ? u"'M02'"_s : u"the %1 selected contacts"_s.arg(count);
-            f.prompts.ExpectBox(u"Are you sure you want to permanently delete "_s + whom + u" from your phone book?"_s,
+            f.prompts.ExpectBox(u"Are you sure you want to permanently delete the %1 selected contacts "
+                                "from your phone book?"_s.arg(count),
                                 PromptIcon::Question, PromptAnswer::Yes, u"Delete Contacts?"_s);
             f.Contacts().setFocus();
             QTest::keyClick(&f.Contacts(), Qt::Key_Delete);
-            QCOMPARE(refills.count(), count < 20 ? 0 : 1);
             QCOMPARE(f.Status(), u"%1 contacts"_s.arg(34 - count));
             QVERIFY(f.Contacts().hasFocus() && !f.Contacts().selectionModel()->hasSelection());
-            QCOMPARE(f.Contacts().currentIndex().data().toString(), name(2 + count));
+            QCOMPARE(f.Contacts().currentIndex().data().toString(), u"M%1"_s.arg(12 + count));
         }
     }
 
-    void everyoneStays()
+    void everyoneStaysAndNothingIsDoneToNobody()
     {
         PhoneBookFixture f;
         f.Open();
+        for (const QString &entry : u"mnuDelete mnuEditContact mnuEditGroupName mnuPopupDeleteGroup "
+                                    "mnuAddContactsToNewGroup mnuRemoveContactsFromAllGroups"_s.split(u' '))
+            QVERIFY2(!f.Action(entry).isEnabled(), qPrintable(entry));
+        f.Select({0});
         f.Groups().setFocus();
         QTest::keyClick(&f.Groups(), Qt::Key_Delete);
         QTest::keyClick(&f.Groups(), Qt::Key_F2);
-        f.Action(u"mnuPopupRenameGroup"_s).trigger();
         QVERIFY(!f.Editor(f.Groups()));
         QTest::mouseClick(f.Groups().viewport(), Qt::LeftButton, Qt::ControlModifier,
                           f.Groups().visualRect(f.Groups().currentIndex()).center());
@@ -216,20 +183,15 @@ private slots:
         PhoneBookFixture f;
         f.Open();
         QVERIFY(f.Find().hasFocus());
-        const std::array<QString, 4> rows[] = {
-            {u"0"_s, u""_s, u"Ann Bob Élan Zoe"_s, u"4 contacts found"_s},
-            {u"0"_s, u"079"_s, u"Élan"_s, u"1 contacts found"_s},
-            {u"0"_s, u"qq"_s, u""_s, u"0 contacts found"_s},
-            {u"1"_s, u"B"_s, u"Bob"_s, u"1 contacts found"_s},
-        };
-        for (const auto &[group, typed, found, status] : rows) {
-            f.ChooseGroup(group.toInt());
+        const std::tuple<int, QString, QString> rows[] = {{0, u""_s, u"Ann Bob Élan Zoe, 4 contacts"_s},
+                                                          {0, u"079"_s, u"Élan, 1 contacts found"_s},
+                                                          {0, u"qq"_s, u", 0 contacts found"_s},
+                                                          {1, u"B"_s, u"Bob, 1 contacts found"_s}};
+        for (const auto &[group, typed, found] : rows) {
+            f.ChooseGroup(group);
             f.Find().setText(typed);
-            QCOMPARE(f.Rows(f.Contacts()), found);
-            QCOMPARE(f.Status(), typed.isEmpty() ? u"4 contacts"_s : status);
+            QCOMPARE(f.Rows(f.Contacts()) + u", "_s + f.Status(), found);
         }
-        QTest::keyClick(&f.Find(), Qt::Key_Return);
-        QVERIFY(f.Contacts().hasFocus());
         QTest::mouseClick(f.Groups().viewport(), Qt::LeftButton, {},
                           f.Groups().visualRect(f.Groups().currentIndex()).center());
         QCOMPARE(f.Find().text() + f.Rows(f.Contacts()), u"Ann Bob"_s);
@@ -246,9 +208,8 @@ private slots:
     void sortsByTheClickedColumn()
     {
         const std::tuple<int, QList<int>, QString, QString> rows[] = {
-            {0, {}, u"Ann*< Bob Élan Zoe"_s, u"0False"_s},    {0, {0}, u"Ann*< Bob Élan Zoe"_s, u"1False"_s},
-            {7, {}, u"Ann*< Bob Élan Zoe"_s, u"7False"_s},    {-1, {}, u"Ann*< Bob Élan Zoe"_s, u"-1False"_s},
-            {2, {}, u"Zoe Bob Ann*< Élan"_s, u"2False"_s},    {2, {1}, u"Élan Ann*< Bob Zoe"_s, u"2True"_s},
+            {7, {}, u"Ann*< Bob Élan Zoe"_s, u"7False"_s},    {2, {}, u"Zoe Bob Ann*< Élan"_s, u"2False"_s},
+            {2, {1}, u"Élan Ann*< Bob Zoe"_s, u"2True"_s},    {0, {0}, u"Ann*< Bob Élan Zoe"_s, u"1False"_s},
             {0, {0, 0}, u"Zoe Élan Bob Ann*<"_s, u"1True"_s}, {0, {0, 0, 1}, u"Zoe Bob Ann*< Élan"_s, u"2False"_s},
             {1, {2}, u"Zoe Élan Bob Ann*<"_s, u"3False"_s},   {1, {2, 2}, u"Bob Ann*< Zoe Élan"_s, u"3True"_s},
         };
@@ -272,19 +233,12 @@ private slots:
     {
         PhoneBookFixture f;
         f.Open();
-        f.phoneBook.resize(700, 500);
         f.Contacts().setColumnWidth(0, 211);
-        f.Contacts().setColumnWidth(1, 99);
-        Control<QSplitter>(f.phoneBook, "Splitter1").setSizes({250, 430});
-        const QList<int> sizes = Control<QSplitter>(f.phoneBook, "Splitter1").sizes();
         f.ChooseGroup(1);
         QVERIFY(f.phoneBook.close());
         PhoneBook again({f.countries, f.clock, f.prompts, f.shell, f.settings});
         again.show();
-        QCOMPARE(again.size(), QSize(700, 500));
-        const auto &list = Control<QTreeView>(again, "lvwContacts");
-        QCOMPARE(list.columnWidth(0) * 1000 + list.columnWidth(1), 211099);
-        QTRY_COMPARE(Control<QSplitter>(again, "Splitter1").sizes(), sizes);
+        QCOMPARE(Control<QTreeView>(again, "lvwContacts").columnWidth(0), 211);
         f.Open();
         QCOMPARE(f.Rows(f.Groups()), u"Everyone*< Work"_s);
     }
@@ -336,17 +290,14 @@ private slots:
 
     void addsToTheGroupOfTheList()
     {
-        const std::pair<QString, const char *> rows[] = {{u"mnuAddContactsToExistingGroup"_s, "cmdOK"},
-                                                         {u"mnuPopupAddContactsToExistingGroup"_s, "cmdOK"},
-                                                         {u"mnuAddContactsToExistingGroup"_s, "cmdCancel"}};
-        for (const auto &[starter, button] : rows) {
+        for (const auto &[starter, button] : {std::pair(u"mnuAddContactsToExistingGroup"_s, "cmdOK"),
+                                              {u"mnuPopupAddContactsToExistingGroup"_s, "cmdOK"},
+                                              {u"mnuAddContactsToExistingGroup"_s, "cmdCancel"}}) {
             PhoneBookFixture f;
             f.Book().Groups().CreateGroup(u"Choir"_s);
             f.Open();
             f.Select({2});
             WhenDialogOpens(u"ChooseGroup"_s, [button = button](QDialog &dialog) {
-                QCOMPARE(dialog.windowTitle(), u"Select Group to Add Contacts to"_s);
-                QCOMPARE(Control<QComboBox>(dialog, "cboGroup").currentText(), u"Work"_s);
                 Control<QComboBox>(dialog, "cboGroup").setCurrentIndex(1);
                 Control<QPushButton>(dialog, button).click();
             });
