@@ -33,6 +33,9 @@ public:
         m_expected.append({Print(request), PromptAnswer::Ok, path});
     }
 
+    /// The next prompt may be any file dialog; it is answered with `path`.
+    void ExpectAnyFileDialog(const QString &path) { m_expected.append({{}, PromptAnswer::Ok, path, true}); }
+
     /// Fails the test for prompts that never came, and forgets them.
     void VerifyAllCame()
     {
