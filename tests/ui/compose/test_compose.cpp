@@ -189,6 +189,12 @@ private slots:
         f.to.Refill(f.Book());
         QCOMPARE(f.to.currentText(), u"Anna"_s);
         QCOMPARE(f.to.SelectedNumber(), std::nullopt);
+        // Nobody else of the name takes the place of a pick that is gone.
+        f.to.Pick(-f.work.GroupID());
+        f.Book().Groups().DestroyGroup(f.Book().Groups().GetGroup(f.work.GroupID()));
+        f.Add(u"Work"_s, u"7700900009"_s);
+        f.to.Refill(f.Book());
+        QCOMPARE(f.to.currentText(), QString());
     }
 
     void refillWaitsWhileTheListIsOpen()

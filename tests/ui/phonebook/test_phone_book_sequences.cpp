@@ -3,6 +3,7 @@
 #include "RowKeys.h"
 
 #include <QAbstractItemModelTester>
+#include <QPlainTextEdit>
 #include <QRandomGenerator>
 
 using namespace Qt::StringLiterals;
@@ -19,8 +20,8 @@ class TestPhoneBookSequences final : public QObject, private Prompts
     QRandomGenerator m_random;
 
     PromptAnswer ShowMessageBox(const MessageBoxRequest &, QObject *) override { return PromptAnswer::Yes; }
-    QString AskOpenFile(const FileDialogRequest &, QObject *) override { return {}; }
-    QString AskSaveFile(const FileDialogRequest &, QObject *) override { return {}; }
+    QString AskOpenFile(const FileDialogRequest &, QObject *) override { return m_profile.home.filePath(u"backup"_s); }
+    QString AskSaveFile(const FileDialogRequest &, QObject *) override { return m_profile.home.filePath(u"backup"_s); }
 
     [[nodiscard]] QTreeView &Groups() const { return Control<QTreeView>(m_phoneBook, "lvwGroups"); }
     [[nodiscard]] QTreeView &Contacts() const { return Control<QTreeView>(m_phoneBook, "lvwContacts"); }
@@ -41,6 +42,8 @@ class TestPhoneBookSequences final : public QObject, private Prompts
             name->setText(u"N"_s + Name());
             Control<QLineEdit>(*dialog, "txtMobile").setText(u"0%1"_s.arg(7700900000 + m_random.bounded(1000)));
         }
+        if (auto *list = dialog->findChild<QPlainTextEdit *>(u"txtExclude"_s))
+            list->setPlainText(Name() + u'\n' + Name());
         m_random.bounded(4) ? dialog->accept() : dialog->reject();
     }
 
@@ -50,7 +53,8 @@ class TestPhoneBookSequences final : public QObject, private Prompts
         const QStringList entries =
             u"mnuNewGroup mnuAddContactsToNewGroup mnuAddContactsToExistingGroup mnuAddContactsToExistingGroup "
             "mnuRemoveContactsFromAllGroups mnuRemoveContactsFromThisGroup mnuDelete mnuPopupDeleteContacts "
-            "mnuPopupDeleteGroup mnuAddContact mnuAddContact mnuAddContact mnuEditContact "
+            "mnuPopupDeleteGroup mnuMergeDuplicates mnuExclude mnuBackup mnuRestore mnuContactsImport mnuAddContact "
+            "mnuAddContact mnuAddContact mnuEditContact "
             "rename rename find sort close"_s.split(u' ');
         QTreeView &list = m_random.bounded(2) ? Groups() : Contacts();
         list.setFocus();
@@ -131,6 +135,8 @@ private slots:
         qInfo("BREVIO_TEST_SEED=%u", seed);
         m_random.seed(seed);
         m_countries.Add({u"United Kingdom"_s, 44, true});
+        WriteBytes(m_profile.home.filePath(u"people"_s), "Ann,44,07700900001\nZoe,+447700900002\n");
+        m_settings.Save(u"Import Contacts"_s, u"FileName"_s, m_profile.home.filePath(u"people"_s));
         m_phoneBook.LoadData();
         m_phoneBook.show();
         for (const QTreeView *list : {&Groups(), &Contacts()})
