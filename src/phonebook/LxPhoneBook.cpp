@@ -45,24 +45,32 @@ public:
                 m_byName.insert(group->Name(), group);
     }
 
-    /// The groups of these names, joined by ";"; none for empty text.
-    const std::vector<LxGroup *> &Find(const QString &names)
+    /// Adds the contact to the groups of these names, joined by ";"; to none for empty text.
+    void AddTo(const QString &names, const LxContactPtr &contact)
     {
+        if (names.isEmpty())
+            return;
+        if (!names.contains(u';')) {
+            FindOne(names).Add(contact);
+            return;
+        }
         // Most lines name the same groups as one before.
         std::vector<LxGroup *> &groups = m_byNames[names];
-        if (groups.empty() && !names.isEmpty()) {
+        if (groups.empty()) {
             for (const QString &name : names.split(u';'))
-                groups.push_back(&FindOne(LxGroup::CleanName(name)));
+                groups.push_back(&FindOne(name));
         }
-        return groups;
+        for (LxGroup *group : groups)
+            group->Add(contact);
     }
 
 private:
     LxGroup &FindOne(const QString &name)
     {
-        LxGroup *&group = m_byName[name];
+        const QString cleaned = LxGroup::CleanName(name);
+        LxGroup *&group = m_byName[cleaned];
         if (!group)
-            group = &m_groups.CreateNewGroup(name);
+            group = &m_groups.CreateNewGroup(cleaned);
         return *group;
     }
 
@@ -259,8 +267,7 @@ bool LxPhoneBook::AddContacts(const QString &text)
 void LxPhoneBook::AddContact(const LxContactPtr &contact, const QString &groups, GroupFinder &finder)
 {
     m_allContacts->Add(contact);
-    for (LxGroup *group : finder.Find(groups))
-        group->Add(contact);
+    finder.AddTo(groups, contact);
 }
 
 void LxPhoneBook::ParseContacts(const QString &text)
