@@ -2,6 +2,8 @@
 
 #include "LxCountryList.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <array>
 
@@ -84,7 +86,7 @@ QString RemovePlus(const QString &s)
 
 QString MakeInternational(int code, const QString &local)
 {
-    return u'+' + QString::number(code) + local;
+    return u'+' % QString::number(code) % local;
 }
 
 std::optional<SplitNumber> SplitInternational(const LxCountryList &countries, const QString &s)

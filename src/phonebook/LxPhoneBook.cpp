@@ -97,7 +97,7 @@ LxGroupList LxPhoneBook::GroupsExcludingAllContacts() const
     LxGroupList groups;
     for (LxGroup *group : m_groups) {
         if (group != m_allContacts)
-            groups.Add(*group);
+            groups.AddNew(*group);
     }
     return groups;
 }

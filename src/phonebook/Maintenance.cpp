@@ -1,6 +1,5 @@
 #include "Maintenance.h"
 
-#include "LxContactList.h"
 #include "LxPhoneBook.h"
 #include "PhoneNumbers.h"
 #include "TextFile.h"
@@ -9,9 +8,21 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <vector>
 
 namespace Maintenance {
 namespace {
+
+/// A copy, as going through the group itself would not bear that contacts leave it.
+std::vector<LxContactPtr> ContactsOf(const LxPhoneBook &phoneBook)
+{
+    const LxGroup &everyone = phoneBook.AllContacts();
+    std::vector<LxContactPtr> contacts;
+    contacts.reserve(static_cast<size_t>(everyone.Count()));
+    for (const LxContactPtr &contact : everyone)
+        contacts.push_back(contact);
+    return contacts;
+}
 
 /// Whether the name tells more than the number, in whichever form: an import without names makes names of numbers.
 bool HasRealName(const LxContact &contact)
@@ -30,46 +41,48 @@ public:
     void Add(const QString &text)
     {
         // A leading zero counts neither for a number nor for a name.
-        QStringList &same = m_textsOf[Key(text.startsWith(u'0') ? text.sliced(1) : text)];
+        QStringList &same = m_textsOf[FoldedCase(text.startsWith(u'0') ? text.sliced(1) : text)];
         if (!same.contains(text))
             same += text;
+        m_hasInternational = m_hasInternational || text.startsWith(u'+');
     }
 
     [[nodiscard]] bool Matches(const LxContact &contact) const
     {
-        return MatchesOneOf(contact.Name(), contact) || MatchesOneOf(contact.LocalMobile(), contact) ||
-               MatchesOneOf(contact.InternationalMobile(), contact);
+        return MatchesTextsOf(FoldedCase(contact.Name()), contact) || MatchesTextsOf(contact.LocalMobile(), contact) ||
+               (m_hasInternational && MatchesTextsOf(contact.InternationalMobile(), contact));
     }
 
 private:
     /// The same for texts that differ in case only, and for a few others, between which LxContact::Match decides.
-    [[nodiscard]] static QString Key(const QString &text) { return text.toCaseFolded(); }
+    [[nodiscard]] static QString FoldedCase(const QString &text) { return text.toCaseFolded(); }
 
-    [[nodiscard]] bool MatchesOneOf(const QString &own, const LxContact &contact) const
+    [[nodiscard]] bool MatchesTextsOf(const QString &key, const LxContact &contact) const
     {
-        const QStringList texts = m_textsOf.value(Key(own));
-        return std::any_of(texts.begin(), texts.end(),
+        const auto texts = m_textsOf.constFind(key);
+        return texts != m_textsOf.constEnd() &&
+               std::any_of(texts->begin(), texts->end(),
                            [&contact](const QString &text) { return contact.Match(text, true); });
     }
 
     QHash<QString, QStringList> m_textsOf;
+    bool m_hasInternational = false;
 };
 
 } // namespace
 
 void MergeDuplicates(LxPhoneBook &phoneBook)
 {
-    // A copy, as merging takes contacts out of the group.
-    const LxContactList contacts = phoneBook.AllContacts().ContactList();
-    QHash<QString, LxContactPtr> keptOf;
-    keptOf.reserve(contacts.Count());
+    const std::vector<LxContactPtr> contacts = ContactsOf(phoneBook);
+    QHash<QString, LxContact *> keptOf;
+    keptOf.reserve(phoneBook.AllContacts().Count());
     for (const LxContactPtr &contact : contacts) {
         const QString number = contact->InternationalMobile();
         if (number.isEmpty())
             continue;
-        LxContactPtr &kept = keptOf[number];
+        LxContact *&kept = keptOf[number];
         if (!kept) {
-            kept = contact;
+            kept = contact.get();
             continue;
         }
         for (LxGroup *group : contact->Groups())
@@ -84,14 +97,14 @@ int DeleteMany(LxPhoneBook &phoneBook, const QString &lines)
 {
     ExactMatcher matcher;
     TextFile::ForEachLine(lines, [&matcher](QStringView line) { matcher.Add(line.trimmed().toString()); });
-    LxContactList matching;
-    for (const LxContactPtr &contact : phoneBook.AllContacts()) {
-        if (matcher.Matches(*contact))
-            matching.Add(contact);
-    }
-    for (const LxContactPtr &contact : matching)
+    int count = 0;
+    for (const LxContactPtr &contact : ContactsOf(phoneBook)) {
+        if (!matcher.Matches(*contact))
+            continue;
         contact->Destroy();
-    return matching.Count();
+        ++count;
+    }
+    return count;
 }
 
 } // namespace Maintenance
