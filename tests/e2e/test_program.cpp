@@ -13,7 +13,6 @@
 #include <QComboBox>
 #include <QDirIterator>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProcess>
@@ -85,22 +84,13 @@ private slots:
         });
         QCOMPARE(Send(u"+44 7700 900123"_s, u"£5\n<b>"_s), u"Message sent. 9 messages remaining"_s);
         QCOMPARE(Send(u"an"_s, QString(161, u'x')), u"Message sent. 7 messages remaining"_s);
-        QStringList rows;
-        WhenDialogOpens(u"SendResults"_s, [&rows](QDialog &dialog) {
-            const QAbstractItemModel &model = *Control<QTreeView>(dialog, "lvwSendResults").model();
-            for (int row = 0; row < model.rowCount(); ++row)
-                rows += model.index(row, 0).data().toString() + u' ' + model.index(row, 2).data().toString();
-        });
-        QCOMPARE(Send(u"work"_s, u"Hi"_s), u"Message failed. 6 messages remaining"_s);
-        QCOMPARE(rows, (QStringList{u"Not sent +447700900999"_s, u"Sent +33612345678"_s}));
         QStringList taken;
         for (const QByteArray &line : ReadBytes(p.outbox).trimmed().split('\n')) {
             const QJsonDocument message = QJsonDocument::fromJson(line);
             taken += message[u"number"].toString() + message[u"name"].toString() + u'|' + message[u"text"].toString();
         }
         const QString ann = u"447700900123Ann Lee|"_s;
-        QCOMPARE(taken, (QStringList{ann + u"£5\r\n<b>"_s, ann + QString(158, u'x') + u".."_s, ann + u"..xxx"_s,
-                                     u"33612345678Zoë|Hi"_s}));
+        QCOMPARE(taken, (QStringList{ann + u"£5\r\n<b>"_s, ann + QString(158, u'x') + u".."_s, ann + u"..xxx"_s}));
 
         p.process.terminate();
         QVERIFY(p.process.waitForFinished(10000));
@@ -185,14 +175,10 @@ private slots:
         trigger("mnuRestore");
         QVERIFY(compose->close());
         const auto taken = [](int id, const QString &name, const QString &number) {
-            const QJsonObject message = {{u"id"_s, id},
-                                         {u"name"_s, name},
-                                         {u"number"_s, number},
-                                         {u"reply"_s, QString()},
-                                         {u"text"_s, u"Hi"_s},
-                                         {u"user"_s, u"ann"_s},
-                                         {u"version"_s, VersionNumber(ProgramVersion())}};
-            return QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
+            const auto json =
+                u"{'id':%1,'name':'%2','number':'%3','reply':'','text':'Hi','user':'ann','version':%4}\n"_s;
+            const QString version = QString::number(VersionNumber(ProgramVersion()));
+            return json.arg(QString::number(id), name, number, version).replace(u'\'', u'"').toUtf8();
         };
         const QByteArray outbox = taken(1, u"Ann Lee"_s, u"447700900123"_s) + taken(2, u"Zoë"_s, u"33612345678"_s) +
                                   taken(3, u"Annie"_s, u"447700900123"_s);

@@ -86,21 +86,6 @@ private slots:
         QCOMPARE(TextFile::DecodeForeign("\x89PNG\r\n\x1A"), u"‰PNG\r\n\u001A"_s);
     }
 
-    void ImportAddsClonesUpToTheFirstThatCannotBe()
-    {
-        LxPhoneBook scratch = Book();
-        scratch.ParseContacts(u"Ann,+447700900123,Friends\nAnn,+447700900123\nBob,07700900123\nCy,+447700900124"_s);
-        LxPhoneBook book = Book();
-        const LxContactList contacts = scratch.AllContacts().ContactList();
-        const auto import = [&](LxGroup *group) { return Raised([&] { book.Import(contacts, group); }); };
-        const QString raised = u"-2147221503 Corvane.Contact: Invalid country 0"_s;
-        QCOMPARE(import(&book.Groups().CreateGroup(u"Imported"_s)), raised);
-        QCOMPARE(import(nullptr), raised);
-        const QString ann = u"Ann 44 7700900123 []\n"_s;
-        const QString imported = u"Ann 44 7700900123 [Imported]\n"_s;
-        QCOMPARE(Printed(book), imported + imported + ann + ann.trimmed() + u" | Everyone;Imported"_s);
-    }
-
     void ExportWritesForSpreadsheets()
     {
         const QString version = u"%1.%2"_s.arg(ProgramVersion().major).arg(ProgramVersion().minor);

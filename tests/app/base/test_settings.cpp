@@ -1,4 +1,5 @@
 #include "FakePrompts.h"
+#include "FileSizeLimit.h"
 #include "Files.h"
 #include "Settings.h"
 #include "TextTable.h"
@@ -7,12 +8,9 @@
 #include "WithoutRoot.h"
 
 #include <QDir>
-#include <QScopeGuard>
 #include <QTemporaryDir>
 
-#include <csignal>
 #include <optional>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -93,20 +91,15 @@ private slots:
 
     void FailedSaveKeepsTheOldFileAndIsToldOnce()
     {
-        const auto restore = qScopeGuard([old = std::signal(SIGXFSZ, SIG_IGN)] { std::signal(SIGXFSZ, old); });
-        rlimit usual = {};
-        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &usual), 0);
         Settings settings(m_path, m_prompts);
         // Small contents wait in a buffer, large ones go straight to the disk.
         for (const auto &[size, limit] : {std::pair(1000, 999UL), {100'000, 0UL}, {100'000, 99'999UL}}) {
             const QString text(size, u'n');
             QVERIFY(CanSave(settings, u"old"_s));
-            const rlimit lower = {limit, usual.rlim_max};
-            ::setrlimit(RLIMIT_FSIZE, &lower);
+            std::optional<FileSizeLimit> fullDisk(limit);
             ExpectFailure();
-            const bool isSaved = CanSave(settings, text + u'1') || CanSave(settings, text);
-            ::setrlimit(RLIMIT_FSIZE, &usual);
-            QVERIFY(!isSaved);
+            QVERIFY(!CanSave(settings, text + u'1') && !CanSave(settings, text));
+            fullDisk.reset();
             QCOMPARE(StoredValue(), u"old"_s);
             QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(u"Brevio.json"_s));
             // Nothing new was set, but the failed write still waits.

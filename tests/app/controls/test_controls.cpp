@@ -25,11 +25,6 @@ private slots:
             window.setGeometry(50, 60, 300, 200);
             Controls::RestoreWindowPosition(settings, window);
             Controls::SaveWindowPosition(settings, window);
-            for (const Qt::WindowState state : {Qt::WindowMaximized, Qt::WindowMinimized}) {
-                window.setWindowState(state);
-                window.show();
-                Controls::SaveWindowPosition(settings, window);
-            }
             QDialog again;
             again.setObjectName(u"Results"_s);
             Controls::RestoreWindowPosition(settings, again);

@@ -36,19 +36,14 @@ class TestCGIPostWindow final : public QObject
     }
 
 private slots:
-    void windowShowsThePostAndClosesByItself()
+    void windowStaysUntilThePostHasFinished()
     {
         ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("abcd")}});
         FixedInternetSettings settings;
         PostModule module{settings};
         CGIPost post(module);
         post.SetUrl(peer.Address());
-        post.SetWindowTitle(u"Sending Message"_s);
-        post.SetDescription(u"To: <b>Ann & Bob</b>"_s);
         RunAndAct(post, u"Result received"_s, [&](QDialog *window) {
-            QCOMPARE(window->windowTitle(), u"Sending Message..."_s);
-            QCOMPARE(window->findChild<QLabel *>(u"lblDescription"_s)->text(), u"To: <b>Ann & Bob</b>"_s);
-            QCOMPARE(window->findChild<QLabel *>(u"lblStatus"_s)->text(), u"Result received"_s);
             QVERIFY(!window->findChild<QPushButton *>(u"cmdCancel"_s)->isEnabled());
             window->close();
             QVERIFY2(window->isVisible(), "closed before the post had finished");

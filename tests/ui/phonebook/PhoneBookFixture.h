@@ -17,8 +17,7 @@ struct PhoneBookFixture : WindowFixture
     {
         work.Add(Add(QStringLiteral("Bob"), QStringLiteral("07700900002")));
         work.Add(Add(QStringLiteral("Ann"), QStringLiteral("07700900003")));
-        const LxContactPtr zoe = Add(QStringLiteral("Zoe"), QStringLiteral("07700900004"));
-        zoe->SetMobile(QStringLiteral("+33612345678"));
+        Add(QStringLiteral("Zoe"), QStringLiteral("07700900004"))->SetMobile(QStringLiteral("+33612345678"));
         Add(QStringLiteral("Élan"), QStringLiteral("07971001234"));
     }
 
