@@ -1,3 +1,4 @@
+#include "EmailAddresses.h"
 #include "FakePrompts.h"
 #include "Files.h"
 #include "LxCountryList.h"
@@ -24,12 +25,12 @@ private:
         m_prompts.ExpectBox(text.arg(line), PromptIcon::Critical, answer);
     }
     /// Every country of the file as "code name", with "!" when guaranteed.
-    QString Loaded(const QByteArray &file)
+    QString Loaded(const QByteArray &file, const QStringList &arguments = {})
     {
         const QTemporaryDir folder;
         LxCountryList list;
         WriteBytes(folder.filePath(u"countries.csv"_s), file);
-        list.LoadCountries(folder.path(), {}, m_prompts);
+        list.LoadCountries(folder.path(), arguments, m_prompts);
         m_prompts.VerifyAllCame();
         QStringList printed;
         for (const auto &[name, code, isGuaranteed] : list.Countries())
@@ -43,6 +44,7 @@ private slots:
         QCOMPARE(Loaded(kHeader + "353,Ireland,0\r\n1,Canada,1\n2,B,-1\r"), u"353 Ireland|1! Canada|2! B"_s);
         QCOMPARE(Loaded(kHeader + "  44,  \"Korea, South\" x, 0\r\n\"1\",\"A\",\"1\"\r\n"), u"44 Korea, South|1! A"_s);
         QCOMPARE(Loaded(kHeader + "32767,C\xF4te d\x92Ivoire,0"), u"32767 Côte d’Ivoire"_s);
+        QCOMPARE(Loaded(kHeader, {u"x"_s, u"--UseTestCountry=1"_s}), u"99 Test Country"_s);
     }
 
     void AsksAfterBadCountries()
@@ -55,6 +57,10 @@ private slots:
             ExpectQuestion(3, PromptAnswer::Yes);
             QCOMPARE(Loaded(kHeader + "1,A,0\r\n" + bad), u"1 A"_s);
         }
+        m_prompts.ExpectBox(u"Wrong number of columns in countries.csv. There should be 3 columns."
+                            "\r\n\r\nPlease re-install Brevio."_s,
+                            PromptIcon::Critical);
+        QCOMPARE(Loaded("Code,\"Country, name\",Guaranteed\r\n1,A,0\r\n"), u""_s);
     }
 
     // The table as the build puts it beside the program.
@@ -73,6 +79,15 @@ private slots:
             QCOMPARE(codeOf(u"+%1000000"_s.arg(country.CountryCode)), QString::number(country.CountryCode));
         CompareTable({{u"+18495550100", u"1849"}, {u"+77015550100", u"7"}, {u"+999123456", u"none"}}, codeOf);
         QVERIFY(countries.Lookup(44).CountryName.startsWith(u"United Kingdom"_s));
+    }
+
+    void ChecksEmailAddresses()
+    {
+        for (const auto &address : {u"ANN.O'Hara_x-1@A-1.EXAMPLE"_s, u"@a.b"_s, u"a@.b.c"_s})
+            QVERIFY2(EmailAddresses::IsValidEmailAddress(address), qPrintable(address));
+        for (const auto &address :
+             {u""_s, u"a.b@c"_s, u"a@.b"_s, u"a@b."_s, u"a.b.c"_s, u"a@b@c.d"_s, u"a+b@c.d"_s, u"\u212A@c.d"_s})
+            QVERIFY2(!EmailAddresses::IsValidEmailAddress(address), qPrintable(address));
     }
 
     void CleansNumbers()

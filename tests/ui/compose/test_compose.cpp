@@ -4,6 +4,7 @@
 #include "MessageEdit.h"
 #include "RecipientBox.h"
 #include "ScriptedPeer.h"
+#include "TextTable.h"
 #include "WindowFixture.h"
 
 #include <QClipboard>
@@ -55,6 +56,21 @@ class TestCompose final : public QObject
     };
 
 private slots:
+    void statusCountsCharactersAndParts()
+    {
+        Fixture f;
+        const std::pair<QString, QString> rows[] = {
+            {{}, u"Please enter a text message to send"_s},
+            {u"a\nb"_s, u"4 characters in 1 text message"_s},
+            {QString(600, u'x'), u"472 characters in 3 text messages"_s},
+            {u"a_b~"_s, u"Character _~ not allowed in text messages!"_s},
+        };
+        for (const auto &[text, status] : rows) {
+            f.text.setPlainText(text);
+            QCOMPARE(f.Status(), status);
+        }
+    }
+
     void draftIsKeptAndTheProgramEndsWhateverFails()
     {
         Fixture f;
@@ -136,11 +152,27 @@ private slots:
         }
     }
 
+    void completesWhatIsTyped()
+    {
+        const QMap<QChar, Qt::Key> keys = {{u'<', Qt::Key_Backspace}, {u'>', Qt::Key_Delete}, {u'^', Qt::Key_Home}};
+        Fixture f;
+        const auto completed = [&](const QString &typed) {
+            f.to.clearEditText();
+            for (const QChar c : typed)
+                QTest::keyClick(&f.to, keys.value(c, Qt::Key(c.toUpper().unicode())));
+            return f.to.lineEdit()->selectedText();
+        };
+        CompareTable({{u"jo", u"hn Smith"}, {u"johnn", u"y"}, {u"w", u"ork"}, {u"annx", u""}}, completed);
+        CompareTable({{u"jo<", u""}, {u"jo>", u""}, {u"jox<h", u"n Smith"}, {u"ohn^j", u""}}, completed);
+    }
+
     void selectsByTextOrPick()
     {
         Fixture f;
         f.to.setEditText(u"ANN"_s);
         QCOMPARE(f.to.SelectedNumber(), f.contacts[0]->ContactID());
+        f.to.setEditText(u"wORK"_s);
+        QCOMPARE(f.to.SelectedNumber(), -f.work.GroupID());
         // The second of two with the same name stays picked, whatever keyboard, wheel and refills do.
         const int second = f.contacts[2]->ContactID();
         f.to.Pick(second);

@@ -3,6 +3,7 @@
 #include "Utils.h"
 #include "WithoutRoot.h"
 
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
@@ -81,6 +82,8 @@ private slots:
         const QString file = f.Path(u"backup.kpb"_s);
         QVERIFY(WriteBytes(file, "\"Cy\",44,\"1\",\"Club;Work\"\r\n"));
         f.TriggerWithFile(u"mnuRestore"_s, file);
+        f.TriggerWithFile(u"mnuBackup"_s, f.Book().FileName());
+        f.TriggerWithFile(u"mnuRestore"_s, f.Book().FileName());
         f.TriggerWithFile(u"mnuRestore"_s, {});
         QCOMPARE(f.Lists(), u"Everyone Club Work*< | Cy"_s);
         QCOMPARE(f.Saved(), ReadBytes(file));
@@ -156,6 +159,8 @@ private slots:
         const std::tuple<QByteArray, QString, QString> rows[] = {
             {"Cy,+447700900123\nDi,07700900124\nEd,+447700900125", invalid, u"Cy:Imported | Work,Imported"_s},
             {"Di,07700900124", invalid, u"| Work"_s},
+            {"Cy;44;07700900123\nDi;44;07700900124", nothing, u"| Work"_s},
+            {"\r\n", nothing, u"| Work"_s},
             {"\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, nothing, u"| Work"_s},
         };
         for (const auto &[bytes, failure, added] : rows) {
@@ -186,11 +191,13 @@ private slots:
             };
             browse({});
             QVERIFY(title.text() == u"Please browse for a file" && !ok.isEnabled());
+            emit Control<QLabel>(dialog, "lblHelpLink").linkActivated({});
             const std::pair<QString, QString> rows[] = {{f.Path(u"missing.csv"_s), u"File not found"_s},
                                                         {secret, u"Permission denied"_s},
                                                         {f.home.path(), u"It is not a file"_s}};
             for (const auto &[path, why] : rows) {
                 browse(path);
+                QCOMPARE(title.text(), QFileInfo(path).fileName());
                 f.prompts.ExpectBox(u"The selected file cannot not be opened: "_s + why +
                                         u"\r\n\r\nPlease ensure the file is not in use in another application, and try "
                                         "again."_s,
@@ -206,6 +213,7 @@ private slots:
             QVERIFY(dialog.isVisible());
         });
         f.Trigger(u"mnuContactsImport"_s);
+        QCOMPARE(f.shell.opened, QStringList(u"http://www.corvane.example/brevio/help_importing.html"_s));
         QCOMPARE(f.settings.Get(u"Import Contacts"_s, u"FileName"_s), empty);
     }
 };
