@@ -28,7 +28,7 @@ extern "C" int fsync(int descriptor)
     QElapsedTimer timer;
     timer.start();
     Flushes &flushes = FlushesSoFar();
-    // The file that is to replace the phone book may have no name yet, but it is in the same folder as no other.
+    // The file that is to replace the phone book may have no name yet; nothing else is saved into that folder.
     const QString path = QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(descriptor));
     flushes.saves += path.startsWith(QFileInfo(LxPhoneBook::DefaultFileName()).path() + u'/') ? 1 : 0;
     const auto result = static_cast<int>(::syscall(SYS_fsync, descriptor));

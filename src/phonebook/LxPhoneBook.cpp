@@ -134,9 +134,9 @@ void LxPhoneBook::OpenPhoneBook(QString name)
             return;
         }
         m_lock.Acquire(m_fileName);
-        const QString text = TextFile::Decode(Utils::ReadTextFile(m_fileName));
+        const QByteArray bytes = Utils::ReadTextFile(m_fileName);
         ClearAll();
-        m_mustKeepOldFile = !AddContacts(text);
+        m_mustKeepOldFile = !AddContacts(TextFile::Decode(bytes)) || !TextFile::DecodesWhole(bytes);
     } catch (const Error &) {
         m_lock.Release();
         throw;
@@ -210,7 +210,8 @@ QString LxPhoneBook::Restore(const QString &name)
     const bool oldMustKeep = m_mustKeepOldFile;
     ClearAll();
     // A backup that was cut or damaged must not be all that is left.
-    m_mustKeepOldFile = !AddContacts(text) || (bytes.isEmpty() && oldContacts->Count() > 0) || oldMustKeep;
+    m_mustKeepOldFile = !AddContacts(text) || !TextFile::DecodesWhole(bytes) ||
+                        (bytes.isEmpty() && oldContacts->Count() > 0) || oldMustKeep;
     try {
         return SavePhoneBook();
     } catch (const Error &) {
@@ -250,8 +251,7 @@ bool LxPhoneBook::HasContact(const QString &text) const
 
 bool LxPhoneBook::AddContacts(const QString &text)
 {
-    // Bytes that are no UTF-8 in a file that says it is were read as replacement characters.
-    bool readAll = !text.contains(QChar::ReplacementCharacter);
+    bool readAll = true;
     GroupFinder finder(m_groups);
     QString names;
     TextFile::ForEachLine(text, [&](QStringView line) {
@@ -284,6 +284,8 @@ void LxPhoneBook::ParseContacts(const QString &text)
             if (fields.countryCode != 0)
                 contact->SetCountryCode(fields.countryCode);
             contact->SetMobile(fields.mobile);
+            // What is left behind the country code may be no number, on which the import of all others would stop.
+            contact->SetUserMobile(contact->UserMobile());
             AddContact(contact, fields.groups, finder);
         } catch (const Error &) {
             // A heading, or a line of something else, costs its own contact only.

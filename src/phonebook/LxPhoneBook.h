@@ -42,10 +42,10 @@ public:
     /// Throws away what is not saved by loading the file again.
     void RevertToSaved();
 
-    /// Writes the whole phone book to its file. When the last load skipped a line that was not blank, or the open
-    /// failed, the old file is first kept beside it, byte for byte, as "<name>.<date-time>.bak"; a save that fails
-    /// leaves no such copy.
-    /// Returns the path of the copy, or empty text when none was due.
+    /// Writes the whole phone book to its file. When the last load skipped a line that was not blank or bytes
+    /// that were no text, or the open failed, the old file is first kept beside it, byte for byte, as
+    /// "<name>.<date-time>.bak"; a save that fails leaves no such copy. Returns the path of the copy, or empty text
+    /// when none was due.
     QString SavePhoneBook();
 
     /// Releases the file. The contacts in memory stay.
@@ -54,8 +54,8 @@ public:
     /// Writes the whole phone book to another file. Onto its own it is a save, and returns what SavePhoneBook does.
     QString Backup(const QString &name);
 
-    /// Replaces the contacts by those of the named file and saves the phone book, whose old file is kept as
-    /// SavePhoneBook keeps it when a line was skipped or the named file is empty; returns what SavePhoneBook does.
+    /// Replaces the contacts by those of the named file and saves the phone book; returns what SavePhoneBook does. The
+    /// old file is kept as there when the named file was not read whole, or is empty while the phone book was not.
     /// Raises "<file> is not a phone book" when the file is not empty and has no readable line. Whatever is raised,
     /// the phone book is as it was, groups without members included.
     QString Restore(const QString &name);
@@ -86,8 +86,7 @@ private:
     /// The line's contact; null for a line that breaks the rules. `groups` becomes the names of its groups.
     [[nodiscard]] LxContactPtr ContactOf(QStringView line, QString &groups) const;
     [[nodiscard]] bool HasContact(const QString &text) const;
-    /// Adds the contacts of a phone-book file's text. False when what is there was not read whole: a line that is not
-    /// blank was skipped, or bytes were no text.
+    /// Adds the contacts of a phone-book file's text. False when a line that was not blank was skipped.
     bool AddContacts(const QString &text);
     [[nodiscard]] QByteArray Content() const;
     [[nodiscard]] QString KeepOldFile() const;

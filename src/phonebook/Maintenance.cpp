@@ -29,8 +29,7 @@ bool HasRealName(const LxContact &contact)
 {
     using namespace PhoneNumbers;
     const QString cleaned = CleanPhoneNumber(contact.Name());
-    return !cleaned.trimmed().isEmpty() && contact.Name() != contact.UserMobile() &&
-           RemovePlus(cleaned) != RemovePlus(contact.InternationalMobile()) &&
+    return !cleaned.trimmed().isEmpty() && RemovePlus(cleaned) != RemovePlus(contact.InternationalMobile()) &&
            RemoveTrunkZero(cleaned) != contact.LocalMobile();
 }
 
@@ -93,7 +92,7 @@ void MergeDuplicates(LxPhoneBook &phoneBook)
     }
 }
 
-int DeleteMany(LxPhoneBook &phoneBook, const QString &lines)
+int DeleteByList(LxPhoneBook &phoneBook, const QString &lines)
 {
     ExactMatcher matcher;
     TextFile::ForEachLine(lines, [&matcher](QStringView line) { matcher.Add(line.trimmed().toString()); });

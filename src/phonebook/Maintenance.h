@@ -4,7 +4,7 @@
 
 class LxPhoneBook;
 
-/// What tidies a whole phone book. Both walk its contacts once, however many there are. Nothing is saved.
+/// What tidies a whole phone book, in time linear in its contacts. Nothing is saved.
 namespace Maintenance {
 
 /// Merges contacts of the same number in international form into the first of them, which joins their groups. The last
@@ -13,6 +13,6 @@ void MergeDuplicates(LxPhoneBook &phoneBook);
 
 /// Destroys every contact that exactly matches (LxContact::Match) one of the lines, which end with CR LF or a lone LF.
 /// Returns how many those were.
-int DeleteMany(LxPhoneBook &phoneBook, const QString &lines);
+int DeleteByList(LxPhoneBook &phoneBook, const QString &lines);
 
 } // namespace Maintenance

@@ -70,6 +70,8 @@ private slots:
              {u"Ann,+0123", u""},
              {u"Ann,+9991234567", u""},
              {u"Ann,0077", u""},
+             {u"Ann,+44 00 123456", u""},
+             {u"\"Jim\",1876,\"555 1234\"", u""},
              {u"", u""}},
             [this](const QString &text) { return Parsed(text); });
         QCOMPARE(Parsed(QString(60, u'x') + u",1234"_s), QString(50, u'x') + u" 1 234 []"_s);

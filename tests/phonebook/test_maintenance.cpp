@@ -60,7 +60,7 @@ private slots:
                 }
             }
             const auto count = book.AllContacts().Count() - kept.size();
-            QCOMPARE(Maintenance::DeleteMany(book, u"Bob\n \r\n"_s + QString::fromUtf16(line)), count);
+            QCOMPARE(Maintenance::DeleteByList(book, u"Bob\n \r\n"_s + QString::fromUtf16(line)), count);
             QList<LxContactPtr> left;
             for (const LxContactPtr &contact : book.AllContacts())
                 left += contact;

@@ -73,6 +73,8 @@ private slots:
             {"\"A \"B\" C\",44,1\r\n", "A  44 1 [] | Everyone", "\"A \",44,\"1\"\r\n"},
             {"\"A\rB\",44,1\r\n", "A\rB 44 1 [] | Everyone", "\"A B\",44,\"1\"\r\n"},
             {"\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n", "Я€ 44 1 [] | Everyone", "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n"},
+            {"\xEF\xBB\xBF\"\xEF\xBF\xBD\",44,\"1\"\r\n", "\uFFFD 44 1 [] | Everyone",
+             "\xEF\xBB\xBF\"\uFFFD\",44,\"1\"\r\n"},
             {"A,44,1,Everyone;X;X\r\n", "A 44 1 [X] | Everyone;X", "\"A\",44,\"1\",\"X\"\r\n"}};
         for (const auto *line : {"\x81", "A,44,1,X,Y", "A,x,1", "A,65580,1", "A,44,", "A,44,+441", "\"A,44,1"})
             rows.push_back({"A,44,1\n"_ba + line + "\nA,44,1", "A 44 1 []\nA 44 1 [] | Everyone", a + a});

@@ -51,6 +51,11 @@ QString Decode(const QByteArray &bytes)
     return bytes.startsWith(kUtf8Mark) ? QString::fromUtf8(bytes) : DecodeCodePage(bytes);
 }
 
+bool DecodesWhole(const QByteArray &bytes)
+{
+    return !bytes.startsWith(kUtf8Mark) || bytes.isValidUtf8();
+}
+
 QString DecodeForeign(const QByteArray &bytes)
 {
     if (const auto marked = QStringConverter::encodingForData(bytes))

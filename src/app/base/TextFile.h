@@ -22,8 +22,11 @@ inline constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
 /// Text of bytes in Windows-1252, whatever they start with.
 [[nodiscard]] QString DecodeCodePage(const QByteArray &bytes);
 
-/// Text of a file that another program wrote: in UTF-8 or UTF-16 when it starts with a byte order mark (which is
-/// taken off), else in UTF-8 when all its bytes are valid so, else in Windows-1252.
+/// Whether Decode gives every byte its character: false for bytes behind the mark that are no UTF-8.
+[[nodiscard]] bool DecodesWhole(const QByteArray &bytes);
+
+/// Text of a file that another program wrote: in UTF-8, UTF-16 or UTF-32 when it starts with a byte order mark (which
+/// is taken off), else in UTF-8 when all its bytes are valid so, else in Windows-1252.
 [[nodiscard]] QString DecodeForeign(const QByteArray &bytes);
 
 /// Bytes that Decode reads back as the same text.

@@ -34,7 +34,7 @@ template <typename T>
 
 /// The whole file, byte for byte. Raises number 53, source "ReadTextFile", "File not found" when there is no such
 /// file, and number 75 when it cannot be read: with the system's reason, or because it is no plain file or larger than
-/// 256 MiB, which no text file of contacts is.
+/// 256 MiB.
 [[nodiscard]] QByteArray ReadTextFile(const QString &path);
 
 /// The part after the last "/" or "\".

@@ -45,9 +45,9 @@ void RecipientBox::SetItems(RecipientModel::Items items)
     setCurrentIndex(m_recipients->FindByNumber(picked));
     // A pick that was renamed meanwhile is still the pick, and shows its new name. Where one is gone, its name must not
     // become somebody else's, to whom the message would go.
-    const bool isAmbiguous = showsPick && currentIndex() < 0 && m_recipients->FindByName(text) >= 0;
+    const bool namesAnother = showsPick && currentIndex() < 0 && m_recipients->FindByName(text) >= 0;
     if (!showsPick || currentIndex() < 0)
-        setEditText(isAmbiguous ? QString() : text);
+        setEditText(namesAnother ? QString() : text);
     if (currentText() != text)
         return;
     lineEdit()->setCursorPosition(caret);

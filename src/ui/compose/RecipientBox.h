@@ -18,8 +18,8 @@ public:
     explicit RecipientBox(QWidget *parent = nullptr);
 
     /// Lists the phone book as it is now. Text, caret and selection stay, and a pick that still exists; one that was
-    /// renamed shows its new name. The text goes when it named a pick that is gone and now names another. Waits while
-    /// the list is open.
+    /// renamed shows its new name. The text goes when it named a pick that is gone, as all are after a restore,
+    /// and now names another item. Waits while the list is open.
     void Refill(const LxPhoneBook &phoneBook);
 
     /// The number of the item that was picked, while the box still shows its text, or of the first item with the

@@ -14,6 +14,9 @@ DeleteMany::DeleteMany(Settings &settings, QWidget *parent)
     setWindowModality(Qt::ApplicationModal);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &DeleteMany::accept);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &DeleteMany::reject);
+    // Here, and not whenever the user comes back from another program with a name: the next key would erase the list.
+    m_ui->txtExclude->selectAll();
+    m_ui->txtExclude->setFocus();
     Controls::FitToContents(*this);
     Controls::RestoreWindowPosition(m_settings, *this);
 }
@@ -25,14 +28,6 @@ QString DeleteMany::ExclusionList() const
     // Not toPlainText, which would turn a no-break space into a space, and so one name into another.
     QString text = m_ui->txtExclude->document()->toRawText();
     return text.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
-}
-
-void DeleteMany::showEvent(QShowEvent *event)
-{
-    // Once, not whenever the user comes back from another program with a name: the next key would erase the list.
-    m_ui->txtExclude->selectAll();
-    m_ui->txtExclude->setFocus();
-    QDialog::showEvent(event);
 }
 
 void DeleteMany::done(int result)

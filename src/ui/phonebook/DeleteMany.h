@@ -23,9 +23,6 @@ public:
 
     void done(int result) override;
 
-protected:
-    void showEvent(QShowEvent *event) override;
-
 private:
     Settings &m_settings;
     std::unique_ptr<Ui::DeleteMany> m_ui;

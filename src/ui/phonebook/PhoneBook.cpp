@@ -223,8 +223,11 @@ bool PhoneBook::Save()
 
 void PhoneBook::NoteKeptFile(const QString &path)
 {
-    if (!path.isEmpty())
-        m_notice = tr("The old phone book file was kept as ") + Utils::FileNameOfPath(path);
+    if (path.isEmpty())
+        return;
+    if (!m_notice.isEmpty())
+        m_notice += "; "_L1;
+    m_notice += tr("The old phone book file was kept as ") + Utils::FileNameOfPath(path);
 }
 
 void PhoneBook::ShowNotice()

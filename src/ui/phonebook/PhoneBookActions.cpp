@@ -66,8 +66,7 @@ void PhoneBook::DeleteGroup()
 {
     if (!m_commands.DeleteGroup(ChosenGroup()))
         return;
-    FillGroups(m_phoneBook.AllContacts());
-    FillContacts();
+    RefillLists(m_phoneBook.AllContacts());
     Autosave();
 }
 

@@ -1,5 +1,8 @@
 #include "PhoneBookCommands.h"
 
+#include "Maintenance.h"
+#include "WaitCursor.h"
+
 #include <QCoreApplication>
 
 using namespace Qt::StringLiterals;
@@ -54,11 +57,16 @@ bool PhoneBookCommands::DeleteGroup(LxGroup &group) const
     return true;
 }
 
-bool PhoneBookCommands::ConfirmsMerge() const
+bool PhoneBookCommands::MergeDuplicates() const
 {
-    return Confirms(Tr("This will merge contacts with the same mobile phone number across the entire phone book.") +
-                        "\r\n\r\n"_L1 + Tr("Are you sure you want to merge duplicate contacts?"),
-                    Tr("Merge Duplicates"), PromptIcon::None);
+    const QString question =
+        Tr("This will merge contacts with the same mobile phone number across the entire phone book.") + "\r\n\r\n"_L1 +
+        Tr("Are you sure you want to merge duplicate contacts?");
+    if (!Confirms(question, Tr("Merge Duplicates"), PromptIcon::None))
+        return false;
+    const WaitCursor hourglass;
+    Maintenance::MergeDuplicates(m_phoneBook);
+    return true;
 }
 
 LxGroup &PhoneBookCommands::CreateGroup(const QString &wantedName, const LxContactList &members) const

@@ -19,8 +19,8 @@ public:
     /// Asks, and destroys the contacts. False when there are none or the user said no.
     bool DeleteContacts(const LxContactList &contacts) const;
 
-    /// Asks whether contacts of the same number are to be merged.
-    [[nodiscard]] bool ConfirmsMerge() const;
+    /// Asks, and merges contacts of the same number. False when the user said no.
+    bool MergeDuplicates() const;
 
     /// Asks, and destroys the group; its contacts stay. False for "Everyone" and when the user said no.
     bool DeleteGroup(LxGroup &group) const;

@@ -51,11 +51,10 @@ void PhoneBook::RefillLists(const LxGroup &toChoose)
 
 void PhoneBook::MergeDuplicates()
 {
-    if (!m_commands.ConfirmsMerge())
+    if (!m_commands.MergeDuplicates())
         return;
     {
         const WaitCursor hourglass;
-        Maintenance::MergeDuplicates(m_phoneBook);
         RefillLists(ChosenGroup());
     }
     Autosave();
@@ -68,7 +67,7 @@ void PhoneBook::DeleteByList()
         return;
     {
         const WaitCursor hourglass;
-        const int count = Maintenance::DeleteMany(m_phoneBook, dialog.ExclusionList());
+        const int count = Maintenance::DeleteByList(m_phoneBook, dialog.ExclusionList());
         RefillLists(ChosenGroup());
         Status(QString::number(count) + tr(" contacts deleted"));
     }
@@ -115,8 +114,11 @@ void PhoneBook::Restore()
     // Restored groups are other ones than before. When it fails, the phone book is what it was.
     const QString chosen = ChosenGroup().Name();
     const QString failure = Failure([&] { NoteKeptFile(m_phoneBook.Restore(path)); });
-    const LxGroup *same = m_phoneBook.Groups().Lookup(chosen);
-    RefillLists(same ? *same : m_phoneBook.AllContacts());
+    {
+        const WaitCursor hourglass;
+        const LxGroup *same = m_phoneBook.Groups().Lookup(chosen);
+        RefillLists(same ? *same : m_phoneBook.AllContacts());
+    }
     ShowNotice();
     TellFailure(tr("Restore Failed"), tr("The phonebook could not be restored: "), failure);
 }
@@ -162,7 +164,7 @@ void PhoneBook::ImportContacts()
 LxContactList PhoneBook::ParseContacts(const QString &text) const
 {
     const WaitCursor hourglass;
-    // Apart from the user's phone book, which the groups of the lines are not for.
+    // The user's phone book does not take over the groups that the lines name.
     LxPhoneBook scratch(m_services.countries, m_services.clock);
     scratch.ParseContacts(text);
     return scratch.AllContacts().ContactList();
@@ -174,7 +176,8 @@ void PhoneBook::ImportContactsData(const LxContactList &contacts)
     const QString notImported = tr("The contacts could not be imported: ");
     if (contacts.Count() == 0) {
         TellFailure(caption, notImported,
-                    tr("No line of the file holds a mobile number and another field, separated by a comma or a tab."));
+                    tr("No line of the file holds a mobile number of a known country and another field, separated by a "
+                       "comma or a tab."));
         return;
     }
     LxGroup &chosen = ChosenGroup();

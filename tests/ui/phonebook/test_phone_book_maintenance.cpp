@@ -155,7 +155,7 @@ private slots:
     {
         const QString invalid = u"Invalid country 0"_s;
         const QString nothing =
-            u"No line of the file holds a mobile number and another field, separated by a comma or a tab."_s;
+            u"No line of the file holds a mobile number of a known country and another field, separated by a comma or a tab."_s;
         const std::tuple<QByteArray, QString, QString> rows[] = {
             {"Cy,+447700900123\nDi,07700900124\nEd,+447700900125", invalid, u"Cy:Imported | Work,Imported"_s},
             {"Di,07700900124", invalid, u"| Work"_s},
