@@ -17,6 +17,7 @@
 #include <QFileInfo>
 #include <QHash>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -270,8 +271,9 @@ void LxPhoneBook::AddContact(const LxContactPtr &contact, const QString &groups,
     finder.AddTo(groups, contact);
 }
 
-void LxPhoneBook::ParseContacts(const QString &text)
+int LxPhoneBook::ParseContacts(const QString &text)
 {
+    int passedOver = 0;
     GroupFinder finder(m_groups);
     TextFile::ForEachLine(text, [&](QStringView line) {
         line = ImportLine::WithoutComment(line);
@@ -288,9 +290,11 @@ void LxPhoneBook::ParseContacts(const QString &text)
             contact->SetUserMobile(contact->UserMobile());
             AddContact(contact, fields.groups, finder);
         } catch (const Error &) {
-            // A heading, or a line of something else, costs its own contact only.
+            // A heading, or a line of something else, costs its own contact only. Of a comment a quote may be left.
+            passedOver += std::any_of(line.begin(), line.end(), [](QChar c) { return c.isLetterOrNumber(); }) ? 1 : 0;
         }
     });
+    return passedOver;
 }
 
 void LxPhoneBook::Import(const LxContactList &contacts, LxGroup *group)

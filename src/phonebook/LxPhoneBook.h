@@ -61,8 +61,8 @@ public:
     QString Restore(const QString &name);
 
     /// Adds every contact that can be read in the text of a contact file of another program, in the order of its lines,
-    /// and to the groups that its line names. A line that cannot be read is passed over.
-    void ParseContacts(const QString &text);
+    /// and to the groups that its line names. Returns how many lines that are no comment were passed over.
+    int ParseContacts(const QString &text);
 
     /// Adds a clone of every contact, in no other group than `group`, where one is given. Nothing is saved.
     /// Raises what LxContact::Clone raises for a contact without a country or a number; those before it stay added.

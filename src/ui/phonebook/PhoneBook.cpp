@@ -221,13 +221,17 @@ bool PhoneBook::Save()
     }
 }
 
-void PhoneBook::NoteKeptFile(const QString &path)
+void PhoneBook::AddNotice(const QString &notice)
 {
-    if (path.isEmpty())
-        return;
     if (!m_notice.isEmpty())
         m_notice += "; "_L1;
-    m_notice += tr("The old phone book file was kept as ") + Utils::FileNameOfPath(path);
+    m_notice += notice;
+}
+
+void PhoneBook::NoteKeptFile(const QString &path)
+{
+    if (!path.isEmpty())
+        AddNotice(tr("The old phone book file was kept as ") + Utils::FileNameOfPath(path));
 }
 
 void PhoneBook::ShowNotice()

@@ -68,8 +68,9 @@ public:
     /// Asks for a file of contacts to import, proposing one; gives its path, or empty text when the user cancelled.
     [[nodiscard]] QString AskImportContactsFilename(const QString &proposal, QWidget *owner);
 
-    /// The contacts in the text of a file that another program wrote, in no group; the phone book stays as it is.
-    [[nodiscard]] LxContactList ParseContacts(const QString &text) const;
+    /// The contacts in the text of a file that another program wrote, in no group; the phone book stays as it is. The
+    /// status bar is to tell how many lines were passed over.
+    [[nodiscard]] LxContactList ParseContacts(const QString &text);
 
     /// Adds clones of the contacts to the phone book and to a new group "Imported", chooses that group and starts
     /// editing its name. Tells the user when there is none, and when one could not be added; those before it then stay.
@@ -105,6 +106,7 @@ private:
     void Unload();
     bool Save();
     bool CommitAndSave();
+    void AddNotice(const QString &notice);
     void NoteKeptFile(const QString &path);
     void ShowNotice();
     bool TellFailure(const QString &caption, const QString &text, const QString &failure,

@@ -161,12 +161,14 @@ void PhoneBook::ImportContacts()
         ImportContactsData(ParseContacts(dialog.ContactData()));
 }
 
-LxContactList PhoneBook::ParseContacts(const QString &text) const
+LxContactList PhoneBook::ParseContacts(const QString &text)
 {
     const WaitCursor hourglass;
     // The user's phone book does not take over the groups that the lines name.
     LxPhoneBook scratch(m_services.countries, m_services.clock);
-    scratch.ParseContacts(text);
+    const int passedOver = scratch.ParseContacts(text);
+    if (passedOver > 0 && scratch.AllContacts().Count() > 0)
+        AddNotice(tr("Lines of the file that hold no contact: ") + QString::number(passedOver));
     return scratch.AllContacts().ContactList();
 }
 

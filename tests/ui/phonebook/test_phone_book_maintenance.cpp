@@ -142,9 +142,9 @@ private slots:
     {
         Fixture f;
         f.Find().setText(u"q"_s);
-        const auto file = "Zo\xC3\xAB,+441,Friends\r\nName;Mobile\nCy\t33\t0612345678,"_ba;
+        const auto file = "Zo\xC3\xAB,+441,Friends\r\nName;Mobile\n\"# Name\"\nCy\t33\t0612345678,"_ba;
         f.ImportFile(file);
-        QCOMPARE(f.Lists() + f.Status(), u"Everyone Work Imported*< | Cy1 contacts"_s);
+        QCOMPARE(f.Lists() + f.Status(), u"Everyone Work Imported*< | CyLines of the file that hold no contact: 2"_s);
         f.ImportFile(file);
         QTest::keyClicks(f.Editor(f.Groups()), u"Club\r"_s);
         QTRY_COMPARE(f.Rows(f.Groups()), u"Everyone Work Imported Club*<"_s);
