@@ -41,9 +41,10 @@ public:
     explicit GroupFinder(LxGroupList &groups)
         : m_groups(groups)
     {
-        for (LxGroup *group : groups)
+        for (LxGroup *group : groups) {
             if (!m_byName.contains(group->Name()))
                 m_byName.insert(group->Name(), group);
+        }
     }
 
     /// Adds the contact to the groups of these names, joined by ";"; to none for empty text.
