@@ -15,6 +15,8 @@ public:
 
     void ClearAll() { m_contacts.Clear(); }
     void Add(const LxContactPtr &contact) { m_contacts.Add(contact); }
+    /// Adds a contact of which the caller knows that it is not in the list.
+    void AddNew(const LxContactPtr &contact) { m_contacts.AddNew(contact); }
     void Remove(const LxContact &contact) { m_contacts.Remove(contact.ContactID()); }
     [[nodiscard]] bool Contains(const LxContact &contact) const { return m_contacts.Contains(contact.ContactID()); }
 

@@ -88,6 +88,6 @@ LxContactList LxGroup::ContactList() const
     LxContactList list;
     list.SetName(m_name);
     for (const LxContactPtr &contact : m_members)
-        list.Add(contact);
+        list.AddNew(contact);
     return list;
 }

@@ -1,5 +1,6 @@
 #include "Maintenance.h"
 
+#include "LxContactList.h"
 #include "LxPhoneBook.h"
 #include "PhoneNumbers.h"
 #include "TextFile.h"
@@ -8,21 +9,9 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <vector>
 
 namespace Maintenance {
 namespace {
-
-/// A copy, as going through the group itself would not bear that contacts leave it.
-std::vector<LxContactPtr> ContactsOf(const LxPhoneBook &phoneBook)
-{
-    const LxGroup &everyone = phoneBook.AllContacts();
-    std::vector<LxContactPtr> contacts;
-    contacts.reserve(static_cast<size_t>(everyone.Count()));
-    for (const LxContactPtr &contact : everyone)
-        contacts.push_back(contact);
-    return contacts;
-}
 
 /// Whether the name tells more than the number, in whichever form: an import without names makes names of numbers.
 bool HasRealName(const LxContact &contact)
@@ -72,9 +61,10 @@ private:
 
 void MergeDuplicates(LxPhoneBook &phoneBook)
 {
-    const std::vector<LxContactPtr> contacts = ContactsOf(phoneBook);
+    // A copy, as going through the group itself would not bear that contacts leave it.
+    const LxContactList contacts = phoneBook.AllContacts().ContactList();
     QHash<QString, LxContact *> keptOf;
-    keptOf.reserve(phoneBook.AllContacts().Count());
+    keptOf.reserve(contacts.Count());
     for (const LxContactPtr &contact : contacts) {
         const QString number = contact->InternationalMobile();
         if (number.isEmpty())
@@ -97,7 +87,8 @@ int DeleteByList(LxPhoneBook &phoneBook, const QString &lines)
     ExactMatcher matcher;
     TextFile::ForEachLine(lines, [&matcher](QStringView line) { matcher.Add(line.trimmed().toString()); });
     int count = 0;
-    for (const LxContactPtr &contact : ContactsOf(phoneBook)) {
+    const LxContactList contacts = phoneBook.AllContacts().ContactList();
+    for (const LxContactPtr &contact : contacts) {
         if (!matcher.Matches(*contact))
             continue;
         contact->Destroy();

@@ -3,8 +3,6 @@
 #include "Controls.h"
 #include "ui_DeleteMany.h"
 
-using namespace Qt::StringLiterals;
-
 DeleteMany::DeleteMany(Settings &settings, QWidget *parent)
     : QDialog(parent)
     , m_settings(settings)
