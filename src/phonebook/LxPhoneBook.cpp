@@ -138,7 +138,7 @@ void LxPhoneBook::OpenPhoneBook(QString name)
         m_lock.Acquire(m_fileName);
         const QByteArray bytes = Utils::ReadTextFile(m_fileName);
         ClearAll();
-        m_mustKeepOldFile = !AddContacts(TextFile::Decode(bytes)) || !TextFile::DecodesWhole(bytes);
+        m_mustKeepOldFile = !AddContacts(bytes);
     } catch (const Error &) {
         m_lock.Release();
         throw;
@@ -201,20 +201,20 @@ QString LxPhoneBook::Backup(const QString &name)
 QString LxPhoneBook::Restore(const QString &name)
 {
     const QByteArray bytes = Utils::ReadTextFile(name);
-    const QString text = TextFile::Decode(bytes);
-    if (!bytes.isEmpty() && !HasContact(text)) {
-        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
-                    Utils::FileNameOfPath(name) + QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
-    }
     // Put aside, not cleared: the file does not record groups without members, so loading it would not bring them back.
     LxGroupList oldGroups = std::exchange(m_groups, {});
     LxGroup *const oldContacts = m_allContacts;
     const bool oldMustKeep = m_mustKeepOldFile;
     ClearAll();
-    // A backup that was cut or damaged must not be all that is left.
-    m_mustKeepOldFile = !AddContacts(text) || !TextFile::DecodesWhole(bytes) ||
-                        (bytes.isEmpty() && oldContacts->Count() > 0) || oldMustKeep;
+    const bool isWhole = AddContacts(bytes);
     try {
+        if (!bytes.isEmpty() && m_allContacts->Count() == 0) {
+            throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
+                        Utils::FileNameOfPath(name) +
+                            QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
+        }
+        // A backup that was cut or damaged must not be all that is left.
+        m_mustKeepOldFile = oldMustKeep || !isWhole || (bytes.isEmpty() && oldContacts->Count() > 0);
         return SavePhoneBook();
     } catch (const Error &) {
         m_mustKeepOldFile = oldMustKeep;
@@ -241,19 +241,10 @@ LxContactPtr LxPhoneBook::ContactOf(QStringView line, QString &groups) const
     return contact;
 }
 
-bool LxPhoneBook::HasContact(const QString &text) const
+bool LxPhoneBook::AddContacts(const QByteArray &bytes)
 {
-    bool found = false;
-    TextFile::ForEachLine(text, [this, &found](QStringView line) {
-        QString groups;
-        found = found || ContactOf(line, groups);
-    });
-    return found;
-}
-
-bool LxPhoneBook::AddContacts(const QString &text)
-{
-    bool readAll = true;
+    const QString text = TextFile::Decode(bytes);
+    bool readAll = TextFile::DecodesWhole(bytes);
     GroupFinder finder(m_groups);
     QString names;
     TextFile::ForEachLine(text, [&](QStringView line) {

@@ -85,9 +85,9 @@ private:
     void AddContact(const LxContactPtr &contact, const QString &groups, GroupFinder &finder);
     /// The line's contact; null for a line that breaks the rules. `groups` becomes the names of its groups.
     [[nodiscard]] LxContactPtr ContactOf(QStringView line, QString &groups) const;
-    [[nodiscard]] bool HasContact(const QString &text) const;
-    /// Adds the contacts of a phone-book file's text. False when a line that was not blank was skipped.
-    bool AddContacts(const QString &text);
+    /// Adds the contacts of a phone-book file. False when a line that was not blank or bytes that were no text were
+    /// skipped.
+    bool AddContacts(const QByteArray &bytes);
     [[nodiscard]] QByteArray Content() const;
     [[nodiscard]] QString KeepOldFile() const;
 
