@@ -4,7 +4,7 @@
 #include "Maintenance.h"
 #include "PhoneBook.h"
 #include "Prompts.h"
-#include "Settings.h"
+#include "RememberedFile.h"
 #include "Utils.h"
 #include "WaitCursor.h"
 
@@ -13,10 +13,6 @@ using namespace Qt::StringLiterals;
 // The commands that are for the whole phone book, and those that read or write other files.
 
 namespace {
-
-const QString kBackupSection = u"Backup Phonebook"_s;
-const QString kExportSection = u"Export Contacts"_s;
-const QString kFile = u"File"_s;
 
 /// What `work` raises as its description, or empty text. The hourglass shows while it runs.
 template <typename Work>
@@ -76,17 +72,13 @@ void PhoneBook::DeleteByList()
 
 QString PhoneBook::AskBackupFile(bool isForRestore)
 {
-    const QString proposal = Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s;
     const FileDialogRequest request{.title = isForRestore ? tr("Select Backup File to Restore")
                                                           : tr("Select File to Backup to"),
                                     .filter = u"Brevio Phonebook (*.kpb)|*.kpb"_s,
-                                    .initialPath = m_services.settings.Get(kBackupSection, kFile, proposal),
+                                    .initialPath = Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s,
                                     .confirmOverwrite = !isForRestore};
-    const QString path =
-        isForRestore ? m_services.prompts.AskOpenFile(request, this) : m_services.prompts.AskSaveFile(request, this);
-    if (!path.isEmpty())
-        m_services.settings.Save(kBackupSection, kFile, path);
-    return path;
+    const RememberedFile file(m_services.settings, m_services.prompts, u"Backup Phonebook"_s);
+    return isForRestore ? file.AskToOpen(request, this) : file.AskToSave(request, this);
 }
 
 void PhoneBook::Backup()
@@ -125,16 +117,14 @@ void PhoneBook::Restore()
 
 void PhoneBook::Export()
 {
-    const QString proposal = Utils::MyDocumentsFolder() + u"/Brevio Contacts"_s;
-    const QString path =
-        m_services.prompts.AskSaveFile({.title = tr("Select File to Export to"),
-                                        .filter = u"CSV (Comma delimited) (*.csv)|*.csv"_s,
-                                        .initialPath = m_services.settings.Get(kExportSection, kFile, proposal),
-                                        .confirmOverwrite = true},
-                                       this);
+    const RememberedFile file(m_services.settings, m_services.prompts, u"Export Contacts"_s);
+    const QString path = file.AskToSave({.title = tr("Select File to Export to"),
+                                         .filter = u"CSV (Comma delimited) (*.csv)|*.csv"_s,
+                                         .initialPath = Utils::MyDocumentsFolder() + u"/Brevio Contacts"_s,
+                                         .confirmOverwrite = true},
+                                        this);
     if (path.isEmpty())
         return;
-    m_services.settings.Save(kExportSection, kFile, path);
     const LxGroup &group = ChosenGroup();
     const QString failure = Failure([&] { m_phoneBook.Export(path, group); });
     if (!TellFailure(tr("Export Failed"), tr("The phonebook could not be exported: "), failure))

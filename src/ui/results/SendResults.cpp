@@ -3,9 +3,9 @@
 #include "Controls.h"
 #include "Error.h"
 #include "Prompts.h"
+#include "RememberedFile.h"
 #include "SaveFile.h"
 #include "SendResultsModel.h"
-#include "Settings.h"
 #include "TextFile.h"
 #include "Utils.h"
 #include "ui_SendResults.h"
@@ -39,14 +39,13 @@ void SendResults::Results(const LxMessageRequests &requests)
 
 void SendResults::SaveAs()
 {
-    const QString proposal = Utils::MyDocumentsFolder() + u"/Send Results"_s;
-    const QString path = m_prompts.AskSaveFile({.title = tr("Save Results As"),
-                                                .filter = u"CSV (Comma delimited) (*.csv)|*.csv"_s,
-                                                .initialPath = m_settings.Get(u"Send Results"_s, u"File"_s, proposal)},
-                                               this);
+    const RememberedFile file(m_settings, m_prompts, u"Send Results"_s);
+    const QString path = file.AskToSave({.title = tr("Save Results As"),
+                                         .filter = u"CSV (Comma delimited) (*.csv)|*.csv"_s,
+                                         .initialPath = Utils::MyDocumentsFolder() + u"/Send Results"_s},
+                                        this);
     if (path.isEmpty())
         return;
-    m_settings.Save(u"Send Results"_s, u"File"_s, path);
     try {
         SaveResultsToFile(path);
     } catch (const Error &error) {
