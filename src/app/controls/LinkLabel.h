@@ -10,7 +10,13 @@ class LinkLabel final : public QLabel
     Q_OBJECT
 
 public:
-    using QLabel::QLabel;
+    explicit LinkLabel(QWidget *parent)
+        : QLabel(parent)
+    {
+        setTextFormat(Qt::RichText);
+        setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);
+        setFocusPolicy(Qt::StrongFocus);
+    }
 
 protected:
     void focusInEvent(QFocusEvent *event) override
