@@ -23,7 +23,7 @@ void GroupModel::Fill()
     endResetModel();
 }
 
-void GroupModel::Rewrite(const LxGroup &group)
+void GroupModel::RowChanged(const LxGroup &group)
 {
     const int row = RowOf(group.GroupID());
     if (row >= 0)
@@ -54,13 +54,6 @@ Qt::ItemFlags GroupModel::flags(const QModelIndex &index) const
     const Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
     const bool isEveryone = &GroupAt(index.row()) == &m_phoneBook.AllContacts();
     return isEveryone ? flags : flags | Qt::ItemIsEditable;
-}
-
-bool GroupModel::setData(const QModelIndex &index, const QVariant &value, int role)
-{
-    if (role == Qt::EditRole && index.isValid())
-        emit NameTyped(GroupAt(index.row()).GroupID(), value.toString());
-    return false;
 }
 
 QVariant GroupModel::data(const QModelIndex &index, int role) const

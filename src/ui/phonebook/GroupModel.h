@@ -9,8 +9,7 @@
 class LxGroup;
 class LxPhoneBook;
 
-/// "Everyone" and then the user's groups, a row each. Names but that of "Everyone" are edited in place; the model says
-/// what was typed, and shows what the phone book makes of it.
+/// "Everyone" and then the user's groups, a row each. Names but that of "Everyone" are edited in place.
 class GroupModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -22,7 +21,7 @@ public:
     void Fill();
 
     /// Says that the group's row changed.
-    void Rewrite(const LxGroup &group);
+    void RowChanged(const LxGroup &group);
 
     [[nodiscard]] LxGroup &GroupAt(int row) const { return *m_rows[static_cast<size_t>(row)]; }
 
@@ -33,12 +32,7 @@ public:
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
-    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-
-signals:
-    /// A name was typed in place.
-    void NameTyped(int groupID, const QString &name);
 
 private:
     const LxPhoneBook &m_phoneBook;

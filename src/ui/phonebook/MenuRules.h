@@ -15,6 +15,12 @@ struct Situation
     bool hasOtherGroups = false;
 };
 
+/// For commands that can always be given.
+[[nodiscard]] constexpr bool Always(const Situation &)
+{
+    return true;
+}
+
 [[nodiscard]] constexpr bool CanDelete(const Situation &s)
 {
     return s.isInGroups ? !s.isEveryoneChosen : s.hasSelectedContact;
@@ -33,6 +39,11 @@ struct Situation
 [[nodiscard]] constexpr bool CanSelectAll(const Situation &s)
 {
     return !s.isInGroups && s.hasRows;
+}
+
+[[nodiscard]] constexpr bool HasRows(const Situation &s)
+{
+    return s.hasRows;
 }
 
 [[nodiscard]] constexpr bool CanAddToExistingGroup(const Situation &s)

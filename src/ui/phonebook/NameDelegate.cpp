@@ -2,8 +2,6 @@
 
 #include "NameValidator.h"
 
-#include <QLineEdit>
-
 NameDelegate::NameDelegate(int maxLength, QObject *parent)
     : QStyledItemDelegate(parent)
     , m_maxLength(maxLength)
@@ -18,6 +16,11 @@ QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
     editor->setAccessibleName(tr("Name"));
     m_editor = editor;
     return editor;
+}
+
+void NameDelegate::setModelData(QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const
+{
+    emit NameTaken(index, static_cast<QLineEdit *>(editor)->text());
 }
 
 void NameDelegate::Commit()

@@ -3,49 +3,57 @@
 #include "LxContact.h"
 #include "LxContactList.h"
 #include "LxPhoneBook.h"
+#include "MaintenanceCommands.h"
 #include "MenuRules.h"
 #include "PhoneBookCommands.h"
-#include "Prompts.h"
+#include "WindowServices.h"
 
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
+#include <vector>
 
-class ContactModel;
-class GroupModel;
-class NameDelegate;
+class PhoneBookLists;
+class QMenu;
 class QTreeView;
-class Settings;
-class Shell;
 namespace Ui {
 class PhoneBook;
 }
 
 /// The phone book window. Start-up makes it hidden; it owns the one LxPhoneBook, and every other window reaches the
-/// phone book through it. It finds what a command is for, lets PhoneBookCommands do it, shows what came of it and saves
-/// at once.
+/// phone book through it. It finds what a command is for, lets PhoneBookCommands or MaintenanceCommands do it, shows
+/// what came of it and saves at once.
 class PhoneBook final : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    /// What it needs of the machine; all of it must outlive the window.
+    /// What it needs of the program; all of it must outlive the window.
     struct Services
     {
         const LxCountryList &countries;
         const Clock &clock;
-        Prompts &prompts;
-        Shell &shell;
-        Settings &settings;
+        WindowServices window;
     };
 
-    explicit PhoneBook(const Services &services);
+    /// What the dialog of a new contact starts with.
+    struct NewContactOptions
+    {
+        QString name;
+        QString number;
+        /// Whether the contact joins the chosen group.
+        bool joinsChosenGroup = false;
+    };
+
+    /// Takes a phone book without a file.
+    PhoneBook(const Services &services, std::unique_ptr<LxPhoneBook> phoneBook);
     ~PhoneBook() override;
 
     /// Opens the phone book from its default file. Raises what OpenPhoneBook raises.
     void LoadData();
 
-    [[nodiscard]] LxPhoneBook &ReadOnlyPhoneBook() { return m_phoneBook; }
+    [[nodiscard]] const LxPhoneBook &ReadOnlyPhoneBook() const { return *m_phoneBook; }
 
     /// The contact of this identity in "Everyone". Raises number 5 when there is none.
     [[nodiscard]] LxContactPtr GetContact(int contactID) const;
@@ -55,11 +63,12 @@ public:
     /// Adds a new contact to "Everyone" and shows its row as the only selected one where the chosen group holds it.
     void AddContact(const LxContactPtr &contact);
 
-    /// Opens the properties dialog over `parent` for a contact, new or existing, with two texts that a new one starts
-    /// with. On OK a new contact is added, and joins the chosen group when `addToCurrentGroup` is set; the phone book
-    /// is saved. Returns whether the dialog was confirmed.
-    bool EditContact(const LxContactPtr &contact, bool isNew, const QString &initialName, const QString &initialNumber,
-                     bool addToCurrentGroup, QWidget *parent);
+    /// Opens the properties dialog over `parent` for a contact of the phone book, which is saved on OK. Returns whether
+    /// the dialog was confirmed.
+    bool EditContact(const LxContactPtr &contact, QWidget *parent);
+
+    /// The same for a contact that is in no group yet. On OK it is added, else destroyed.
+    bool EditNewContact(const LxContactPtr &contact, const NewContactOptions &options, QWidget *parent);
 
     /// Makes a group of a free name, with the selected contacts as its members when `addSelectedContacts` is set,
     /// chooses it and starts editing its name.
@@ -91,88 +100,57 @@ public:
     /// The program's end: saves and stores the layout as closing does, and closes whatever came of it.
     void CloseForGood();
 
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 protected:
     bool event(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    /// One row of the table of commands.
+    struct Command
+    {
+        std::vector<QAction *> starters;
+        /// Null for a mere menu of other commands.
+        std::function<PhoneBookChange()> run;
+        bool (*mayRun)(const MenuRules::Situation &) = &MenuRules::Always;
+    };
+
     void BuildControls();
     void ConnectLists();
-    void ConnectMenus();
-    void LoadLists();
+    [[nodiscard]] std::vector<Command> TableOfCommands();
+    void ConnectCommands();
+    void EnableCommands();
+    void PopUp(QMenu &menu, const QTreeView &list, const QPoint &position);
+    void Load();
     void Unload();
     bool Save();
     bool CommitAndSave();
+
+    /// Shows what a command changed, saves it and tells what there is to tell. Returns whether it changed anything.
+    bool Show(const PhoneBookChange &change);
     void AddNotice(const QString &notice);
-    void NoteKeptFile(const QString &path);
-    void ShowNotice();
-    bool TellFailure(const QString &caption, const QString &text, const QString &failure,
-                     PromptIcon icon = PromptIcon::Information);
+    void TellNotices();
 
     [[nodiscard]] LxGroup &ChosenGroup() const;
-    [[nodiscard]] LxContactList SelectedContacts() const;
-    [[nodiscard]] MenuRules::Situation CurrentSituation() const;
-    void EnableCommands();
+    [[nodiscard]] LxContactList Selected() const;
 
-    void FillGroups(const LxGroup &toChoose);
-    void ChooseRow(const LxGroup &group);
-    void FillContacts();
-    void RefillLists(const LxGroup &toChoose);
-    void ShowNewGroup(const LxGroup &group);
-    void FillContactsInPlace();
-    void FindTyped();
-    void GroupClicked();
-    void KeepGroupSelected();
-    void SortByColumn(int column);
-    void ApplySort();
-    void ShowCount();
-    void RewriteSelected(const LxContactList &contacts);
-    void CommitEditor();
-
-    void NewContact();
-    void Properties();
-    void Delete();
-    void DeleteContacts();
-    void DeleteGroup();
-    void RenameContact(const LxContactPtr &contact, const QString &name);
-    void RenameGroup(int groupID, const QString &name);
-    void EditGroupName();
-    void AddToExistingGroup();
-    void RemoveFromAllGroups();
-    void RemoveFromThisGroup();
-    void SelectAll();
-    void MergeDuplicates();
-    void DeleteByList();
-    [[nodiscard]] QString AskBackupFile(bool isForRestore);
-    void Backup();
-    void Restore();
-    void Export();
-    void ImportContacts();
+    [[nodiscard]] PhoneBookChange NewContact();
+    [[nodiscard]] PhoneBookChange Properties();
+    [[nodiscard]] PhoneBookChange Delete();
     void UnloadComposeWindows();
-    void ShowContactsMenu(const QPoint &position);
-    void ShowGroupsMenu(const QPoint &position);
 
     Services m_services;
-    LxPhoneBook m_phoneBook;
+    std::unique_ptr<LxPhoneBook> m_phoneBook;
     PhoneBookCommands m_commands;
+    MaintenanceCommands m_maintenance;
     /// The controls and their models are made when the window is first shown; most runs never show it.
     std::unique_ptr<Ui::PhoneBook> m_ui;
-    GroupModel *m_groups = nullptr;
-    ContactModel *m_contacts = nullptr;
-    NameDelegate *m_groupNames = nullptr;
-    NameDelegate *m_contactNames = nullptr;
-    /// The list that had the focus last; opening a menu by keyboard takes it away.
-    QTreeView *m_lastList = nullptr;
-    /// Counted from 1, as stored. 0 is left 0, so that the first click on Name then sorts ascending; that is meant.
-    int m_sortBy = 0;
-    bool m_reverseSort = false;
+    PhoneBookLists *m_lists = nullptr;
+    std::vector<Command> m_table;
     /// Between the window's showing and its closing, when the lists show the phone book.
     bool m_isLoaded = false;
     /// While the window closes, which saves once itself.
     bool m_isClosing = false;
     /// What the status bar is to tell when the window is next seen.
-    QString m_notice;
+    QStringList m_notices;
 };

@@ -1,120 +1,166 @@
 #include "PhoneBookCommands.h"
 
-#include "Maintenance.h"
-#include "WaitCursor.h"
-
-#include <QCoreApplication>
+#include "ChooseGroup.h"
+#include "ContactProperties.h"
+#include "LxGroup.h"
+#include "LxPhoneBook.h"
 
 using namespace Qt::StringLiterals;
 
+using Shown = PhoneBookChange::Shown;
+
 namespace {
 
-QString Tr(const char *text)
+LxContactList Only(const LxContactPtr &contact)
 {
-    return QCoreApplication::translate("PhoneBookCommands", text);
+    LxContactList contacts;
+    contacts.Add(contact);
+    return contacts;
 }
 
 } // namespace
 
-PhoneBookCommands::PhoneBookCommands(LxPhoneBook &phoneBook, Prompts &prompts, QObject *owner)
+PhoneBookCommands::PhoneBookCommands(LxPhoneBook &phoneBook, const LxCountryList &countries,
+                                     const WindowServices &services, QWidget *window)
     : m_phoneBook(phoneBook)
-    , m_prompts(prompts)
-    , m_owner(owner)
+    , m_countries(countries)
+    , m_services(services)
+    , m_window(window)
 {
 }
 
-bool PhoneBookCommands::Confirms(const QString &question, const QString &caption, PromptIcon icon) const
+bool PhoneBookCommands::IsEveryone(const LxGroup &group) const
 {
-    return m_prompts.ShowMessageBox(
-               {.text = question, .icon = icon, .buttons = PromptButtons::YesNo, .caption = caption}, m_owner) ==
-           PromptAnswer::Yes;
+    return &group == &m_phoneBook.AllContacts();
 }
 
-bool PhoneBookCommands::DeleteContacts(const LxContactList &contacts) const
+bool PhoneBookCommands::Confirms(const QString &question, const QString &caption) const
+{
+    return m_services.prompts.ShowMessageBox({.text = question,
+                                              .icon = PromptIcon::Question,
+                                              .buttons = PromptButtons::YesNo,
+                                              .caption = caption},
+                                             m_window) == PromptAnswer::Yes;
+}
+
+PhoneBookChange PhoneBookCommands::Edit(const LxContactPtr &contact, QWidget *parent) const
+{
+    ContactProperties dialog(m_countries, m_services, parent);
+    dialog.Setup(contact, m_phoneBook, false, {}, {});
+    if (!dialog.Canceled())
+        dialog.exec();
+    if (dialog.Canceled())
+        return {};
+    return {.shown = Shown::Contacts, .contacts = Only(contact)};
+}
+
+PhoneBookChange PhoneBookCommands::EditNew(const LxContactPtr &contact, const QString &name, const QString &number,
+                                           LxGroup *group, QWidget *parent) const
+{
+    // Before the dialog, which shows the groups.
+    if (group && !IsEveryone(*group))
+        group->Add(contact);
+    ContactProperties dialog(m_countries, m_services, parent);
+    dialog.Setup(contact, m_phoneBook, true, name, number);
+    if (!dialog.Canceled())
+        dialog.exec();
+    if (dialog.Canceled()) {
+        contact->Destroy();
+        return {};
+    }
+    m_phoneBook.AllContacts().Add(contact);
+    return {.shown = Shown::NewContact, .contacts = Only(contact)};
+}
+
+PhoneBookChange PhoneBookCommands::Delete(const LxContactList &contacts) const
 {
     if (contacts.Count() == 0)
-        return false;
-    const QString whom = contacts.Count() == 1
-                             ? u'\'' + (*contacts.begin())->Name() + u'\''
-                             : Tr("the ") + QString::number(contacts.Count()) + Tr(" selected contacts");
-    if (!Confirms(Tr("Are you sure you want to permanently delete ") + whom + Tr(" from your phone book?"),
-                  Tr("Delete Contacts?")))
-        return false;
+        return {};
+    const QString question =
+        contacts.Count() == 1
+            ? tr("Are you sure you want to permanently delete '%1' from your phone book?")
+                  .arg((*contacts.begin())->Name())
+            : tr("Are you sure you want to permanently delete the %1 selected contacts from your phone book?")
+                  .arg(contacts.Count());
+    if (!Confirms(question, tr("Delete Contacts?")))
+        return {};
     for (const LxContactPtr &contact : contacts)
         contact->Destroy();
-    return true;
+    return {.shown = Shown::Deleted, .contacts = contacts};
 }
 
-bool PhoneBookCommands::DeleteGroup(LxGroup &group) const
-{
-    if (IsEveryone(group))
-        return false;
-    if (!Confirms(Tr("Are you sure you want to remove the group ") + u'"' + group.Name() + u'"' +
-                      Tr(" from your Phone Book?"),
-                  Tr("Delete Group?")))
-        return false;
-    m_phoneBook.Groups().DestroyGroup(group);
-    return true;
-}
-
-bool PhoneBookCommands::MergeDuplicates() const
-{
-    const QString question =
-        Tr("This will merge contacts with the same mobile phone number across the entire phone book.") + "\r\n\r\n"_L1 +
-        Tr("Are you sure you want to merge duplicate contacts?");
-    if (!Confirms(question, Tr("Merge Duplicates"), PromptIcon::None))
-        return false;
-    const WaitCursor hourglass;
-    Maintenance::MergeDuplicates(m_phoneBook);
-    return true;
-}
-
-LxGroup &PhoneBookCommands::CreateGroup(const QString &wantedName, const LxContactList &members) const
-{
-    LxGroupList &groups = m_phoneBook.Groups();
-    LxGroup &group = groups.CreateGroup(groups.UniqueName(wantedName));
-    AddToGroup(members, group);
-    return group;
-}
-
-bool PhoneBookCommands::RenameGroup(LxGroup &group, const QString &typed) const
-{
-    const QString wanted = LxGroup::CleanName(typed.trimmed()).trimmed();
-    if (wanted.isEmpty() || wanted == group.Name() || IsEveryone(group))
-        return false;
-    const QString name = m_phoneBook.Groups().UniqueName(wanted, &group);
-    if (name == group.Name())
-        return false;
-    group.SetName(name);
-    return true;
-}
-
-bool PhoneBookCommands::RenameContact(LxContact &contact, const QString &typed) const
+PhoneBookChange PhoneBookCommands::RenameContact(const LxContactPtr &contact, const QString &typed) const
 {
     const QString name = typed.trimmed();
     if (name.isEmpty())
-        return false;
-    contact.SetName(name);
-    return true;
+        return {};
+    contact->SetName(name);
+    return {.shown = Shown::Contacts, .contacts = Only(contact)};
 }
 
-void PhoneBookCommands::AddToGroup(const LxContactList &contacts, LxGroup &group) const
+PhoneBookChange PhoneBookCommands::DeleteGroup(LxGroup &group) const
 {
+    if (IsEveryone(group))
+        return {};
+    const QString question =
+        tr("Are you sure you want to remove the group \"%1\" from your Phone Book?").arg(group.Name());
+    if (!Confirms(question, tr("Delete Group?")))
+        return {};
+    m_phoneBook.Groups().DestroyGroup(group);
+    return {.shown = Shown::Everything};
+}
+
+PhoneBookChange PhoneBookCommands::CreateGroup(const LxContactList &members) const
+{
+    LxGroupList &groups = m_phoneBook.Groups();
+    LxGroup &group = groups.CreateGroup(groups.UniqueName(tr("New Group")));
+    for (const LxContactPtr &contact : members)
+        group.Add(contact);
+    return {.shown = Shown::NewGroup, .group = &group};
+}
+
+PhoneBookChange PhoneBookCommands::RenameGroup(LxGroup &group, const QString &typed) const
+{
+    const QString wanted = LxGroup::CleanName(typed.trimmed()).trimmed();
+    if (wanted.isEmpty() || wanted == group.Name() || IsEveryone(group))
+        return {};
+    const QString name = m_phoneBook.Groups().UniqueName(wanted, &group);
+    if (name == group.Name())
+        return {};
+    group.SetName(name);
+    return {.shown = Shown::GroupName, .group = &group};
+}
+
+PhoneBookChange PhoneBookCommands::AddToExistingGroup(const LxContactList &contacts, const LxGroup &proposed) const
+{
+    const LxGroupList others = m_phoneBook.GroupsExcludingAllContacts();
+    if (others.Count() == 0)
+        return {};
+    ChooseGroup dialog(m_services, m_window);
+    dialog.SetActionTitle(tr("Select Group to Add Contacts to"));
+    dialog.Populate(others);
+    dialog.SetChosenGroupID(proposed.GroupID());
+    dialog.exec();
+    if (dialog.Canceled() || dialog.ChosenGroupID() == 0)
+        return {};
+    LxGroup &group = m_phoneBook.Groups().GetGroup(dialog.ChosenGroupID());
     for (const LxContactPtr &contact : contacts)
         group.Add(contact);
+    return {.shown = Shown::Contacts, .contacts = contacts};
 }
 
-void PhoneBookCommands::RemoveFromAllGroups(const LxContactList &contacts) const
+PhoneBookChange PhoneBookCommands::RemoveFromAllGroups(const LxContactList &contacts) const
 {
     for (const LxContactPtr &contact : contacts)
         contact->RemoveFromGroups(m_phoneBook.AllContacts());
+    return {.shown = Shown::Contacts, .contacts = contacts};
 }
 
-bool PhoneBookCommands::RemoveFromGroup(const LxContactList &contacts, LxGroup &group) const
+PhoneBookChange PhoneBookCommands::RemoveFromGroup(const LxContactList &contacts, LxGroup &group) const
 {
     if (IsEveryone(group))
-        return false;
+        return {};
     for (const LxContactPtr &contact : contacts)
         group.Remove(contact);
-    return true;
+    return {.shown = Shown::Contacts, .contacts = contacts};
 }

@@ -1,51 +1,60 @@
 #pragma once
 
+#include "LxContact.h"
 #include "LxContactList.h"
-#include "LxPhoneBook.h"
-#include "Prompts.h"
+#include "PhoneBookChange.h"
+#include "WindowServices.h"
 
+#include <QCoreApplication>
 #include <QString>
 
-class QObject;
+class LxCountryList;
+class LxPhoneBook;
+class QWidget;
 
-/// What the commands of the phone book window do to the phone book. The window finds the contacts and groups, shows
-/// what came of a command and saves.
+/// The commands for contacts and groups: each asks where it must, does its work and returns what it changed, which is
+/// nothing when the user said no.
 class PhoneBookCommands final
 {
+    Q_DECLARE_TR_FUNCTIONS(PhoneBookCommands)
+
 public:
-    /// `owner` is the window that asks the questions. All must outlive the commands.
-    PhoneBookCommands(LxPhoneBook &phoneBook, Prompts &prompts, QObject *owner);
+    /// `window` asks the questions. All must outlive the commands.
+    PhoneBookCommands(LxPhoneBook &phoneBook, const LxCountryList &countries, const WindowServices &services,
+                      QWidget *window);
 
-    /// Asks, and destroys the contacts. False when there are none or the user said no.
-    bool DeleteContacts(const LxContactList &contacts) const;
+    /// Opens the properties dialog over `parent` for a contact of the phone book.
+    PhoneBookChange Edit(const LxContactPtr &contact, QWidget *parent) const;
 
-    /// Asks, and merges contacts of the same number. False when the user said no.
-    bool MergeDuplicates() const;
+    /// The same for a contact that is in no group yet, with the two texts that its dialog starts with. It joins
+    /// `group`, where one is given, and "Everyone"; when the user cancels it is destroyed.
+    PhoneBookChange EditNew(const LxContactPtr &contact, const QString &name, const QString &number, LxGroup *group,
+                            QWidget *parent) const;
 
-    /// Asks, and destroys the group; its contacts stay. False for "Everyone" and when the user said no.
-    bool DeleteGroup(LxGroup &group) const;
+    PhoneBookChange Delete(const LxContactList &contacts) const;
+    /// Nothing for a blank name.
+    PhoneBookChange RenameContact(const LxContactPtr &contact, const QString &typed) const;
 
-    /// A group of the wanted name, or of one like it that is free, with these members.
-    LxGroup &CreateGroup(const QString &wantedName, const LxContactList &members) const;
+    /// The contacts stay. Nothing for "Everyone".
+    PhoneBookChange DeleteGroup(LxGroup &group) const;
+    /// A group of a free name, with these members.
+    PhoneBookChange CreateGroup(const LxContactList &members) const;
+    /// Gives the group the typed name, or one like it that is free. Nothing for "Everyone" and where no name is left.
+    PhoneBookChange RenameGroup(LxGroup &group, const QString &typed) const;
 
-    /// Gives the group the typed name, or one like it that is free. False when that changes nothing.
-    bool RenameGroup(LxGroup &group, const QString &typed) const;
-
-    /// Gives the contact the typed name. False for a blank one.
-    bool RenameContact(LxContact &contact, const QString &typed) const;
-
-    void AddToGroup(const LxContactList &contacts, LxGroup &group) const;
+    /// Asks which group, proposing one.
+    PhoneBookChange AddToExistingGroup(const LxContactList &contacts, const LxGroup &proposed) const;
     /// Leaves the contacts in "Everyone" alone.
-    void RemoveFromAllGroups(const LxContactList &contacts) const;
-    /// False for "Everyone", which nobody leaves so.
-    bool RemoveFromGroup(const LxContactList &contacts, LxGroup &group) const;
+    PhoneBookChange RemoveFromAllGroups(const LxContactList &contacts) const;
+    /// Nothing for "Everyone", which nobody leaves so.
+    PhoneBookChange RemoveFromGroup(const LxContactList &contacts, LxGroup &group) const;
 
 private:
-    [[nodiscard]] bool IsEveryone(const LxGroup &group) const { return &group == &m_phoneBook.AllContacts(); }
-    [[nodiscard]] bool Confirms(const QString &question, const QString &caption,
-                                PromptIcon icon = PromptIcon::Question) const;
+    [[nodiscard]] bool IsEveryone(const LxGroup &group) const;
+    [[nodiscard]] bool Confirms(const QString &question, const QString &caption) const;
 
     LxPhoneBook &m_phoneBook;
-    Prompts &m_prompts;
-    QObject *m_owner;
+    const LxCountryList &m_countries;
+    WindowServices m_services;
+    QWidget *m_window;
 };
