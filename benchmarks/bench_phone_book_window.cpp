@@ -114,7 +114,7 @@ void AddToGroup(benchmark::State &state)
         fixture.SelectRows(static_cast<int>(state.range(0)));
         // The dialog's first group is taken.
         Time(state, fixture, [&] { fixture.Trigger(u"mnuPopupAddContactsToExistingGroup"_s, Accept); });
-        LxGroup &group = *fixture.window.ReadOnlyPhoneBook().GroupsExcludingAllContacts().GetFirstGroup();
+        LxGroup &group = *fixture.phoneBook.GroupsExcludingAllContacts().GetFirstGroup();
         Require(group.Count() >= state.range(0));
     }
 }
@@ -124,10 +124,9 @@ void RenameGroup(benchmark::State &state)
 {
     PhoneBookFixture fixture(static_cast<int>(2 * state.range(0)));
     fixture.Show();
-    LxPhoneBook &phoneBook = fixture.window.ReadOnlyPhoneBook();
     LxGroup &group = fixture.window.CreateNewGroup(false);
     int place = 0;
-    for (const LxContactPtr &contact : phoneBook.AllContacts()) {
+    for (const LxContactPtr &contact : fixture.phoneBook.AllContacts()) {
         if (++place % 2 == 0)
             group.Add(contact);
     }

@@ -35,10 +35,10 @@ const QString kReverseSort = u"ReverseSort"_s;
 
 } // namespace
 
-PhoneBook::PhoneBook(const Services &services)
+PhoneBook::PhoneBook(const Services &services, std::unique_ptr<LxPhoneBook> phoneBook)
     : m_services(services)
-    , m_phoneBook(services.countries, services.clock)
-    , m_commands(m_phoneBook, services.prompts, this)
+    , m_phoneBook(std::move(phoneBook))
+    , m_commands(*m_phoneBook, services.window.prompts, this)
 {
     setObjectName(u"PhoneBook"_s);
 }
@@ -53,8 +53,8 @@ void PhoneBook::BuildControls()
 {
     m_ui = std::make_unique<Ui::PhoneBook>();
     m_ui->setupUi(this);
-    m_groups = new GroupModel(m_phoneBook, this);
-    m_contacts = new ContactModel(m_phoneBook, this);
+    m_groups = new GroupModel(*m_phoneBook, this);
+    m_contacts = new ContactModel(*m_phoneBook, this);
     m_groupNames = new NameDelegate(LxGroup::NameMaxLength, this);
     m_contactNames = new NameDelegate(LxContact::NameMaxLength, this);
     m_ui->actNewContact->setIcon(Icons::Get("new-contact"_L1));
@@ -141,10 +141,8 @@ void PhoneBook::ConnectMenus()
     runs({m_ui->mnuRestore}, &PhoneBook::Restore);
     runs({m_ui->mnuContactsImport, m_ui->actImport}, &PhoneBook::ImportContacts);
     runs({m_ui->mnuContactsExport}, &PhoneBook::Export);
-    runs({m_ui->mnuOnlineHelp}, [](PhoneBook *window) {
-        const Services &services = window->m_services;
-        VendorPages::Open(VendorSite::kHelpPath, services.settings, services.shell, services.prompts, window);
-    });
+    runs({m_ui->mnuOnlineHelp},
+         [](PhoneBook *window) { VendorPages::Open(VendorSite::kHelpPath, window->m_services.window, window); });
     runs({m_ui->mnuExit}, &PhoneBook::UnloadComposeWindows);
     for (QMenu *menu : {m_ui->mnuEdit, m_ui->mnuContacts, m_ui->mnuPopupContacts, m_ui->mnuPopupGroups})
         connect(menu, &QMenu::aboutToShow, this, &PhoneBook::EnableCommands);
@@ -152,22 +150,22 @@ void PhoneBook::ConnectMenus()
 
 void PhoneBook::LoadData()
 {
-    m_phoneBook.OpenPhoneBook(LxPhoneBook::DefaultFileName());
+    m_phoneBook->OpenPhoneBook(LxPhoneBook::DefaultFileName());
 }
 
 LxContactPtr PhoneBook::GetContact(int contactID) const
 {
-    return m_phoneBook.AllContacts().GetContact(contactID);
+    return m_phoneBook->AllContacts().GetContact(contactID);
 }
 
 LxGroup &PhoneBook::GetGroup(int groupID)
 {
-    return m_phoneBook.Groups().GetGroup(groupID);
+    return m_phoneBook->Groups().GetGroup(groupID);
 }
 
 void PhoneBook::AddContact(const LxContactPtr &contact)
 {
-    m_phoneBook.AllContacts().Add(contact);
+    m_phoneBook->AllContacts().Add(contact);
     if (!m_isLoaded)
         return;
     if (ChosenGroup().IsMember(*contact))
@@ -175,29 +173,42 @@ void PhoneBook::AddContact(const LxContactPtr &contact)
     SelectContact(*contact);
 }
 
-bool PhoneBook::EditContact(const LxContactPtr &contact, bool isNew, const QString &initialName,
-                            const QString &initialNumber, bool addToCurrentGroup, QWidget *parent)
+bool PhoneBook::EditContact(const LxContactPtr &contact, QWidget *parent)
 {
-    LxGroup &chosen = ChosenGroup();
-    if (isNew && addToCurrentGroup && &chosen != &m_phoneBook.AllContacts())
+    ContactProperties dialog(m_services.countries, m_services.window, parent);
+    dialog.Setup(contact, *m_phoneBook, false, {}, {});
+    if (!dialog.Canceled())
+        dialog.exec();
+    if (dialog.Canceled())
+        return false;
+    if (m_isLoaded)
+        m_contacts->Rewrite(*contact);
+    ShowEdited();
+    return true;
+}
+
+bool PhoneBook::EditNewContact(const LxContactPtr &contact, const NewContactOptions &options, QWidget *parent)
+{
+    if (LxGroup &chosen = ChosenGroup(); options.joinsChosenGroup && &chosen != &m_phoneBook->AllContacts())
         chosen.Add(contact);
-    ContactProperties dialog({m_services.countries, m_services.prompts, m_services.shell, m_services.settings}, parent);
-    dialog.Setup(contact, m_phoneBook, isNew, initialName, initialNumber);
+    ContactProperties dialog(m_services.countries, m_services.window, parent);
+    dialog.Setup(contact, *m_phoneBook, true, options.name, options.number);
     if (!dialog.Canceled())
         dialog.exec();
     if (dialog.Canceled()) {
-        if (isNew)
-            contact->Destroy();
+        contact->Destroy();
         return false;
     }
-    if (isNew)
-        AddContact(contact);
-    else if (m_isLoaded)
-        m_contacts->Rewrite(*contact);
+    AddContact(contact);
+    ShowEdited();
+    return true;
+}
+
+void PhoneBook::ShowEdited()
+{
     if (m_isLoaded)
         ShowCount();
     Autosave();
-    return true;
 }
 
 bool PhoneBook::Autosave()
@@ -212,10 +223,10 @@ bool PhoneBook::Autosave()
 bool PhoneBook::Save()
 {
     try {
-        NoteKeptFile(m_phoneBook.SavePhoneBook());
+        NoteKeptFile(m_phoneBook->SavePhoneBook());
         return true;
     } catch (const Error &error) {
-        m_services.prompts.ShowMessageBox(
+        m_services.window.prompts.ShowMessageBox(
             {tr("The phone book could not be saved: ") + error.Description(), PromptIcon::Exclamation}, this);
         return false;
     }
@@ -264,9 +275,9 @@ void PhoneBook::SelectContact(const LxContact &contact)
 LxGroup &PhoneBook::ChosenGroup() const
 {
     if (!m_isLoaded)
-        return m_phoneBook.AllContacts();
+        return m_phoneBook->AllContacts();
     const QModelIndex current = m_ui->lvwGroups->currentIndex();
-    return current.isValid() ? m_groups->GroupAt(current.row()) : m_phoneBook.AllContacts();
+    return current.isValid() ? m_groups->GroupAt(current.row()) : m_phoneBook->AllContacts();
 }
 
 LxContactList PhoneBook::SelectedContacts() const
@@ -399,7 +410,7 @@ void PhoneBook::ShowCount()
 MenuRules::Situation PhoneBook::CurrentSituation() const
 {
     return {.isInGroups = m_lastList == m_ui->lvwGroups,
-            .isEveryoneChosen = &ChosenGroup() == &m_phoneBook.AllContacts(),
+            .isEveryoneChosen = &ChosenGroup() == &m_phoneBook->AllContacts(),
             .hasSelectedContact = m_ui->lvwContacts->selectionModel()->hasSelection(),
             .hasRows = m_contacts->rowCount() > 0,
             .hasOtherGroups = m_groups->rowCount() > 1};
@@ -438,17 +449,18 @@ void PhoneBook::LoadLists()
     const int width = qMax(kDesignWidth, 18 * fontMetrics().averageCharWidth());
     for (const int column : {ContactModel::Name, ContactModel::Mobile})
         m_ui->lvwContacts->setColumnWidth(column, width);
-    Controls::RestoreColumnWidths(m_services.settings, *m_ui->lvwContacts);
-    Controls::RestoreWindowPosition(m_services.settings, *this);
-    const auto groups = Controls::StoredControlSize(m_services.settings, *m_ui->picGroupsContainer);
-    const auto contacts = Controls::StoredControlSize(m_services.settings, *m_ui->picContactsContainer);
+    Controls::RestoreColumnWidths(m_services.window.settings, *m_ui->lvwContacts);
+    Controls::RestoreWindowPosition(m_services.window.settings, *this);
+    const auto groups = Controls::StoredControlSize(m_services.window.settings, *m_ui->picGroupsContainer);
+    const auto contacts = Controls::StoredControlSize(m_services.window.settings, *m_ui->picContactsContainer);
     if (groups && contacts)
         m_ui->Splitter1->setSizes({groups->width(), contacts->width()});
-    m_sortBy = m_services.settings.Get(kColumnsSection, kSortBy, u"0"_s).toInt();
-    m_reverseSort = m_services.settings.Get(kColumnsSection, kReverseSort).compare("True"_L1, Qt::CaseInsensitive) == 0;
+    m_sortBy = m_services.window.settings.Get(kColumnsSection, kSortBy, u"0"_s).toInt();
+    m_reverseSort =
+        m_services.window.settings.Get(kColumnsSection, kReverseSort).compare("True"_L1, Qt::CaseInsensitive) == 0;
     m_isLoaded = true;
     m_lastList = m_ui->lvwContacts;
-    FillGroups(m_phoneBook.AllContacts());
+    FillGroups(m_phoneBook->AllContacts());
     GroupClicked();
     ApplySort();
     ShowNotice();
@@ -457,7 +469,7 @@ void PhoneBook::LoadLists()
 
 void PhoneBook::Unload()
 {
-    Settings &settings = m_services.settings;
+    Settings &settings = m_services.window.settings;
     Controls::SaveWindowPosition(settings, *this);
     settings.Save(kColumnsSection, kSortBy, QString::number(m_sortBy));
     settings.Save(kColumnsSection, kReverseSort, m_reverseSort ? u"True"_s : u"False"_s);

@@ -6,6 +6,7 @@
 #include "MenuRules.h"
 #include "PhoneBookCommands.h"
 #include "Prompts.h"
+#include "WindowServices.h"
 
 #include <QMainWindow>
 
@@ -15,8 +16,6 @@ class ContactModel;
 class GroupModel;
 class NameDelegate;
 class QTreeView;
-class Settings;
-class Shell;
 namespace Ui {
 class PhoneBook;
 }
@@ -34,18 +33,25 @@ public:
     {
         const LxCountryList &countries;
         const Clock &clock;
-        Prompts &prompts;
-        Shell &shell;
-        Settings &settings;
+        WindowServices window;
     };
 
-    explicit PhoneBook(const Services &services);
+    /// What a new contact starts with.
+    struct NewContactOptions
+    {
+        QString name;
+        QString number;
+        /// Whether it becomes a member of the chosen group.
+        bool joinsChosenGroup = false;
+    };
+
+    PhoneBook(const Services &services, std::unique_ptr<LxPhoneBook> phoneBook);
     ~PhoneBook() override;
 
     /// Opens the phone book from its default file. Raises what OpenPhoneBook raises.
     void LoadData();
 
-    [[nodiscard]] LxPhoneBook &ReadOnlyPhoneBook() { return m_phoneBook; }
+    [[nodiscard]] const LxPhoneBook &ReadOnlyPhoneBook() const { return *m_phoneBook; }
 
     /// The contact of this identity in "Everyone". Raises number 5 when there is none.
     [[nodiscard]] LxContactPtr GetContact(int contactID) const;
@@ -55,11 +61,11 @@ public:
     /// Adds a new contact to "Everyone" and shows its row as the only selected one where the chosen group holds it.
     void AddContact(const LxContactPtr &contact);
 
-    /// Opens the properties dialog over `parent` for a contact, new or existing, with two texts that a new one starts
-    /// with. On OK a new contact is added, and joins the chosen group when `addToCurrentGroup` is set; the phone book
-    /// is saved. Returns whether the dialog was confirmed.
-    bool EditContact(const LxContactPtr &contact, bool isNew, const QString &initialName, const QString &initialNumber,
-                     bool addToCurrentGroup, QWidget *parent);
+    /// Opens the properties dialog over `parent`. On OK the phone book is saved. Returns whether the dialog was
+    /// confirmed.
+    bool EditContact(const LxContactPtr &contact, QWidget *parent);
+    /// The same for a contact that is not in the phone book yet, and is added on OK.
+    bool EditNewContact(const LxContactPtr &contact, const NewContactOptions &options, QWidget *parent);
 
     /// Makes a group of a free name, with the selected contacts as its members when `addSelectedContacts` is set,
     /// chooses it and starts editing its name.
@@ -116,6 +122,7 @@ private:
     [[nodiscard]] LxContactList SelectedContacts() const;
     [[nodiscard]] MenuRules::Situation CurrentSituation() const;
     void EnableCommands();
+    void ShowEdited();
 
     void FillGroups(const LxGroup &toChoose);
     void ChooseRow(const LxGroup &group);
@@ -156,7 +163,7 @@ private:
     void ShowGroupsMenu(const QPoint &position);
 
     Services m_services;
-    LxPhoneBook m_phoneBook;
+    std::unique_ptr<LxPhoneBook> m_phoneBook;
     PhoneBookCommands m_commands;
     /// The controls and their models are made when the window is first shown; most runs never show it.
     std::unique_ptr<Ui::PhoneBook> m_ui;

@@ -17,9 +17,7 @@ using namespace Qt::StringLiterals;
 
 void PhoneBook::NewContact()
 {
-    constexpr bool kIsNew = true;
-    constexpr bool kAddToCurrentGroup = true;
-    EditContact(m_phoneBook.CreateHomeContact(), kIsNew, {}, {}, kAddToCurrentGroup, this);
+    EditNewContact(m_phoneBook->CreateHomeContact(), {.name = {}, .number = {}, .joinsChosenGroup = true}, this);
 }
 
 void PhoneBook::Properties()
@@ -28,7 +26,7 @@ void PhoneBook::Properties()
     if (selected.Count() == 0)
         NewContact();
     else
-        EditContact(*selected.begin(), false, {}, {}, false, this);
+        EditContact(*selected.begin(), this);
 }
 
 void PhoneBook::Delete()
@@ -66,7 +64,7 @@ void PhoneBook::DeleteGroup()
 {
     if (!m_commands.DeleteGroup(ChosenGroup()))
         return;
-    RefillLists(m_phoneBook.AllContacts());
+    RefillLists(m_phoneBook->AllContacts());
     Autosave();
 }
 
@@ -119,10 +117,10 @@ void PhoneBook::RenameGroup(int groupID, const QString &name)
 
 void PhoneBook::AddToExistingGroup()
 {
-    const LxGroupList others = m_phoneBook.GroupsExcludingAllContacts();
+    const LxGroupList others = m_phoneBook->GroupsExcludingAllContacts();
     if (others.Count() == 0)
         return;
-    ChooseGroup dialog(m_services.settings, this);
+    ChooseGroup dialog(m_services.window, this);
     dialog.SetActionTitle(tr("Select Group to Add Contacts to"));
     dialog.Populate(others);
     dialog.SetChosenGroupID(ChosenGroup().GroupID());

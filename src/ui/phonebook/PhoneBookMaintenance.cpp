@@ -33,7 +33,7 @@ bool PhoneBook::TellFailure(const QString &caption, const QString &text, const Q
 {
     if (failure.isEmpty())
         return false;
-    m_services.prompts.ShowMessageBox({.text = text + failure, .icon = icon, .caption = caption}, this);
+    m_services.window.prompts.ShowMessageBox({.text = text + failure, .icon = icon, .caption = caption}, this);
     return true;
 }
 
@@ -58,12 +58,12 @@ void PhoneBook::MergeDuplicates()
 
 void PhoneBook::DeleteByList()
 {
-    DeleteMany dialog(m_services.settings, this);
+    DeleteMany dialog(m_services.window, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     {
         const WaitCursor hourglass;
-        const int count = Maintenance::DeleteByList(m_phoneBook, dialog.ExclusionList());
+        const int count = Maintenance::DeleteByList(*m_phoneBook, dialog.ExclusionList());
         RefillLists(ChosenGroup());
         Status(QString::number(count) + tr(" contacts deleted"));
     }
@@ -74,10 +74,10 @@ QString PhoneBook::AskBackupFile(bool isForRestore)
 {
     const FileDialogRequest request{.title = isForRestore ? tr("Select Backup File to Restore")
                                                           : tr("Select File to Backup to"),
-                                    .filter = u"Brevio Phonebook (*.kpb)|*.kpb"_s,
+                                    .filters = {{tr("Brevio Phonebook"), {u"*.kpb"_s}}},
                                     .initialPath = Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s,
                                     .confirmOverwrite = !isForRestore};
-    const RememberedFile file(m_services.settings, m_services.prompts, u"Backup Phonebook"_s);
+    const RememberedFile file(m_services.window, u"Backup Phonebook"_s);
     return isForRestore ? file.AskToOpen(request, this) : file.AskToSave(request, this);
 }
 
@@ -86,7 +86,7 @@ void PhoneBook::Backup()
     const QString path = AskBackupFile(false);
     if (path.isEmpty())
         return;
-    const QString failure = Failure([&] { NoteKeptFile(m_phoneBook.Backup(path)); });
+    const QString failure = Failure([&] { NoteKeptFile(m_phoneBook->Backup(path)); });
     if (!TellFailure(tr("Backup Failed"), tr("The phonebook could not be backed up: "), failure))
         Status(tr("Backed up to ") + Utils::FileNameOfPath(path));
     ShowNotice();
@@ -97,7 +97,7 @@ void PhoneBook::Restore()
     const QString path = AskBackupFile(true);
     if (path.isEmpty())
         return;
-    const QString notSaved = Failure([this] { NoteKeptFile(m_phoneBook.SavePhoneBook()); });
+    const QString notSaved = Failure([this] { NoteKeptFile(m_phoneBook->SavePhoneBook()); });
     // The icons of the two failures differ, and that is meant.
     if (TellFailure(tr("Restore Failed"),
                     tr("The phonebook could not be restored, as the existing phonebook could not be saved: "), notSaved,
@@ -105,11 +105,11 @@ void PhoneBook::Restore()
         return;
     // Restored groups are other ones than before. When it fails, the phone book is what it was.
     const QString chosen = ChosenGroup().Name();
-    const QString failure = Failure([&] { NoteKeptFile(m_phoneBook.Restore(path)); });
+    const QString failure = Failure([&] { NoteKeptFile(m_phoneBook->Restore(path)); });
     {
         const WaitCursor hourglass;
-        const LxGroup *same = m_phoneBook.Groups().Lookup(chosen);
-        RefillLists(same ? *same : m_phoneBook.AllContacts());
+        const LxGroup *same = m_phoneBook->Groups().Lookup(chosen);
+        RefillLists(same ? *same : m_phoneBook->AllContacts());
     }
     ShowNotice();
     TellFailure(tr("Restore Failed"), tr("The phonebook could not be restored: "), failure);
@@ -117,26 +117,29 @@ void PhoneBook::Restore()
 
 void PhoneBook::Export()
 {
-    const RememberedFile file(m_services.settings, m_services.prompts, u"Export Contacts"_s);
+    const RememberedFile file(m_services.window, u"Export Contacts"_s);
     const QString path = file.AskToSave({.title = tr("Select File to Export to"),
-                                         .filter = u"CSV (Comma delimited) (*.csv)|*.csv"_s,
+                                         .filters = {{tr("CSV (Comma delimited)"), {u"*.csv"_s}}},
                                          .initialPath = Utils::MyDocumentsFolder() + u"/Brevio Contacts"_s,
                                          .confirmOverwrite = true},
                                         this);
     if (path.isEmpty())
         return;
     const LxGroup &group = ChosenGroup();
-    const QString failure = Failure([&] { m_phoneBook.Export(path, group); });
+    const QString failure = Failure([&] { m_phoneBook->Export(path, group); });
     if (!TellFailure(tr("Export Failed"), tr("The phonebook could not be exported: "), failure))
         Status(QString::number(group.Count()) + tr(" contacts exported to ") + Utils::FileNameOfPath(path));
 }
 
 QString PhoneBook::AskImportContactsFilename(const QString &proposal, QWidget *owner)
 {
-    return m_services.prompts.AskOpenFile(
+    return m_services.window.prompts.AskOpenFile(
         {.title = tr("Select File to Import from"),
-         .filter = u"All contact files (*.csv, *.txt, *.kpb)|*.csv;*.txt;*.kpb|CSV (Comma delimited) (*.csv)|*.csv|"
-                   u"Text (Tab delimited) (*.txt)|*.txt|Brevio phonebook (*.kpb)|*.kpb|All files (*.*)|*.*"_s,
+         .filters = {{tr("All contact files"), {u"*.csv"_s, u"*.txt"_s, u"*.kpb"_s}},
+                     {tr("CSV (Comma delimited)"), {u"*.csv"_s}},
+                     {tr("Text (Tab delimited)"), {u"*.txt"_s}},
+                     {tr("Brevio phonebook"), {u"*.kpb"_s}},
+                     {tr("All files"), {u"*.*"_s}}},
          .initialPath = Utils::IfEmpty(proposal, Utils::MyDocumentsFolder() + u'/')},
         owner);
 }
@@ -146,7 +149,7 @@ void PhoneBook::ImportContacts()
     const auto askFile = [this](const QString &proposal, QWidget *owner) {
         return AskImportContactsFilename(proposal, owner);
     };
-    Import dialog({m_services.prompts, m_services.shell, m_services.settings}, askFile, this);
+    Import dialog(m_services.window, askFile, this);
     if (dialog.exec() == QDialog::Accepted)
         ImportContactsData(ParseContacts(dialog.ContactData()));
 }
@@ -174,9 +177,9 @@ void PhoneBook::ImportContactsData(const LxContactList &contacts)
     }
     LxGroup &chosen = ChosenGroup();
     LxGroup &group = m_commands.CreateGroup(tr("Imported"), {});
-    const QString failure = Failure([&] { m_phoneBook.Import(contacts, &group); });
+    const QString failure = Failure([&] { m_phoneBook->Import(contacts, &group); });
     if (group.Count() == 0) {
-        m_phoneBook.Groups().DestroyGroup(group);
+        m_phoneBook->Groups().DestroyGroup(group);
         RefillLists(chosen);
     } else {
         const WaitCursor hourglass;
