@@ -91,7 +91,7 @@ private slots:
         m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
         m_cancels = true;
         QCOMPARE(Send(), u"not sent -1"_s);
-        QCOMPARE(GetBalance(m_gateway, u"ann"_s, u"secret"_s, this).reason, u"Canceled by user"_s);
+        QCOMPARE(GetBalance(m_gateway, {u"ann"_s, u"secret"_s, {}}, this).reason, u"Canceled by user"_s);
         m_settings.Save(u"Gateway"_s, u"Host"_s, u"no host:0"_s);
         QCOMPARE(Raised([this] { Send(); }),
                  u"5 Corvane.VendorSite: The gateway's host in the settings is not valid: no host:0"_s);

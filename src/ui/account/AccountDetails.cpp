@@ -56,9 +56,9 @@ void AccountDetails::EnableButtons()
 
 void AccountDetails::ShowBalance()
 {
-    const QString username = m_account.Username();
+    const SendingSMS::Account account = m_account.Get();
     try {
-        TellBalance(username, SendingSMS::GetBalance(m_gateway, username, m_account.Password(), this));
+        TellBalance(account.username, SendingSMS::GetBalance(m_gateway, account, this));
     } catch (const Error &error) {
         m_services.prompts.ShowMessageBox(
             {.text = error.Description(), .icon = PromptIcon::Exclamation, .caption = tr("Account Balance")}, this);

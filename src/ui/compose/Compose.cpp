@@ -155,8 +155,7 @@ void Compose::SendNow()
     }
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     TellOutcome(SendingSMS::SendMessage(
-        m_services.gateway, m_services.window.prompts,
-        {m_account.Username(), m_account.Password(), m_account.ReplyEmailAddress()}, *recipients, m_message,
+        m_services.gateway, m_services.window.prompts, m_account.Get(), *recipients, m_message,
         [this](const LxMessageRequests &requests) { ShowSendResults(requests); }, this));
     m_ui->cboTo->setFocus();
 }
@@ -237,8 +236,7 @@ void Compose::ShowAccount()
 void Compose::RefreshBalance()
 {
     try {
-        const SendingSMS::Reply reply =
-            SendingSMS::GetBalance(m_services.gateway, m_account.Username(), m_account.Password(), this);
+        const SendingSMS::Reply reply = SendingSMS::GetBalance(m_services.gateway, m_account.Get(), this);
         if (reply.code == SendingSMS::ResultCode::kSuccess && reply.balance >= 0)
             SetStatus(QString::number(reply.balance) + tr(" Messages Remaining"));
     } catch (const Error &error) {
