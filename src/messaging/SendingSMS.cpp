@@ -25,6 +25,7 @@ void Run(CGIPost &post, const Gateway &gateway, const QString &document, QObject
 {
     post.SetUrl(VendorSite::Url(gateway.settings, VendorSite::kGatewayPath));
     post.SetParameters(FormBody(document));
+    post.SetStillCounts(HoldsLogon);
     // Whatever happens next, what the user typed is safe.
     gateway.settings.Flush();
     gateway.runner.Run(post, owner);
