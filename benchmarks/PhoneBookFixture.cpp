@@ -1,6 +1,6 @@
 #include "PhoneBookFixture.h"
 
-#include "ContactModel.h"
+#include "ContactColumns.h"
 #include "LxPhoneBook.h"
 #include "SampleData.h"
 
@@ -78,11 +78,11 @@ void PhoneBookFixture::ClickHeader(int column) const
 
 void PhoneBookFixture::SelectRows(int count)
 {
-    ClickHeader(ContactModel::Mobile);
+    ClickHeader(ContactColumns::Mobile);
     const QAbstractItemModel &model = *contacts->model();
     contacts->selectionModel()->select({model.index(0, 0), model.index(count - 1, 0)},
                                        QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    ClickHeader(ContactModel::Name);
+    ClickHeader(ContactColumns::Name);
     Settle();
 }
 

@@ -6,6 +6,7 @@
 #include "Prompts.h"
 #include "Settings.h"
 #include "Shell.h"
+#include "WindowServices.h"
 
 #include <QAction>
 #include <QApplication>
@@ -110,7 +111,10 @@ struct PhoneBookFixture
     YesPrompts prompts;
     NoShell shell;
     Settings settings{folder.filePath(QStringLiteral("settings.json")), prompts};
-    PhoneBook window{PhoneBook::Services{countries, clock, prompts, shell, settings}};
+    /// Until the window takes it.
+    std::unique_ptr<LxPhoneBook> newBook = std::make_unique<LxPhoneBook>(countries, clock);
+    LxPhoneBook &phoneBook = *newBook;
+    PhoneBook window{PhoneBook::Services{countries, clock, {settings, prompts, shell}}, std::move(newBook)};
     PaintWatch paints;
     QTreeView *contacts = nullptr;
     QTreeView *groups = nullptr;

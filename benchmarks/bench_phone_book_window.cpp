@@ -1,4 +1,4 @@
-#include "ContactModel.h"
+#include "ContactColumns.h"
 #include "LxGroup.h"
 #include "PhoneBookFixture.h"
 
@@ -35,7 +35,7 @@ void MemoryOfContacts(benchmark::State &state)
         PhoneBookFixture fixture(kContacts);
         fixture.Show();
         fixture.Trigger(u"mnuPopupSelectAllContacts"_s);
-        fixture.ClickHeader(ContactModel::Name);
+        fixture.ClickHeader(ContactColumns::Name);
         fixture.Settle();
         state.counters["bytes_per_contact"] = static_cast<double>(mallinfo2().uordblks - before) / kContacts;
     }
@@ -70,24 +70,24 @@ void ClickColumn(benchmark::State &state, int column)
     if (state.range(0) > 0)
         fixture.SelectRows(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        fixture.ClickHeader((column + 1) % ContactModel::ColumnCount);
+        fixture.ClickHeader((column + 1) % ContactColumns::Count);
         fixture.Settle();
         Time(state, fixture, [&] { fixture.ClickHeader(column); });
     }
 }
-BENCHMARK_CAPTURE(ClickColumn, Name, ContactModel::Name)
+BENCHMARK_CAPTURE(ClickColumn, Name, ContactColumns::Name)
     ->Arg(0)
     ->Arg(10'000)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime()
     ->Iterations(10);
-BENCHMARK_CAPTURE(ClickColumn, Mobile, ContactModel::Mobile)
+BENCHMARK_CAPTURE(ClickColumn, Mobile, ContactColumns::Mobile)
     ->Arg(0)
     ->Arg(10'000)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime()
     ->Iterations(10);
-BENCHMARK_CAPTURE(ClickColumn, GroupMembership, ContactModel::GroupMembership)
+BENCHMARK_CAPTURE(ClickColumn, GroupMembership, ContactColumns::GroupMembership)
     ->Arg(0)
     ->Arg(10'000)
     ->Unit(benchmark::kMillisecond)
@@ -114,7 +114,7 @@ void AddToGroup(benchmark::State &state)
         fixture.SelectRows(static_cast<int>(state.range(0)));
         // The dialog's first group is taken.
         Time(state, fixture, [&] { fixture.Trigger(u"mnuPopupAddContactsToExistingGroup"_s, Accept); });
-        LxGroup &group = *fixture.window.ReadOnlyPhoneBook().GroupsExcludingAllContacts().GetFirstGroup();
+        LxGroup &group = *fixture.phoneBook.GroupsExcludingAllContacts().GetFirstGroup();
         Require(group.Count() >= state.range(0));
     }
 }
@@ -124,10 +124,9 @@ void RenameGroup(benchmark::State &state)
 {
     PhoneBookFixture fixture(static_cast<int>(2 * state.range(0)));
     fixture.Show();
-    LxPhoneBook &phoneBook = fixture.window.ReadOnlyPhoneBook();
     LxGroup &group = fixture.window.CreateNewGroup(false);
     int place = 0;
-    for (const LxContactPtr &contact : phoneBook.AllContacts()) {
+    for (const LxContactPtr &contact : fixture.phoneBook.AllContacts()) {
         if (++place % 2 == 0)
             group.Add(contact);
     }

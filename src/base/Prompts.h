@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QStringList>
 
 class QObject;
 
@@ -18,11 +20,19 @@ struct MessageBoxRequest
     QString caption = {};
 };
 
-/// A file dialog. `filter` is a list of "name|pattern" pairs joined by "|", patterns joined by ";".
+/// A choice of files, such as "Text" for "*.txt". The pattern "*.*" stands for every file.
+struct FileFilter
+{
+    /// Without the patterns, which the dialog adds for the eye.
+    QString name;
+    QStringList patterns;
+};
+
+/// A file dialog. The first filter is the one that it starts with.
 struct FileDialogRequest
 {
     QString title;
-    QString filter;
+    QList<FileFilter> filters;
     /// The full path that the dialog proposes.
     QString initialPath;
     bool confirmOverwrite = false;
@@ -41,6 +51,7 @@ public:
     /// The chosen path, or empty text when the user cancelled.
     [[nodiscard]] virtual QString AskOpenFile(const FileDialogRequest &request, QObject *owner = nullptr) = 0;
 
-    /// The chosen path, or empty text when the user cancelled. A name without an extension gets the filter's.
+    /// The chosen path, or empty text when the user cancelled. A name without an extension gets that of the first
+    /// filter.
     [[nodiscard]] virtual QString AskSaveFile(const FileDialogRequest &request, QObject *owner = nullptr) = 0;
 };

@@ -4,26 +4,22 @@ using namespace Qt::StringLiterals;
 
 namespace FileFilters {
 
-QStringList ForQt(const QString &filter)
+QStringList ForQt(const QList<FileFilter> &filters)
 {
-    const QStringList pieces = filter.split(u'|');
-    QStringList filters;
-    for (qsizetype i = 0; i + 1 < pieces.size(); i += 2) {
-        QString name = pieces[i];
-        // The name already ends with its patterns for the eye.
-        if (const qsizetype start = name.lastIndexOf("(*"_L1); start >= 0)
-            name = name.first(start).trimmed();
-        QStringList patterns = pieces[i + 1].split(u';');
+    QStringList texts;
+    for (const FileFilter &filter : filters) {
+        QStringList patterns = filter.patterns;
         // Here many files have no dot in their names.
         patterns.replaceInStrings(u"*.*"_s, u"*"_s);
-        filters += name + " ("_L1 + patterns.join(u' ') + u')';
+        texts += u"%1 (%2)"_s.arg(filter.name, patterns.join(u' '));
     }
-    return filters;
+    return texts;
 }
 
-QString DefaultExtension(const QString &filter)
+QString DefaultExtension(const QList<FileFilter> &filters)
 {
-    const QString extension = filter.section(u'|', 1, 1).section(u';', 0, 0).section(u'.', -1);
+    const QString pattern = filters.isEmpty() ? QString() : filters.first().patterns.value(0);
+    const QString extension = pattern.section(u'.', -1);
     return extension == "*"_L1 ? QString() : extension;
 }
 

@@ -14,9 +14,8 @@ const QString kFile = u"File"_s;
 
 } // namespace
 
-RememberedFile::RememberedFile(Settings &settings, Prompts &prompts, QString section)
-    : m_settings(settings)
-    , m_prompts(prompts)
+RememberedFile::RememberedFile(const WindowServices &services, QString section)
+    : m_services(services)
     , m_section(std::move(section))
 {
 }
@@ -33,9 +32,9 @@ QString RememberedFile::AskToSave(const FileDialogRequest &request, QObject *own
 
 QString RememberedFile::AskBy(Ask ask, FileDialogRequest request, QObject *owner) const
 {
-    request.initialPath = m_settings.Get(m_section, kFile, request.initialPath);
-    QString path = std::invoke(ask, m_prompts, request, owner);
+    request.initialPath = m_services.settings.Get(m_section, kFile, request.initialPath);
+    QString path = std::invoke(ask, m_services.prompts, request, owner);
     if (!path.isEmpty())
-        m_settings.Save(m_section, kFile, path);
+        m_services.settings.Save(m_section, kFile, path);
     return path;
 }

@@ -1,18 +1,17 @@
 #pragma once
 
+#include "WindowServices.h"
+
 #include <QString>
 
-class Prompts;
 class QObject;
-class Settings;
 struct FileDialogRequest;
 
 /// Asks for a file, proposing the one that was chosen last, which a section of the settings keeps under "File".
 class RememberedFile final
 {
 public:
-    /// The settings and the prompts must outlive it.
-    RememberedFile(Settings &settings, Prompts &prompts, QString section);
+    RememberedFile(const WindowServices &services, QString section);
 
     /// The chosen path, which is remembered, or empty text when the user cancelled. As long as no file was chosen, the
     /// dialog proposes that of the request.
@@ -23,7 +22,6 @@ private:
     using Ask = QString (Prompts::*)(const FileDialogRequest &request, QObject *owner);
     [[nodiscard]] QString AskBy(Ask ask, FileDialogRequest request, QObject *owner) const;
 
-    Settings &m_settings;
-    Prompts &m_prompts;
+    WindowServices m_services;
     QString m_section;
 };

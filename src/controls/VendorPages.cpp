@@ -4,15 +4,16 @@
 #include "Prompts.h"
 #include "Shell.h"
 #include "VendorSite.h"
+#include "WindowServices.h"
 
 namespace VendorPages {
 
-void Open(const QString &path, const Settings &settings, Shell &shell, Prompts &prompts, QObject *owner)
+void Open(const QString &path, const WindowServices &services, QObject *owner)
 {
     try {
-        shell.OpenWithShell(VendorSite::Url(settings, path));
+        services.shell.OpenWithShell(VendorSite::Url(services.settings, path));
     } catch (const Error &error) {
-        prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, owner);
+        services.prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, owner);
     }
 }
 

@@ -38,7 +38,7 @@ QMessageBox::Icon IconOf(PromptIcon icon)
 QString Run(QFileDialog &dialog, const FileDialogRequest &request)
 {
     dialog.setWindowModality(Qt::ApplicationModal);
-    dialog.setNameFilters(FileFilters::ForQt(request.filter));
+    dialog.setNameFilters(FileFilters::ForQt(request.filters));
     const QFileInfo initial(request.initialPath);
     dialog.setDirectory(initial.path());
     if (!initial.fileName().isEmpty())
@@ -80,7 +80,7 @@ QString WidgetPrompts::AskSaveFile(const FileDialogRequest &request, QObject *ow
     QFileDialog dialog(ParentOf(owner), request.title);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     // The dialog adds the extension before it looks whether the file exists.
-    dialog.setDefaultSuffix(FileFilters::DefaultExtension(request.filter));
+    dialog.setDefaultSuffix(FileFilters::DefaultExtension(request.filters));
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.confirmOverwrite);
     return Run(dialog, request);
 }

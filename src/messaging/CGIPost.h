@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <functional>
 #include <memory>
 
 class HttpClient;
@@ -32,6 +33,11 @@ public:
     void SetUrl(const QString &url);
     /// The body, a form.
     void SetParameters(const QByteArray &parameters) { m_parameters = parameters; }
+    /// Asked for a reply with an error status: whether it counts as a reply all the same. Without it none does.
+    void SetStillCounts(std::function<bool(const QByteArray &reply)> stillCounts)
+    {
+        m_stillCounts = std::move(stillCounts);
+    }
     /// The window's caption becomes `title` and "...".
     void SetWindowTitle(const QString &title) { m_caption = title + QStringLiteral("..."); }
     void SetDescription(const QString &description) { m_description = description; }
@@ -80,6 +86,7 @@ private:
     quint16 m_port = 80;
     QString m_path;
     QByteArray m_parameters;
+    std::function<bool(const QByteArray &)> m_stillCounts;
     QString m_caption;
     QString m_description;
 

@@ -120,6 +120,11 @@ QByteArray FormBody(const QString &document)
     return "XML=" + Encodings::URLEncode(document, false);
 }
 
+bool HoldsLogon(const QByteArray &reply)
+{
+    return reply.contains("<LOGON>");
+}
+
 Reply ParseResponse(const QString &text, LxMessageRequests &requests)
 {
     if (text.isEmpty())

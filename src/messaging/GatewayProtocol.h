@@ -2,6 +2,7 @@
 
 #include "LxMessageRequest.h"
 
+#include <QByteArray>
 #include <QString>
 
 /// The documents of the gateway. A request is posted as the form field "XML="; the reply is plain text with elements
@@ -46,6 +47,9 @@ struct Reply
 
 /// The form body that carries a document.
 [[nodiscard]] QByteArray FormBody(const QString &document);
+
+/// Whether a reply comes from the gateway itself, whatever its HTTP status says: it answers the log-on.
+[[nodiscard]] bool HoldsLogon(const QByteArray &reply);
 
 /// Reads the reply and gives each request, in order, the response to it. More responses than requests are counted
 /// and otherwise dropped. Failed messages do not change the code here.

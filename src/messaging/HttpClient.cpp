@@ -291,7 +291,7 @@ QString HttpClient::Transfer::FailureOfReply() const
         return tr("The reply was cut short");
     long code = 0;
     curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &code);
-    if ((code >= 200 && code <= 299) || client.m_reply.contains("<LOGON>"))
+    if ((code >= 200 && code <= 299) || (request.stillCounts && request.stillCounts(client.m_reply)))
         return {};
     constexpr int kMaxShown = 80;
     const QString shown = QString::fromLatin1(status.left(kMaxShown));

@@ -7,6 +7,7 @@
 #include <QSocketNotifier>
 #include <QTimer>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -20,6 +21,8 @@ struct HttpRequest
     QByteArray body;
     /// The only proxy that is used; the environment's does not count.
     std::optional<ProxyServer> proxy = {};
+    /// Whether a reply with another status than 2xx still counts; none means that it never does.
+    std::function<bool(const QByteArray &reply)> stillCounts = {};
 };
 
 enum class HttpEnding { Complete, Failed, TimedOut };
@@ -57,7 +60,7 @@ signals:
     void DataReceived();
 
     /// The transfer is over; comes once, unless it was given up. A reply with another status than 2xx is a failure
-    /// unless the gateway's log-on element is in it. `description` tells a failure's reason to the user.
+    /// unless the request says that it still counts. `description` tells a failure's reason to the user.
     void Ended(HttpEnding ending, const QString &description);
 
 private:

@@ -25,6 +25,7 @@ void Run(CGIPost &post, const Gateway &gateway, const QString &document, QObject
 {
     post.SetUrl(VendorSite::Url(gateway.settings, VendorSite::kGatewayPath));
     post.SetParameters(FormBody(document));
+    post.SetStillCounts(HoldsLogon);
     // Whatever happens next, what the user typed is safe.
     gateway.settings.Flush();
     gateway.runner.Run(post, owner);
@@ -44,12 +45,12 @@ LxMessageRequests Requests(const LxContactList &recipients, const LxMessage &mes
 
 } // namespace
 
-Reply GetBalance(const Gateway &gateway, const QString &username, const QString &password, QObject *owner)
+Reply GetBalance(const Gateway &gateway, const Account &account, QObject *owner)
 {
     CGIPost post(gateway.module);
     post.SetWindowTitle(Tr("Getting Balance"));
-    post.SetDescription(Tr("Username: ") + username);
-    Run(post, gateway, BuildBalanceRequest(username, password), owner);
+    post.SetDescription(Tr("Username: ") + account.username);
+    Run(post, gateway, BuildBalanceRequest(account.username, account.password), owner);
     if (post.Canceled())
         return {.code = ResultCode::kCanceled, .reason = Tr("Canceled by user")};
     if (!post.Succeeded())

@@ -46,8 +46,7 @@ using ShowSendResults = std::function<void(const LxMessageRequests &)>;
 
 /// The gateway's answer on the account. Code -1 when the user cancelled and 1, with the reason, when the transfer
 /// failed; the balance is then -1.
-[[nodiscard]] Reply GetBalance(const Gateway &gateway, const QString &username, const QString &password,
-                               QObject *owner);
+[[nodiscard]] Reply GetBalance(const Gateway &gateway, const Account &account, QObject *owner);
 
 /// Sends every part of the message to every recipient, in order, and tells the user what failed; `showSendResults`
 /// is called when some messages failed and others may not have. Nothing is ever tried twice.

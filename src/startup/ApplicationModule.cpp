@@ -3,6 +3,7 @@
 #include "Compose.h"
 #include "Error.h"
 #include "LxCountryList.h"
+#include "LxPhoneBook.h"
 #include "PhoneBook.h"
 #include "PostModule.h"
 #include "Prompts.h"
@@ -10,6 +11,7 @@
 #include "SingleInstance.h"
 #include "UpgradeSettings.h"
 #include "Version.h"
+#include "WindowServices.h"
 
 #include <QCoreApplication>
 
@@ -64,13 +66,12 @@ bool ApplicationModule::Main()
     m_program = std::make_unique<Program>(m_seams);
     m_program->countries.LoadCountries(m_programFolder, m_arguments, m_seams.prompts);
     UpgradeSettings(m_program->settings);
-    m_program->phoneBook.emplace(
-        PhoneBook::Services{m_program->countries, m_seams.clock, m_seams.prompts, m_seams.shell, m_program->settings});
+    const WindowServices services{m_program->settings, m_seams.prompts, m_seams.shell};
+    m_program->phoneBook.emplace(PhoneBook::Services{m_program->countries, m_seams.clock, services},
+                                 std::make_unique<LxPhoneBook>(m_program->countries, m_seams.clock));
     OpenPhoneBook();
-    m_program->compose.emplace(Compose::Services{{m_program->settings, m_program->posts, m_seams.postRunner},
-                                                 m_seams.prompts,
-                                                 m_seams.shell,
-                                                 *m_program->phoneBook});
+    m_program->compose.emplace(Compose::Services{
+        services, {m_program->settings, m_program->posts, m_seams.postRunner}, *m_program->phoneBook});
     m_program->compose->show();
     return true;
 }

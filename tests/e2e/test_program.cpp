@@ -116,14 +116,18 @@ private slots:
         QWidget *book = FindWindow(u"PhoneBook"_s);
         QVERIFY(QTest::qWaitForWindowActive(book));
         const auto trigger = [book](const char *name) { Control<QAction>(*book, name).trigger(); };
-        const auto file = [&p, &path](const QString &title, const QString &filter, const QString &proposal,
+        const auto file = [&p, &path](const QString &title, const QList<FileFilter> &filters, const QString &proposal,
                                       const QString &name, bool asks) {
-            p.prompts.ExpectFileDialog({title, filter, proposal, asks}, path(name));
+            p.prompts.ExpectFileDialog({title, filters, proposal, asks}, path(name));
         };
 
+        const FileFilter csv{u"CSV (Comma delimited)"_s, {u"*.csv"_s}};
         file(u"Select File to Import from"_s,
-             u"All contact files (*.csv, *.txt, *.kpb)|*.csv;*.txt;*.kpb|CSV (Comma delimited) (*.csv)|*.csv|"
-             "Text (Tab delimited) (*.txt)|*.txt|Brevio phonebook (*.kpb)|*.kpb|All files (*.*)|*.*"_s,
+             {{u"All contact files"_s, {u"*.csv"_s, u"*.txt"_s, u"*.kpb"_s}},
+              csv,
+              {u"Text (Tab delimited)"_s, {u"*.txt"_s}},
+              {u"Brevio phonebook"_s, {u"*.kpb"_s}},
+              {u"All files"_s, {u"*.*"_s}}},
              Utils::MyDocumentsFolder() + u'/', u"people.txt"_s, false);
         WhenDialogOpens(u"Import"_s, [](QDialog &dialog) {
             Control<QPushButton>(dialog, "cmdBrowse").click();
@@ -142,8 +146,7 @@ private slots:
 
         compose->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(compose));
-        file(u"Save Results As"_s, u"CSV (Comma delimited) (*.csv)|*.csv"_s,
-             Utils::MyDocumentsFolder() + u"/Send Results"_s, u"results.csv"_s, false);
+        file(u"Save Results As"_s, {csv}, Utils::MyDocumentsFolder() + u"/Send Results"_s, u"results.csv"_s, false);
         WhenDialogOpens(u"SendResults"_s, [](QDialog &dialog) { Control<QPushButton>(dialog, "cmdSave").click(); });
         QCOMPARE(Send(u"Friends"_s, u"Hi"_s), u"Message failed. 7 messages remaining"_s);
         const QByteArray results = "\"Status\",\"Name\",\"Mobile\",\"Message\"\r\n"
@@ -161,8 +164,8 @@ private slots:
             trigger("mnuMergeDuplicates");
             QCOMPARE(ReadBytes(p.phoneBook), answer == PromptAnswer::Yes ? merged : imported);
         }
-        const QString filter = u"Brevio Phonebook (*.kpb)|*.kpb"_s;
-        file(u"Select File to Backup to"_s, filter, Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s,
+        const QList<FileFilter> backups = {{u"Brevio Phonebook"_s, {u"*.kpb"_s}}};
+        file(u"Select File to Backup to"_s, backups, Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s,
              u"backup.kpb"_s, true);
         trigger("mnuBackup");
         WhenDialogOpens(u"DeleteMany"_s, [](QDialog &dialog) {
@@ -171,7 +174,7 @@ private slots:
         });
         trigger("mnuExclude");
         QCOMPARE(ReadBytes(p.phoneBook), bob + zoe);
-        file(u"Select Backup File to Restore"_s, filter, path(u"backup.kpb"_s), u"backup.kpb"_s, false);
+        file(u"Select Backup File to Restore"_s, backups, path(u"backup.kpb"_s), u"backup.kpb"_s, false);
         trigger("mnuRestore");
         QVERIFY(compose->close());
         const auto taken = [](int id, const QString &name, const QString &number) {

@@ -66,14 +66,14 @@ private slots:
         }
         const auto body = FormBody(BuildMessageRequest(requests, u"a@b.example"_s, u"ann"_s, u"secret"_s));
         const auto refused = u"Your message could not be sent:\r\n\r\n"_s;
-        const std::array<QString, 3> rows[] = {
-            {u"<LOGON>OK</LOGON><BAL>57</BAL>"_s, u"sent 57"_s, {}},
-            {u"<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>"_s, u"not sent 5, results"_s, {}},
-            {u"<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"_s, u"not sent -1"_s, refused + u"No"_s},
-            {u""_s, u"not sent -1"_s, refused + u"Response is empty"_s},
+        const std::tuple<QByteArray, QString, QString> rows[] = {
+            {ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57"_s, {}},
+            {"HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>", u"not sent 5, results"_s, {}},
+            {ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"not sent -1"_s, refused + u"No"_s},
+            {ScriptedPeer::Ok(""), u"not sent -1"_s, refused + u"Response is empty"_s},
         };
         for (const auto &[reply, outcome, box] : rows) {
-            ScriptedPeer peer({.pieces = {ScriptedPeer::Ok(reply.toLatin1())}});
+            ScriptedPeer peer({.pieces = {reply}});
             m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
             if (!box.isEmpty())
                 m_profile.prompts.ExpectBox(box, PromptIcon::Exclamation);
@@ -91,7 +91,7 @@ private slots:
         m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
         m_cancels = true;
         QCOMPARE(Send(), u"not sent -1"_s);
-        QCOMPARE(GetBalance(m_gateway, u"ann"_s, u"secret"_s, this).reason, u"Canceled by user"_s);
+        QCOMPARE(GetBalance(m_gateway, {u"ann"_s, u"secret"_s, {}}, this).reason, u"Canceled by user"_s);
         m_settings.Save(u"Gateway"_s, u"Host"_s, u"no host:0"_s);
         QCOMPARE(Raised([this] { Send(); }),
                  u"5 Corvane.VendorSite: The gateway's host in the settings is not valid: no host:0"_s);

@@ -63,8 +63,11 @@ private:
     }
     static QString Print(const FileDialogRequest &file)
     {
-        return QStringList{file.title, file.filter, file.initialPath, QString::number(file.confirmOverwrite)}.join(
-            u'|');
+        QStringList filters;
+        for (const FileFilter &filter : file.filters)
+            filters += filter.name + u':' + filter.patterns.join(u' ');
+        return QStringList{file.title, filters.join(u'|'), file.initialPath, QString::number(file.confirmOverwrite)}
+            .join(u'|');
     }
 
     Expected Take(const QString &prompt)

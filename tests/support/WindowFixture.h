@@ -6,6 +6,7 @@
 #include "Profile.h"
 #include "SendingSMS.h"
 #include "Settings.h"
+#include "WindowServices.h"
 
 /// What every window needs, with three countries and an open phone book.
 struct WindowFixture : Profile
@@ -18,7 +19,7 @@ struct WindowFixture : Profile
         phoneBook.LoadData();
     }
 
-    [[nodiscard]] LxPhoneBook &Book() { return phoneBook.ReadOnlyPhoneBook(); }
+    [[nodiscard]] LxPhoneBook &Book() { return book; }
 
     /// Posts go to this address, with this account.
     void UseGateway(const QString &host, const QString &username = QStringLiteral("ann"))
@@ -43,5 +44,9 @@ struct WindowFixture : Profile
     PostModule posts{internetSettings};
     DirectPostRunner runner;
     SendingSMS::Gateway gateway{settings, posts, runner};
-    PhoneBook phoneBook{PhoneBook::Services{countries, clock, prompts, shell, settings}};
+    const WindowServices windowServices{settings, prompts, shell};
+    /// Until the window takes it.
+    std::unique_ptr<LxPhoneBook> newBook = std::make_unique<LxPhoneBook>(countries, clock);
+    LxPhoneBook &book = *newBook;
+    PhoneBook phoneBook{PhoneBook::Services{countries, clock, windowServices}, std::move(newBook)};
 };

@@ -9,8 +9,9 @@
 
 using namespace Qt::StringLiterals;
 
-About::About(const Settings &settings, Shell &shell, Prompts &prompts, QWidget *parent)
+About::About(const WindowServices &services, QWidget *parent)
     : QDialog(parent)
+    , m_services(services)
     , m_ui(std::make_unique<Ui::About>())
 {
     m_ui->setupUi(this);
@@ -21,10 +22,9 @@ About::About(const Settings &settings, Shell &shell, Prompts &prompts, QWidget *
     large.setBold(true);
     large.setPointSizeF(large.pointSizeF() * 1.6);
     m_ui->lblName->setFont(large);
-    connect(m_ui->lblWebSite, &QLabel::linkActivated, this,
-            [this, &settings, &shell, &prompts] { VendorPages::Open(u"/"_s, settings, shell, prompts, this); });
+    connect(m_ui->lblWebSite, &QLabel::linkActivated, this, [this] { VendorPages::Open(u"/"_s, m_services, this); });
     connect(m_ui->lblSupport, &QLabel::linkActivated, this,
-            [&shell](const QString &address) { shell.OpenWithShell(address); });
+            [this](const QString &address) { m_services.shell.OpenWithShell(address); });
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &About::accept);
     Controls::FitToContents(*this);
 }

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "WindowServices.h"
+
 #include <QDialog>
 
 #include <memory>
 
-class Prompts;
-class Settings;
-class Shell;
 namespace Ui {
 class About;
 }
@@ -17,9 +16,10 @@ class About final : public QDialog
     Q_OBJECT
 
 public:
-    About(const Settings &settings, Shell &shell, Prompts &prompts, QWidget *parent);
+    About(const WindowServices &services, QWidget *parent);
     ~About() override;
 
 private:
+    WindowServices m_services;
     std::unique_ptr<Ui::About> m_ui;
 };

@@ -10,12 +10,11 @@
 
 using namespace Qt::StringLiterals;
 
-AccountDetails::AccountDetails(const SendingSMS::Gateway &gateway, Prompts &prompts, Shell &shell, QWidget *parent)
+AccountDetails::AccountDetails(const WindowServices &services, const SendingSMS::Gateway &gateway, QWidget *parent)
     : QDialog(parent)
+    , m_services(services)
     , m_gateway(gateway)
-    , m_prompts(prompts)
-    , m_shell(shell)
-    , m_account(gateway.settings)
+    , m_account(services.settings)
     , m_ui(std::make_unique<Ui::AccountDetails>())
 {
     m_ui->setupUi(this);
@@ -42,10 +41,8 @@ void AccountDetails::ConnectControls()
     connect(m_ui->txtPassword, &QLineEdit::textChanged, this,
             [this](const QString &text) { m_account.SetPassword(text); });
     connect(m_ui->cmdBalance, &QPushButton::clicked, this, &AccountDetails::ShowBalance);
-    connect(m_ui->cmdBuyMessages, &QPushButton::clicked, this,
-            [this] { OrderPage::BuyMessages(m_gateway.settings, m_shell, m_prompts, this); });
-    connect(m_ui->cmdOpenAccount, &QPushButton::clicked, this,
-            [this] { OrderPage::Open(m_gateway.settings, m_shell, m_prompts, this); });
+    connect(m_ui->cmdBuyMessages, &QPushButton::clicked, this, [this] { OrderPage::BuyMessages(m_services, this); });
+    connect(m_ui->cmdOpenAccount, &QPushButton::clicked, this, [this] { OrderPage::Open(m_services, this); });
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &AccountDetails::accept);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &AccountDetails::reject);
 }
@@ -59,11 +56,11 @@ void AccountDetails::EnableButtons()
 
 void AccountDetails::ShowBalance()
 {
-    const QString username = m_account.Username();
+    const SendingSMS::Account account = m_account.Get();
     try {
-        TellBalance(username, SendingSMS::GetBalance(m_gateway, username, m_account.Password(), this));
+        TellBalance(account.username, SendingSMS::GetBalance(m_gateway, account, this));
     } catch (const Error &error) {
-        m_prompts.ShowMessageBox(
+        m_services.prompts.ShowMessageBox(
             {.text = error.Description(), .icon = PromptIcon::Exclamation, .caption = tr("Account Balance")}, this);
     }
 }
@@ -76,13 +73,13 @@ void AccountDetails::TellBalance(const QString &username, const SendingSMS::Repl
         return;
     // A reply that does not say the balance is as good as none.
     if (reply.code == ResultCode::kSuccess && reply.balance >= 0) {
-        m_prompts.ShowMessageBox({.text = tr("Username: ") + username + u"\r\n"_s + tr("Balance: ") +
-                                          QString::number(reply.balance) + tr(" Messages Remaining"),
-                                  .icon = PromptIcon::Information,
-                                  .caption = caption},
-                                 this);
+        m_services.prompts.ShowMessageBox({.text = tr("Username: ") + username + u"\r\n"_s + tr("Balance: ") +
+                                                   QString::number(reply.balance) + tr(" Messages Remaining"),
+                                           .icon = PromptIcon::Information,
+                                           .caption = caption},
+                                          this);
     } else if (reply.code == ResultCode::kLogonRefused) {
-        const PromptAnswer answer = m_prompts.ShowMessageBox(
+        const PromptAnswer answer = m_services.prompts.ShowMessageBox(
             {.text = tr("Logon Failed.") + u"\r\n\r\n"_s +
                      tr("Please open a Brevio account, or check your username and password if you have one already.") +
                      u"\r\n\r\n"_s + tr("Do you want to open a Brevio account now?"),
@@ -91,13 +88,14 @@ void AccountDetails::TellBalance(const QString &username, const SendingSMS::Repl
              .caption = caption},
             this);
         if (answer == PromptAnswer::Yes)
-            OrderPage::Open(m_gateway.settings, m_shell, m_prompts, this);
+            OrderPage::Open(m_services, this);
     } else {
-        m_prompts.ShowMessageBox({.text = tr("Could not connect over the internet to Corvane. Unable to get balance.") +
-                                          u"\r\n\r\n"_s + tr("Please check you are connected to the internet."),
-                                  .icon = PromptIcon::Exclamation,
-                                  .caption = caption},
-                                 this);
+        m_services.prompts.ShowMessageBox(
+            {.text = tr("Could not connect over the internet to Corvane. Unable to get balance.") + u"\r\n\r\n"_s +
+                     tr("Please check you are connected to the internet."),
+             .icon = PromptIcon::Exclamation,
+             .caption = caption},
+            this);
     }
 }
 
@@ -110,7 +108,7 @@ void AccountDetails::accept()
         m_account.SetReplyEmailAddress(address);
     } else {
         m_ui->txtEmail->setFocus();
-        m_prompts.ShowMessageBox(
+        m_services.prompts.ShowMessageBox(
             {.text = tr("Please enter a valid email address, or leave the Reply-To Email box blank."),
              .icon = PromptIcon::Exclamation,
              .caption = tr("Reply-To Email")},

@@ -2,12 +2,12 @@
 
 #include "AccountSettings.h"
 #include "SendingSMS.h"
+#include "WindowServices.h"
 
 #include <QDialog>
 
 #include <memory>
 
-class Shell;
 namespace Ui {
 class AccountDetails;
 }
@@ -19,7 +19,7 @@ class AccountDetails final : public QDialog
     Q_OBJECT
 
 public:
-    AccountDetails(const SendingSMS::Gateway &gateway, Prompts &prompts, Shell &shell, QWidget *parent);
+    AccountDetails(const WindowServices &services, const SendingSMS::Gateway &gateway, QWidget *parent);
     ~AccountDetails() override;
 
     void accept() override;
@@ -30,9 +30,8 @@ private:
     void ShowBalance();
     void TellBalance(const QString &username, const SendingSMS::Reply &reply);
 
+    WindowServices m_services;
     SendingSMS::Gateway m_gateway;
-    Prompts &m_prompts;
-    Shell &m_shell;
     AccountSettings m_account;
     std::unique_ptr<Ui::AccountDetails> m_ui;
     /// What the reply-to box shows while there is no address; never stored.

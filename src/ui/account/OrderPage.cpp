@@ -4,6 +4,7 @@
 #include "Encodings.h"
 #include "VendorPages.h"
 #include "VendorSite.h"
+#include "WindowServices.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,21 +18,21 @@ QString UrlEncoded(const QString &text)
 
 } // namespace
 
-void Open(const Settings &settings, Shell &shell, Prompts &prompts, QObject *owner)
+void Open(const WindowServices &services, QObject *owner)
 {
-    VendorPages::Open(VendorSite::kOrderPath, settings, shell, prompts, owner);
+    VendorPages::Open(VendorSite::kOrderPath, services, owner);
 }
 
-void BuyMessages(Settings &settings, Shell &shell, Prompts &prompts, QObject *owner)
+void BuyMessages(const WindowServices &services, QObject *owner)
 {
-    const AccountSettings account(settings);
+    const AccountSettings account(services.settings);
     if (account.Username().isEmpty() && account.ReplyEmailAddress().isEmpty()) {
-        Open(settings, shell, prompts, owner);
+        Open(services, owner);
         return;
     }
     const QString query =
         "?username="_L1 + UrlEncoded(account.Username()) + "&email="_L1 + UrlEncoded(account.ReplyEmailAddress());
-    VendorPages::Open(VendorSite::kOrderPath + query, settings, shell, prompts, owner);
+    VendorPages::Open(VendorSite::kOrderPath + query, services, owner);
 }
 
 } // namespace OrderPage

@@ -1,19 +1,15 @@
 #pragma once
 
-#include <QString>
-
-class Prompts;
 class QObject;
-class Settings;
-class Shell;
+struct WindowServices;
 
 /// The vendor's page where messages are bought and accounts are opened.
 namespace OrderPage {
 
 /// Opens the plain page.
-void Open(const Settings &settings, Shell &shell, Prompts &prompts, QObject *owner);
+void Open(const WindowServices &services, QObject *owner);
 
 /// Opens the page for the account in the settings: its user name and reply-to address go along when either is there.
-void BuyMessages(Settings &settings, Shell &shell, Prompts &prompts, QObject *owner);
+void BuyMessages(const WindowServices &services, QObject *owner);
 
 } // namespace OrderPage

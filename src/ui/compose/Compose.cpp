@@ -32,14 +32,14 @@ const QString kTextKey = u"Text"_s;
 
 Compose::Compose(const Services &services)
     : m_services(services)
-    , m_account(services.gateway.settings)
+    , m_account(services.window.settings)
     , m_ui(std::make_unique<Ui::Compose>())
 {
     m_ui->setupUi(this);
     m_ui->StatusBar->showMessage(tr("160 characters (1 SMS)"));
     new SelectAllOnFocus(m_ui->txtTextMessage);
     ConnectControls();
-    Controls::RestoreWindowPosition(m_services.gateway.settings, *this);
+    Controls::RestoreWindowPosition(m_services.window.settings, *this);
     LoadDraft();
     m_ui->cboTo->setFocus();
 }
@@ -55,12 +55,9 @@ void Compose::ConnectControls()
     connect(m_ui->cmdPhoneBook, &QPushButton::clicked, this, &Compose::ShowPhoneBook);
     connect(m_ui->mnuPhoneBook, &QAction::triggered, this, &Compose::ShowPhoneBook);
     connect(m_ui->mnuAccount, &QAction::triggered, this, &Compose::ShowAccount);
-    connect(m_ui->mnuOnlineHelp, &QAction::triggered, this, [this] {
-        VendorPages::Open(VendorSite::kHelpPath, m_services.gateway.settings, m_services.shell, m_services.prompts,
-                          this);
-    });
-    connect(m_ui->mnuAbout, &QAction::triggered, this,
-            [this] { About(m_services.gateway.settings, m_services.shell, m_services.prompts, this).exec(); });
+    connect(m_ui->mnuOnlineHelp, &QAction::triggered, this,
+            [this] { VendorPages::Open(VendorSite::kHelpPath, m_services.window, this); });
+    connect(m_ui->mnuAbout, &QAction::triggered, this, [this] { About(m_services.window, this).exec(); });
     connect(m_ui->mnuExit, &QAction::triggered, this, &Compose::close);
     m_ui->cmdSend->installEventFilter(this);
 }
@@ -69,7 +66,7 @@ void Compose::LoadDraft()
 {
     m_message.SetText(m_ui->txtTextMessage->MessageText());
     Count();
-    m_ui->txtTextMessage->SetMessageText(m_services.gateway.settings.Get(kSection, kTextKey));
+    m_ui->txtTextMessage->SetMessageText(m_services.window.settings.Get(kSection, kTextKey));
 }
 
 void Compose::Count()
@@ -135,7 +132,7 @@ void Compose::Send()
     try {
         SendNow();
     } catch (const Error &error) {
-        m_services.prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, this);
+        m_services.window.prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, this);
         SetStatus(tr("Message failed"));
     }
     m_isSending = false;
@@ -145,7 +142,7 @@ void Compose::Send()
 void Compose::SendNow()
 {
     if (m_message.Text().isEmpty()) {
-        m_services.prompts.ShowMessageBox({tr("Please enter a text message."), PromptIcon::Exclamation}, this);
+        m_services.window.prompts.ShowMessageBox({tr("Please enter a text message."), PromptIcon::Exclamation}, this);
         m_ui->txtTextMessage->setFocus();
         return;
     }
@@ -158,8 +155,7 @@ void Compose::SendNow()
     }
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     TellOutcome(SendingSMS::SendMessage(
-        m_services.gateway, m_services.prompts,
-        {m_account.Username(), m_account.Password(), m_account.ReplyEmailAddress()}, *recipients, m_message,
+        m_services.gateway, m_services.window.prompts, m_account.Get(), *recipients, m_message,
         [this](const LxMessageRequests &requests) { ShowSendResults(requests); }, this));
     m_ui->cboTo->setFocus();
 }
@@ -181,13 +177,11 @@ std::optional<LxContactList> Compose::Recipients()
 
 LxContactPtr Compose::NewRecipient(const QString &typed)
 {
-    LxPhoneBook &phoneBook = m_services.phoneBook.ReadOnlyPhoneBook();
+    const LxPhoneBook &phoneBook = m_services.phoneBook.ReadOnlyPhoneBook();
     const LxContactPtr contact = phoneBook.CreateHomeContact();
     const bool isNumber = PhoneNumbers::IsValidPhoneNumber(PhoneNumbers::CleanPhoneNumber(typed));
-    constexpr bool kIsNew = true;
-    constexpr bool kAddToCurrentGroup = false;
-    if (!m_services.phoneBook.EditContact(contact, kIsNew, typed, isNumber ? typed : QString(), kAddToCurrentGroup,
-                                          this))
+    const PhoneBook::NewContactOptions options{.name = typed, .number = isNumber ? typed : QString()};
+    if (!m_services.phoneBook.EditNewContact(contact, options, this))
         return nullptr;
     m_ui->cboTo->Refill(phoneBook);
     m_ui->cboTo->Pick(contact->ContactID());
@@ -202,9 +196,9 @@ void Compose::OfferToBuyMessages()
            "subject \"Brevio Account\".") +
         u"\r\n\r\n"_s + tr("Do you want to buy messages online now?");
     const PromptAnswer answer =
-        m_services.prompts.ShowMessageBox({text, PromptIcon::Information, PromptButtons::YesNo}, this);
+        m_services.window.prompts.ShowMessageBox({text, PromptIcon::Information, PromptButtons::YesNo}, this);
     if (answer == PromptAnswer::Yes)
-        OrderPage::BuyMessages(m_services.gateway.settings, m_services.shell, m_services.prompts, this);
+        OrderPage::BuyMessages(m_services.window, this);
     SetStatus(tr("Sending cancelled!"));
 }
 
@@ -218,7 +212,7 @@ void Compose::TellOutcome(const SendingSMS::SendOutcome &outcome)
 
 void Compose::ShowSendResults(const LxMessageRequests &requests)
 {
-    SendResults results(m_services.gateway.settings, m_services.prompts, this);
+    SendResults results(m_services.window, this);
     results.Results(requests);
     results.exec();
 }
@@ -234,7 +228,7 @@ void Compose::ShowPhoneBook()
 
 void Compose::ShowAccount()
 {
-    AccountDetails account(m_services.gateway, m_services.prompts, m_services.shell, this);
+    AccountDetails account(m_services.window, m_services.gateway, this);
     if (account.exec() == QDialog::Accepted && !m_account.Username().isEmpty())
         RefreshBalance();
 }
@@ -242,12 +236,11 @@ void Compose::ShowAccount()
 void Compose::RefreshBalance()
 {
     try {
-        const SendingSMS::Reply reply =
-            SendingSMS::GetBalance(m_services.gateway, m_account.Username(), m_account.Password(), this);
+        const SendingSMS::Reply reply = SendingSMS::GetBalance(m_services.gateway, m_account.Get(), this);
         if (reply.code == SendingSMS::ResultCode::kSuccess && reply.balance >= 0)
             SetStatus(QString::number(reply.balance) + tr(" Messages Remaining"));
     } catch (const Error &error) {
-        m_services.prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, this);
+        m_services.window.prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, this);
     }
 }
 
@@ -257,7 +250,7 @@ void Compose::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    Settings &settings = m_services.gateway.settings;
+    Settings &settings = m_services.window.settings;
     // The draft comes first: whatever else fails, the text is kept.
     settings.Save(kSection, kTextKey, m_ui->txtTextMessage->MessageText());
     Controls::SaveWindowPosition(settings, *this);

@@ -4,6 +4,7 @@
 #include "LxContactList.h"
 #include "LxMessage.h"
 #include "SendingSMS.h"
+#include "WindowServices.h"
 
 #include <QMainWindow>
 
@@ -11,7 +12,6 @@
 #include <optional>
 
 class PhoneBook;
-class Shell;
 namespace Ui {
 class Compose;
 }
@@ -25,9 +25,8 @@ public:
     /// What it needs of the program; all of it must outlive the window.
     struct Services
     {
+        WindowServices window;
         SendingSMS::Gateway gateway;
-        Prompts &prompts;
-        Shell &shell;
         PhoneBook &phoneBook;
     };
 

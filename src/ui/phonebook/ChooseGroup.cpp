@@ -5,16 +5,16 @@
 #include "LxGroupList.h"
 #include "ui_ChooseGroup.h"
 
-ChooseGroup::ChooseGroup(Settings &settings, QWidget *parent)
+ChooseGroup::ChooseGroup(const WindowServices &services, QWidget *parent)
     : QDialog(parent)
-    , m_settings(settings)
+    , m_services(services)
     , m_ui(std::make_unique<Ui::ChooseGroup>())
 {
     m_ui->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &ChooseGroup::accept);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &ChooseGroup::reject);
-    Controls::RestoreWindowPosition(m_settings, *this);
+    Controls::RestoreWindowPosition(m_services.settings, *this);
 }
 
 ChooseGroup::~ChooseGroup() = default;
@@ -37,6 +37,6 @@ void ChooseGroup::done(int result)
 {
     m_chosenGroupID = m_ui->cboGroup->currentData().toInt();
     m_canceled = result != Accepted;
-    Controls::SaveWindowPosition(m_settings, *this);
+    Controls::SaveWindowPosition(m_services.settings, *this);
     QDialog::done(result);
 }

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "WindowServices.h"
+
 #include <QDialog>
 
 #include <memory>
 
 class LxGroupList;
-class Settings;
 namespace Ui {
 class ChooseGroup;
 }
@@ -17,7 +18,7 @@ class ChooseGroup final : public QDialog
     Q_OBJECT
 
 public:
-    ChooseGroup(Settings &settings, QWidget *parent);
+    ChooseGroup(const WindowServices &services, QWidget *parent);
     ~ChooseGroup() override;
 
     /// Sets the caption.
@@ -38,7 +39,7 @@ public:
     void done(int result) override;
 
 private:
-    Settings &m_settings;
+    WindowServices m_services;
     std::unique_ptr<Ui::ChooseGroup> m_ui;
     int m_chosenGroupID = 0;
     bool m_canceled = true;

@@ -34,8 +34,9 @@ bool LeavesWithinWindow(const QFocusEvent &event)
 
 } // namespace
 
-ContactProperties::ContactProperties(const Services &services, QWidget *parent)
+ContactProperties::ContactProperties(const LxCountryList &countries, const WindowServices &services, QWidget *parent)
     : QDialog(parent)
+    , m_countries(countries)
     , m_services(services)
     , m_ui(std::make_unique<Ui::ContactProperties>())
     , m_groups(new QStandardItemModel(0, 1, this))
@@ -60,8 +61,7 @@ ContactProperties::ContactProperties(const Services &services, QWidget *parent)
 
     const int page = m_services.settings.Get(kSection, kPageKey, u"0"_s).toInt();
     m_ui->tabPropertyPages->setCurrentIndex(page == 1 ? 1 : 0);
-    m_services.countries.FillCountryCombo(
-        [this](const QString &text, int code) { m_ui->cboCountryCode->addItem(text, code); });
+    m_countries.FillCountryCombo([this](const QString &text, int code) { m_ui->cboCountryCode->addItem(text, code); });
 }
 
 ContactProperties::~ContactProperties() = default;
@@ -70,9 +70,8 @@ void ContactProperties::ConnectControls()
 {
     connect(m_ui->txtMobile, &QLineEdit::textChanged, this, &ContactProperties::ShowPreview);
     connect(m_ui->cboCountryCode, &QComboBox::currentIndexChanged, this, &ContactProperties::ShowGuarantee);
-    connect(m_ui->lblGuaranteeHelp, &QLabel::linkActivated, this, [this] {
-        VendorPages::Open(VendorSite::kGuaranteePath, m_services.settings, m_services.shell, m_services.prompts, this);
-    });
+    connect(m_ui->lblGuaranteeHelp, &QLabel::linkActivated, this,
+            [this] { VendorPages::Open(VendorSite::kGuaranteePath, m_services, this); });
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &ContactProperties::accept);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &ContactProperties::reject);
     m_ui->txtMobile->installEventFilter(this);
@@ -127,7 +126,7 @@ void ContactProperties::ConvertNumber()
     const QString cleaned = PhoneNumbers::CleanPhoneNumber(m_ui->txtMobile->text());
     if (!PhoneNumbers::IsInternationalNumber(cleaned))
         return;
-    if (const auto split = PhoneNumbers::SplitInternational(m_services.countries, cleaned)) {
+    if (const auto split = PhoneNumbers::SplitInternational(m_countries, cleaned)) {
         SelectCountry(split->code);
         m_ui->txtMobile->setText(split->local);
     }
@@ -148,7 +147,7 @@ void ContactProperties::ShowPreview()
 void ContactProperties::ShowGuarantee()
 {
     const int code = SelectedCode();
-    const bool guaranteed = m_services.countries.CountryExists(code) && m_services.countries.Lookup(code).Guaranteed;
+    const bool guaranteed = m_countries.CountryExists(code) && m_countries.Lookup(code).Guaranteed;
     for (QWidget *widget : {m_ui->imgGuarantee_0, m_ui->lblGuaranteeTitle_0, m_ui->lblGuaranteeDescription_0})
         widget->setVisible(guaranteed);
     for (QWidget *widget : {m_ui->imgGuarantee_1, m_ui->lblGuaranteeTitle_1, m_ui->lblGuaranteeDescription_1})

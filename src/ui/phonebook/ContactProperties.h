@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LxContact.h"
+#include "WindowServices.h"
 
 #include <QDialog>
 
@@ -8,11 +9,8 @@
 
 class LxCountryList;
 class LxPhoneBook;
-class Prompts;
 class QLineEdit;
 class QStandardItemModel;
-class Settings;
-class Shell;
 namespace Ui {
 class ContactProperties;
 }
@@ -24,16 +22,8 @@ class ContactProperties final : public QDialog
     Q_OBJECT
 
 public:
-    /// What it needs of the program; all of it must outlive the dialog.
-    struct Services
-    {
-        const LxCountryList &countries;
-        Prompts &prompts;
-        Shell &shell;
-        Settings &settings;
-    };
-
-    ContactProperties(const Services &services, QWidget *parent);
+    /// The countries must outlive the dialog.
+    ContactProperties(const LxCountryList &countries, const WindowServices &services, QWidget *parent);
     ~ContactProperties() override;
 
     /// Prepares the dialog. A new contact starts with the two texts; an existing one with its own. Without any
@@ -65,7 +55,8 @@ private:
     void Refuse(const QString &why, QLineEdit *where);
     void Store();
 
-    Services m_services;
+    const LxCountryList &m_countries;
+    WindowServices m_services;
     std::unique_ptr<Ui::ContactProperties> m_ui;
     QStandardItemModel *m_groups;
     LxContactPtr m_contact;

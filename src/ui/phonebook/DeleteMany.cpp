@@ -3,9 +3,9 @@
 #include "Controls.h"
 #include "ui_DeleteMany.h"
 
-DeleteMany::DeleteMany(Settings &settings, QWidget *parent)
+DeleteMany::DeleteMany(const WindowServices &services, QWidget *parent)
     : QDialog(parent)
-    , m_settings(settings)
+    , m_services(services)
     , m_ui(std::make_unique<Ui::DeleteMany>())
 {
     m_ui->setupUi(this);
@@ -16,7 +16,7 @@ DeleteMany::DeleteMany(Settings &settings, QWidget *parent)
     m_ui->txtExclude->selectAll();
     m_ui->txtExclude->setFocus();
     Controls::FitToContents(*this);
-    Controls::RestoreWindowPosition(m_settings, *this);
+    Controls::RestoreWindowPosition(m_services.settings, *this);
 }
 
 DeleteMany::~DeleteMany() = default;
@@ -30,6 +30,6 @@ QString DeleteMany::ExclusionList() const
 
 void DeleteMany::done(int result)
 {
-    Controls::SaveWindowPosition(m_settings, *this);
+    Controls::SaveWindowPosition(m_services.settings, *this);
     QDialog::done(result);
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "WindowServices.h"
+
 #include <QDialog>
 
 #include <memory>
 
-class Settings;
 namespace Ui {
 class DeleteMany;
 }
@@ -15,7 +16,7 @@ class DeleteMany final : public QDialog
     Q_OBJECT
 
 public:
-    DeleteMany(Settings &settings, QWidget *parent);
+    DeleteMany(const WindowServices &services, QWidget *parent);
     ~DeleteMany() override;
 
     /// What was typed, its lines ended by LF.
@@ -24,6 +25,6 @@ public:
     void done(int result) override;
 
 private:
-    Settings &m_settings;
+    WindowServices m_services;
     std::unique_ptr<Ui::DeleteMany> m_ui;
 };

@@ -26,7 +26,7 @@ QString ReadContacts(const QString &path)
 
 } // namespace
 
-Import::Import(const Services &services, AskFile askFile, QWidget *parent)
+Import::Import(const WindowServices &services, AskFile askFile, QWidget *parent)
     : QDialog(parent)
     , m_services(services)
     , m_askFile(std::move(askFile))
@@ -36,10 +36,8 @@ Import::Import(const Services &services, AskFile askFile, QWidget *parent)
     m_ui->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
     connect(m_ui->cmdBrowse, &QPushButton::clicked, this, &Import::Browse);
-    connect(m_ui->lblHelpLink, &QLabel::linkActivated, this, [this] {
-        VendorPages::Open(VendorSite::kImportingHelpPath, m_services.settings, m_services.shell, m_services.prompts,
-                          this);
-    });
+    connect(m_ui->lblHelpLink, &QLabel::linkActivated, this,
+            [this] { VendorPages::Open(VendorSite::kImportingHelpPath, m_services, this); });
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &Import::accept);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &Import::reject);
     // Wide enough for the caption and most names.

@@ -1,14 +1,13 @@
 #pragma once
 
+#include "WindowServices.h"
+
 #include <QDialog>
 #include <QString>
 
 #include <functional>
 #include <memory>
 
-class Prompts;
-class Settings;
-class Shell;
 namespace Ui {
 class Import;
 }
@@ -19,18 +18,10 @@ class Import final : public QDialog
     Q_OBJECT
 
 public:
-    /// What it needs of the program; all of it must outlive the dialog.
-    struct Services
-    {
-        Prompts &prompts;
-        Shell &shell;
-        Settings &settings;
-    };
-
     /// Asks for a file, proposing one; gives its path, or empty text when the user cancelled.
     using AskFile = std::function<QString(const QString &proposal, QWidget *owner)>;
 
-    Import(const Services &services, AskFile askFile, QWidget *parent);
+    Import(const WindowServices &services, AskFile askFile, QWidget *parent);
     ~Import() override;
 
     /// The text of the file after OK; empty after Cancel.
@@ -44,7 +35,7 @@ private:
     void Refresh();
     void Tell(const QString &text, const QString &caption);
 
-    Services m_services;
+    WindowServices m_services;
     AskFile m_askFile;
     std::unique_ptr<Ui::Import> m_ui;
     QString m_path;

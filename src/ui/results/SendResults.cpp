@@ -12,10 +12,9 @@
 
 using namespace Qt::StringLiterals;
 
-SendResults::SendResults(Settings &settings, Prompts &prompts, QWidget *parent)
+SendResults::SendResults(const WindowServices &services, QWidget *parent)
     : QDialog(parent)
-    , m_settings(settings)
-    , m_prompts(prompts)
+    , m_services(services)
     , m_ui(std::make_unique<Ui::SendResults>())
     , m_results(new SendResultsModel(this))
 {
@@ -25,8 +24,8 @@ SendResults::SendResults(Settings &settings, Prompts &prompts, QWidget *parent)
     m_ui->lvwSendResults->setModel(m_results);
     connect(m_ui->cmdSave, &QPushButton::clicked, this, &SendResults::SaveAs);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &SendResults::accept);
-    Controls::RestoreWindowPosition(m_settings, *this);
-    Controls::RestoreColumnWidths(m_settings, *m_ui->lvwSendResults);
+    Controls::RestoreWindowPosition(m_services.settings, *this);
+    Controls::RestoreColumnWidths(m_services.settings, *m_ui->lvwSendResults);
 }
 
 SendResults::~SendResults() = default;
@@ -39,9 +38,9 @@ void SendResults::Results(const LxMessageRequests &requests)
 
 void SendResults::SaveAs()
 {
-    const RememberedFile file(m_settings, m_prompts, u"Send Results"_s);
+    const RememberedFile file(m_services, u"Send Results"_s);
     const QString path = file.AskToSave({.title = tr("Save Results As"),
-                                         .filter = u"CSV (Comma delimited) (*.csv)|*.csv"_s,
+                                         .filters = {{tr("CSV (Comma delimited)"), {u"*.csv"_s}}},
                                          .initialPath = Utils::MyDocumentsFolder() + u"/Send Results"_s},
                                         this);
     if (path.isEmpty())
@@ -49,10 +48,11 @@ void SendResults::SaveAs()
     try {
         SaveResultsToFile(path);
     } catch (const Error &error) {
-        m_prompts.ShowMessageBox({.text = tr("The results could not be saved to a file: ") + error.Description(),
-                                  .icon = PromptIcon::Information,
-                                  .caption = tr("Save Results Failed")},
-                                 this);
+        m_services.prompts.ShowMessageBox(
+            {.text = tr("The results could not be saved to a file: ") + error.Description(),
+             .icon = PromptIcon::Information,
+             .caption = tr("Save Results Failed")},
+            this);
     }
 }
 
@@ -63,7 +63,7 @@ void SendResults::SaveResultsToFile(const QString &path) const
 
 void SendResults::done(int result)
 {
-    Controls::SaveWindowPosition(m_settings, *this);
-    Controls::SaveColumnWidths(m_settings, *m_ui->lvwSendResults);
+    Controls::SaveWindowPosition(m_services.settings, *this);
+    Controls::SaveColumnWidths(m_services.settings, *m_ui->lvwSendResults);
     QDialog::done(result);
 }

@@ -1,14 +1,13 @@
 #pragma once
 
 #include "LxMessageRequest.h"
+#include "WindowServices.h"
 
 #include <QDialog>
 
 #include <memory>
 
-class Prompts;
 class SendResultsModel;
-class Settings;
 namespace Ui {
 class SendResults;
 }
@@ -19,7 +18,7 @@ class SendResults final : public QDialog
     Q_OBJECT
 
 public:
-    SendResults(Settings &settings, Prompts &prompts, QWidget *parent);
+    SendResults(const WindowServices &services, QWidget *parent);
     ~SendResults() override;
 
     /// Shows one row a request, in their order.
@@ -33,8 +32,7 @@ public:
 private:
     void SaveAs();
 
-    Settings &m_settings;
-    Prompts &m_prompts;
+    WindowServices m_services;
     std::unique_ptr<Ui::SendResults> m_ui;
     SendResultsModel *m_results;
 };

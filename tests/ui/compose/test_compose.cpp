@@ -46,7 +46,7 @@ class TestCompose final : public QObject
         }
 
         ScriptedPeer peer{{.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>")}}};
-        const Compose::Services services{gateway, prompts, shell, phoneBook};
+        const Compose::Services services{windowServices, gateway, phoneBook};
         Compose compose{services};
         QList<LxContactPtr> contacts;
         const LxGroup &work = Book().Groups().CreateGroup(u"Work"_s);

@@ -16,7 +16,7 @@ class TestContactProperties final : public QObject
     struct Fixture : WindowFixture
     {
         LxContactPtr contact = Add(u"Bob"_s, u"07700900123"_s);
-        ContactProperties dialog{{countries, prompts, shell, settings}, nullptr};
+        ContactProperties dialog{countries, windowServices, nullptr};
         QLineEdit &name = Control<QLineEdit>(dialog, "txtName");
         QLineEdit &mobile = Control<QLineEdit>(dialog, "txtMobile");
         QComboBox &country = Control<QComboBox>(dialog, "cboCountryCode");
@@ -69,7 +69,7 @@ private slots:
             QTest::keyClick(&groups, Qt::Key_Space);
             Control<QPushButton>(dialog, "cmdOK").click();
         });
-        QVERIFY(f.phoneBook.EditContact(f.contact, false, {}, {}, false, nullptr));
+        QVERIFY(f.phoneBook.EditContact(f.contact, nullptr));
         QCOMPARE(f.contact->Groups().AsString(u","_s), u"Everyone,Choir"_s);
         const QAbstractItemModel &list = *Control<QTreeView>(f.phoneBook, "lvwContacts").model();
         const QVariantList cells = {list.index(0, 0).data(), list.index(0, 1).data(), list.index(0, 2).data()};

@@ -129,7 +129,7 @@ private slots:
         f.ChooseGroup(1);
         const QString file = f.Path(u"out.csv"_s);
         f.prompts.ExpectFileDialog({.title = u"Select File to Export to"_s,
-                                    .filter = u"CSV (Comma delimited) (*.csv)|*.csv"_s,
+                                    .filters = {{u"CSV (Comma delimited)"_s, {u"*.csv"_s}}},
                                     .initialPath = Utils::MyDocumentsFolder() + u"/Brevio Contacts"_s,
                                     .confirmOverwrite = true},
                                    file);

@@ -17,7 +17,7 @@ private slots:
     {
         Profile f;
         Settings settings(Settings::DefaultFileName(), f.prompts);
-        SendResults window(settings, f.prompts, nullptr);
+        SendResults window({settings, f.prompts, f.shell}, nullptr);
         window.Results({{u"+447700900123"_s, u"Ann \"A\" Lee"_s, u"one\r\ntwo"_s, LxMessageResponse{7, true, {}}},
                         {u"+33612345678"_s, u"Zoë, <b>"_s, {}, LxMessageResponse{0, false, u"A & <b>"_s}},
                         {u"+1555"_s, u"Bob"_s, u"Hi"_s, std::nullopt}});

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QString>
+#include "SendingSMS.h"
 
-class Settings;
+#include <QString>
 
 /// The user's account at the gateway: settings section "Account". Each read goes to the settings, each write there at
 /// once.
@@ -13,6 +13,9 @@ public:
         : m_settings(settings)
     {
     }
+
+    /// All of it, as a send takes it.
+    [[nodiscard]] SendingSMS::Account Get() const;
 
     [[nodiscard]] QString Username() const;
     void SetUsername(const QString &username);

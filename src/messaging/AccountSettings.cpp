@@ -13,6 +13,11 @@ const QString kReplyEmailAddress = u"ReplyEmailAddress"_s;
 
 } // namespace
 
+SendingSMS::Account AccountSettings::Get() const
+{
+    return {Username(), Password(), ReplyEmailAddress()};
+}
+
 QString AccountSettings::Username() const
 {
     return m_settings.Get(kSection, kUsername);
