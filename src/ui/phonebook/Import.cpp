@@ -1,14 +1,13 @@
 #include "Import.h"
 
+#include "Attempt.h"
 #include "Controls.h"
-#include "Error.h"
 #include "Prompts.h"
 #include "Settings.h"
 #include "TextFile.h"
 #include "Utils.h"
 #include "VendorPages.h"
 #include "VendorSite.h"
-#include "WaitCursor.h"
 #include "ui_Import.h"
 
 using namespace Qt::StringLiterals;
@@ -17,12 +16,6 @@ namespace {
 
 const QString kSection = u"Import Contacts"_s;
 const QString kFileName = u"FileName"_s;
-
-QString ReadContacts(const QString &path)
-{
-    const WaitCursor hourglass;
-    return TextFile::DecodeForeign(Utils::ReadTextFile(path));
-}
 
 } // namespace
 
@@ -79,11 +72,11 @@ void Import::accept()
     if (m_path.isEmpty())
         return;
     QString text;
-    try {
-        text = ReadContacts(m_path);
-    } catch (const Error &error) {
-        Tell(tr("The selected file cannot not be opened: ") + error.Description() + "\r\n\r\n"_L1 +
-                 tr("Please ensure the file is not in use in another application, and try again."),
+    const QString failure = Attempt([&] { text = TextFile::DecodeForeign(Utils::ReadTextFile(m_path)); });
+    if (!failure.isEmpty()) {
+        Tell(tr("The selected file cannot not be opened: %1\r\n\r\nPlease ensure the file is not in use in another "
+                "application, and try again.")
+                 .arg(failure),
              tr("File not available"));
         return;
     }

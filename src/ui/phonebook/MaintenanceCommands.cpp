@@ -99,11 +99,11 @@ PhoneBookChange MaintenanceCommands::Restore(const LxGroup &chosen) const
     const QString notSaved = Attempt([&] { kept = m_phoneBook.SavePhoneBook(); });
     // The icons of the two failures differ, and that is meant.
     if (!notSaved.isEmpty()) {
-        return {.failure = Failure(
-                    caption,
-                    tr("The phonebook could not be restored, as the existing phonebook could not be saved: %1")
-                        .arg(notSaved),
-                    PromptIcon::Critical)};
+        return {.failure =
+                    Failure(caption,
+                            tr("The phonebook could not be restored, as the existing phonebook could not be saved: %1")
+                                .arg(notSaved),
+                            PromptIcon::Critical)};
     }
     // Restored groups are other ones than before. When it fails, the phone book is what it was.
     const QString name = chosen.Name();
@@ -136,15 +136,14 @@ PhoneBookChange MaintenanceCommands::Export(const LxGroup &group) const
 
 QString MaintenanceCommands::AskImportFile(const QString &proposal, QWidget *owner) const
 {
-    return m_services.prompts.AskOpenFile(
-        {.title = tr("Select File to Import from"),
-         .filters = {{tr("All contact files"), {u"*.csv"_s, u"*.txt"_s, u"*.kpb"_s}},
-                     {tr("CSV (Comma delimited)"), {u"*.csv"_s}},
-                     {tr("Text (Tab delimited)"), {u"*.txt"_s}},
-                     {tr("Brevio phonebook"), {u"*.kpb"_s}},
-                     {tr("All files"), {u"*.*"_s}}},
-         .initialPath = Utils::IfEmpty(proposal, Utils::MyDocumentsFolder() + u'/')},
-        owner);
+    return m_services.prompts.AskOpenFile({.title = tr("Select File to Import from"),
+                                           .filters = {{tr("All contact files"), {u"*.csv"_s, u"*.txt"_s, u"*.kpb"_s}},
+                                                       {tr("CSV (Comma delimited)"), {u"*.csv"_s}},
+                                                       {tr("Text (Tab delimited)"), {u"*.txt"_s}},
+                                                       {tr("Brevio phonebook"), {u"*.kpb"_s}},
+                                                       {tr("All files"), {u"*.*"_s}}},
+                                           .initialPath = Utils::IfEmpty(proposal, Utils::MyDocumentsFolder() + u'/')},
+                                          owner);
 }
 
 PhoneBookChange MaintenanceCommands::ImportFile() const

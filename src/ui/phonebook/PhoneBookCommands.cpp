@@ -36,11 +36,9 @@ bool PhoneBookCommands::IsEveryone(const LxGroup &group) const
 
 bool PhoneBookCommands::Confirms(const QString &question, const QString &caption) const
 {
-    return m_services.prompts.ShowMessageBox({.text = question,
-                                              .icon = PromptIcon::Question,
-                                              .buttons = PromptButtons::YesNo,
-                                              .caption = caption},
-                                             m_window) == PromptAnswer::Yes;
+    return m_services.prompts.ShowMessageBox(
+               {.text = question, .icon = PromptIcon::Question, .buttons = PromptButtons::YesNo, .caption = caption},
+               m_window) == PromptAnswer::Yes;
 }
 
 PhoneBookChange PhoneBookCommands::Edit(const LxContactPtr &contact, QWidget *parent) const
