@@ -107,6 +107,16 @@ private slots:
         QCOMPARE(f.shell.opened, QStringList());
     }
 
+    void tellsWhyTheGatewayRefused()
+    {
+        Fixture f;
+        const ScriptedPeer refusing({.pieces = {ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>3</BAL>")}});
+        f.UseGateway(refusing.Address());
+        f.prompts.ExpectBox(u"Your message could not be sent:\r\n\r\nNo"_s, PromptIcon::Exclamation);
+        QCOMPARE(f.Send(u"Ann"_s), u"Message failed 0"_s);
+        QCOMPARE(refusing.Posts(), 1);
+    }
+
     void oneClickIsOnePost()
     {
         Fixture f;
