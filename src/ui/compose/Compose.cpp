@@ -160,11 +160,10 @@ void Compose::SendNow()
 
 std::optional<LxContactList> Compose::Recipients()
 {
-    const std::optional<int> number = m_ui->cboTo->SelectedNumber();
-    if (number && *number < 0)
-        return m_services.phoneBook.GetGroup(-*number).ContactList();
-    const LxContactPtr contact =
-        number ? m_services.phoneBook.GetContact(*number) : NewRecipient(m_ui->cboTo->currentText());
+    const std::optional<int> id = m_ui->cboTo->SelectedID();
+    if (id && *id < 0)
+        return m_services.phoneBook.GetGroup(-*id).ContactList();
+    const LxContactPtr contact = id ? m_services.phoneBook.GetContact(*id) : NewRecipient(m_ui->cboTo->currentText());
     if (!contact)
         return std::nullopt;
     LxContactList recipients;
