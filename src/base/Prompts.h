@@ -20,12 +20,6 @@ struct MessageBoxRequest
     QString caption = {};
 };
 
-/// The text of a box of several paragraphs.
-[[nodiscard]] inline QString Paragraphs(const QStringList &paragraphs)
-{
-    return paragraphs.join(QStringLiteral("\r\n\r\n"));
-}
-
 /// A choice of files, such as "Text" for "*.txt". The pattern "*.*" stands for every file.
 struct FileFilter
 {

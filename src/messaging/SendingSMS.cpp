@@ -9,8 +9,6 @@
 
 #include <QCoreApplication>
 
-using namespace Qt::StringLiterals;
-
 namespace SendingSMS {
 namespace {
 

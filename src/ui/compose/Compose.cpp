@@ -78,9 +78,8 @@ void Compose::ShowCount()
         return;
     }
     const qsizetype parts = m_message.MessageParts().size();
-    const auto length = static_cast<int>(text.size());
-    SetStatus(parts == 1 ? tr("%n characters in 1 text message", nullptr, length)
-                         : tr("%n characters in %1 text messages", nullptr, length).arg(parts));
+    SetStatus(parts == 1 ? tr("%1 characters in 1 text message").arg(text.size())
+                         : tr("%1 characters in %2 text messages").arg(text.size()).arg(parts));
 }
 
 void Compose::SetStatus(const QString &text)
@@ -187,11 +186,10 @@ LxContactPtr Compose::NewRecipient(const QString &typed)
 
 void Compose::OfferToBuyMessages()
 {
-    const QString text = Paragraphs(
-        {tr("Please buy some messages to continue."),
-         tr("If you have already bought messages then please enter your account details sent to you by email, "
-            "subject \"Brevio Account\"."),
-         tr("Do you want to buy messages online now?")});
+    const QString text = tr("Please buy some messages to continue.\r\n\r\n"
+                            "If you have already bought messages then please enter your account details sent to you by "
+                            "email, subject \"Brevio Account\".\r\n\r\n"
+                            "Do you want to buy messages online now?");
     const PromptAnswer answer =
         m_services.window.prompts.ShowMessageBox({text, PromptIcon::Information, PromptButtons::YesNo}, this);
     if (answer == PromptAnswer::Yes)
@@ -207,15 +205,15 @@ void Compose::Tell(const SendingSMS::SendOutcome &outcome)
     case Cancelled:
         break;
     case EmptyGroup:
-        TellProblem(Paragraphs(
-            {tr("Group contains no contacts. Message was not sent."), tr("Please add some contacts to this group.")}));
+        TellProblem(tr("Group contains no contacts. Message was not sent.\r\n\r\n"
+                       "Please add some contacts to this group."));
         break;
     case TransferFailed:
-        TellProblem(Paragraphs({tr("Could not connect over the internet to Corvane. Message was not sent."),
-                                tr("Please check you are connected to the internet.")}));
+        TellProblem(tr("Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
+                       "Please check you are connected to the internet."));
         break;
     case Refused:
-        TellProblem(Paragraphs({tr("Your message could not be sent:"), outcome.reason}));
+        TellProblem(tr("Your message could not be sent:\r\n\r\n%1").arg(outcome.reason));
         break;
     case SomeFailed: {
         SendResults results(m_services.window, this);
@@ -227,10 +225,9 @@ void Compose::Tell(const SendingSMS::SendOutcome &outcome)
     const bool isSent = outcome.status == Sent;
     if (outcome.balance < 0)
         SetStatus(isSent ? tr("Message sent") : tr("Message failed"));
-    else if (isSent)
-        SetStatus(tr("Message sent. %n messages remaining", nullptr, outcome.balance));
     else
-        SetStatus(tr("Message failed. %n messages remaining", nullptr, outcome.balance));
+        SetStatus((isSent ? tr("Message sent. %1 messages remaining") : tr("Message failed. %1 messages remaining"))
+                      .arg(outcome.balance));
 }
 
 void Compose::TellProblem(const QString &text)
@@ -259,7 +256,7 @@ void Compose::RefreshBalance()
     try {
         const SendingSMS::Reply reply = SendingSMS::GetBalance(m_services.gateway, m_account.Get(), this);
         if (reply.code == SendingSMS::ResultCode::kSuccess && reply.balance >= 0)
-            SetStatus(tr("%n Messages Remaining", nullptr, reply.balance));
+            SetStatus(tr("%1 Messages Remaining").arg(reply.balance));
     } catch (const Error &error) {
         TellProblem(error.Description());
     }
