@@ -3,6 +3,7 @@
 #include "PostModule.h"
 #include "Profile.h"
 #include "Raised.h"
+#include "Rows.h"
 #include "SampleCountries.h"
 #include "ScriptedPeer.h"
 #include "SendingSMS.h"
@@ -57,35 +58,36 @@ private slots:
     }
     void cleanup() { m_profile.prompts.VerifyAllCame(); }
 
-    void SendsEachPartToEachRecipientOnce()
+    void eachPartGoesToEachRecipientOnce_data()
     {
+        const auto refused = u"Your message could not be sent:\r\n\r\n"_s;
+        AddRows<QByteArray, QString, QString>(
+            {{"sent", "<LOGON>OK</LOGON><BAL>57</BAL>", u"sent 57"_s, {}},
+             {"a failure", "<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>", u"not sent 5, results"_s, {}},
+             {"a refusal", "<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>", u"not sent -1"_s, refused + u"No"_s},
+             {"nothing", "", u"not sent -1"_s, refused + u"Response is empty"_s}});
+    }
+    void eachPartGoesToEachRecipientOnce()
+    {
+        const auto [reply, outcome, box] = Row<QByteArray, QString, QString>();
         LxMessageRequests requests;
         for (const LxContactPtr &contact : m_group) {
             requests.push_back({contact->InternationalMobile(), contact->Name(), QString(158, u'a') + u".."_s});
             requests.push_back({contact->InternationalMobile(), contact->Name(), u".."_s + QString(42, u'b')});
         }
         const auto body = FormBody(BuildMessageRequest(requests, u"a@b.example"_s, u"ann"_s, u"secret"_s));
-        const auto refused = u"Your message could not be sent:\r\n\r\n"_s;
-        const std::array<QString, 3> rows[] = {
-            {u"<LOGON>OK</LOGON><BAL>57</BAL>"_s, u"sent 57"_s, {}},
-            {u"<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>"_s, u"not sent 5, results"_s, {}},
-            {u"<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"_s, u"not sent -1"_s, refused + u"No"_s},
-            {u""_s, u"not sent -1"_s, refused + u"Response is empty"_s},
-        };
-        for (const auto &[reply, outcome, box] : rows) {
-            ScriptedPeer peer({.pieces = {ScriptedPeer::Ok(reply.toLatin1())}});
-            m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
-            if (!box.isEmpty())
-                m_profile.prompts.ExpectBox(box, PromptIcon::Exclamation);
-            QCOMPARE(Send(), outcome);
-            QCOMPARE(m_caption, u"Sending Message... To: Work"_s);
-            QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
-            QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
-            QCOMPARE(peer.Posts(), 1);
-        }
+        ScriptedPeer peer({.pieces = {ScriptedPeer::Ok(reply)}});
+        m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
+        if (!box.isEmpty())
+            m_profile.prompts.ExpectBox(box, PromptIcon::Exclamation);
+        QCOMPARE(Send(), outcome);
+        QCOMPARE(m_caption, u"Sending Message... To: Work"_s);
+        QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
+        QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
+        QCOMPARE(peer.Posts(), 1);
     }
 
-    void PostsNothing()
+    void nothingIsPostedAfterACancelOrToABadHost()
     {
         ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}});
         m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
