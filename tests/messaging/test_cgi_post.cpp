@@ -68,9 +68,8 @@ private slots:
     {
         AddTextRows({u"http://example.test/a/b.php -> example.test 80 /a/b.php b.php",
                      u"  HTTP://example.test   -> example.test 80 / /", u"h/a?x=/c?d -> h 80 /a?x=/c?d c",
-                     u":81/p -> remembered 81 /p p", u"ftp://x/y -> ", u"https://x/ -> ", u"h/a?back=http://x -> ",
-                     u"http://x:abc/ -> ", u"x:0 -> ", u"x:65536 -> ", u"x:-1 -> ", u"x:80:80 -> ",
-                     u"user:word@x/ -> "});
+                     u":81/p -> remembered 81 /p p", u"ftp://x/y", u"https://x/", u"h/a?back=http://x",
+                     u"http://x:abc/", u"x:0", u"x:65536", u"x:-1", u"x:80:80", u"user:word@x/"});
     }
     void urlIsSplit()
     {
@@ -82,8 +81,8 @@ private slots:
     void proxySettingIsRead_data()
     {
         AddTextRows({u"ftp=p1:21;http=p2:3128 -> p2 3128", u";http=; Http=p5:8 ;p6 -> p5 8",
-                     u"http=[::1]:3128 -> [::1] 3128", u"ftp=p1:21;socks=p2 -> ", u"p8:abc -> unusable",
-                     u"p8: -> unusable", u"p8:65536 -> unusable", u":3128 -> unusable"});
+                     u"http=[::1]:3128 -> [::1] 3128", u"ftp=p1:21;socks=p2", u"p8:abc -> unusable", u"p8: -> unusable",
+                     u"p8:65536 -> unusable", u":3128 -> unusable"});
     }
     void proxySettingIsRead()
     {

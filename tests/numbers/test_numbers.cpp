@@ -98,9 +98,8 @@ private slots:
 
     void emailAddressesAreChecked_data()
     {
-        AddTextRows({u"ANN.O'Hara_x-1@A-1.EXAMPLE -> valid", u"@a.b -> valid", u"a@.b.c -> valid", u" -> ",
-                     u"a.b@c -> ", u"a@.b -> ", u"a@b. -> ", u"a.b.c -> ", u"a@b@c.d -> ", u"a+b@c.d -> ",
-                     u"\u212A@c.d -> "});
+        AddTextRows({u"ANN.O'Hara_x-1@A-1.EXAMPLE -> valid", u"@a.b -> valid", u"a@.b.c -> valid", u"", u"a.b@c",
+                     u"a@.b", u"a@b.", u"a.b.c", u"a@b@c.d", u"a+b@c.d", u"\u212A@c.d"});
     }
     void emailAddressesAreChecked()
     {
@@ -124,8 +123,8 @@ private slots:
     void numbersAreClassified_data()
     {
         // The last are Arabic digits, which are none here.
-        AddTextRows({u" -> ", u"+ -> ", u"077009OO1 -> ", u"0123 -> valid ", u"1234 -> valid local",
-                     u"+1234 -> international valid ", u"\u0661\u0662\u0663\u0664 -> "});
+        AddTextRows({u"", u"+", u"077009OO1", u"0123 -> valid ", u"1234 -> valid local",
+                     u"+1234 -> international valid ", u"\u0661\u0662\u0663\u0664"});
     }
     void numbersAreClassified()
     {

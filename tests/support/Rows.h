@@ -18,14 +18,15 @@ void AddRows(std::initializer_list<std::tuple<const char *, Cells...>> rows)
         QTest::newRow(std::get<0>(row)) << std::apply(values, row);
 }
 
-/// Rows of two texts, each written "text -> what comes of it" and named by the first.
-inline void AddTextRows(std::initializer_list<QStringView> rows)
+/// Rows of two texts, each written "text -> what comes of it" and named by the first. A text alone gives empty text.
+inline void AddTextRows(std::initializer_list<const char16_t *> rows)
 {
     QTest::addColumn<std::tuple<QString, QString>>("row");
     for (const QStringView row : rows) {
-        const qsizetype arrow = row.indexOf(u" -> ");
-        const std::unique_ptr<char[]> name(QTest::toString(row.first(arrow)));
-        QTest::newRow(name.get()) << std::tuple(row.first(arrow).toString(), row.sliced(arrow + 4).toString());
+        const QString text = row.toString();
+        const QString in = text.section(QStringLiteral(" -> "), 0, 0);
+        const std::unique_ptr<char[]> name(QTest::toString(in));
+        QTest::newRow(name.get()) << std::tuple(in, text.section(QStringLiteral(" -> "), 1));
     }
 }
 
