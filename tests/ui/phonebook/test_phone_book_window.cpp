@@ -25,19 +25,19 @@ private slots:
                 Control<QComboBox>(dialog, "cboGroup").setCurrentIndex(1);
                 Control<QPushButton>(dialog, button).click();
             });
-            f.Action(u"mnuAddContactsToExistingGroup"_s).trigger();
+            f.Trigger(u"mnuAddContactsToExistingGroup"_s);
         }
-        f.Action(u"mnuRemoveContactsFromThisGroup"_s).trigger();
+        f.Trigger(u"mnuRemoveContactsFromThisGroup"_s);
         QCOMPARE(f.Rows(f.Contacts()), u"Ann*< Bob"_s); // until the list is filled again
         f.Find().setText(u"a"_s);
         QCOMPARE(f.Status(), u"0 contacts found"_s);
         f.Find().clear();
         f.Select({0});
-        f.Action(u"mnuAddContactsToNewGroup"_s).trigger();
+        f.Trigger(u"mnuAddContactsToNewGroup"_s);
         QCOMPARE(f.Print(), u"Bob:Work+New Group Ann:Choir Zoe: Élan: | Work,Choir,New Group"_s);
         f.ChooseGroup(0);
         f.Select({1});
-        f.Action(u"mnuPopupRemoveContactsFromAllGroups"_s).trigger();
+        f.Trigger(u"mnuPopupRemoveContactsFromAllGroups"_s);
         QCOMPARE(f.Print(), u"Bob: Ann:Choir Zoe: Élan: | Work,Choir,New Group"_s);
     }
 
@@ -60,7 +60,7 @@ private slots:
             for (const PromptAnswer answer : {PromptAnswer::No, PromptAnswer::Yes}) {
                 QCOMPARE(f.Print(), before);
                 f.prompts.ExpectBox(question, PromptIcon::Question, answer, title);
-                f.Action(starter).trigger();
+                f.Trigger(starter);
             }
             QCOMPARE(f.Print(), left);
         }
@@ -80,7 +80,7 @@ private slots:
         };
         for (const bool ok : {false, true}) {
             answer(u"Carl"_s, ok);
-            f.Action(u"mnuAddContact"_s).trigger();
+            f.Trigger(u"mnuAddContact"_s);
         }
         QCOMPARE(f.Rows(f.Contacts()), u"Ann Bob Carl*<"_s);
         answer(u"Aaron"_s, true);
@@ -128,9 +128,9 @@ private slots:
     {
         PhoneBookFixture f;
         f.Open();
-        f.Action(u"mnuNewGroup"_s).trigger();
+        f.Trigger(u"mnuNewGroup"_s);
         f.Editor(f.Groups())->setText(u"Club"_s);
-        f.Action(u"mnuNewGroup"_s).trigger();
+        f.Trigger(u"mnuNewGroup"_s);
         f.phoneBook.CreateNewGroup(false);
         QCOMPARE(f.Rows(f.Groups()), u"Everyone Work Club New Group New Group (2)*<"_s);
         f.ChooseGroup(1);
@@ -211,7 +211,7 @@ private slots:
             f.prompts.ExpectBoxBeginning(u"The phone book could not be saved: "_s, PromptIcon::Exclamation);
         };
         expectFailure();
-        f.Action(u"mnuAddContactsToNewGroup"_s).trigger();
+        f.Trigger(u"mnuAddContactsToNewGroup"_s);
         f.prompts.VerifyAllCame();
         f.Editor(f.Groups())->setText(u"Club"_s);
         expectFailure(); // one for the name and the closing

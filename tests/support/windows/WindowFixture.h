@@ -1,24 +1,18 @@
 #pragma once
 
-#include "LxCountryList.h"
-#include "PhoneBook.h"
+#include "PhoneBookWindow.h"
 #include "PostModule.h"
 #include "Profile.h"
 #include "SendingSMS.h"
-#include "Settings.h"
 
-/// What every window needs, with three countries and an open phone book.
-struct WindowFixture : Profile
+/// What every window needs, with an open phone book.
+struct WindowFixture : Profile, PhoneBookWindow
 {
     WindowFixture()
+        : PhoneBookWindow(*this, prompts)
     {
-        countries.Add({QStringLiteral("Canada"), 1, true});
-        countries.Add({QStringLiteral("France"), 33, false});
-        countries.Add({QStringLiteral("United Kingdom"), 44, true});
         phoneBook.LoadData();
     }
-
-    [[nodiscard]] LxPhoneBook &Book() { return phoneBook.ReadOnlyPhoneBook(); }
 
     /// Posts go to this address, with this account.
     void UseGateway(const QString &host, const QString &username = QStringLiteral("ann"))
@@ -38,10 +32,7 @@ struct WindowFixture : Profile
         return contact;
     }
 
-    LxCountryList countries;
-    Settings settings{Settings::DefaultFileName(), prompts};
     PostModule posts{internetSettings};
     DirectPostRunner runner;
     SendingSMS::Gateway gateway{settings, posts, runner};
-    PhoneBook phoneBook{PhoneBook::Services{countries, clock, prompts, shell, settings}};
 };
