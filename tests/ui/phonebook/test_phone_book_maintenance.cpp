@@ -192,19 +192,19 @@ private slots:
             browse({});
             QVERIFY(title.text() == u"Please browse for a file" && !ok.isEnabled());
             emit Control<QLabel>(dialog, "lblHelpLink").linkActivated({});
-            const std::pair<QString, QString> rows[] = {{f.Path(u"missing.csv"_s), u"File not found"_s},
-                                                        {secret, u"Permission denied"_s},
-                                                        {f.home.path(), u"It is not a file"_s}};
-            for (const auto &[path, why] : rows) {
+            const auto refuse = [&](const QString &path, const QString &why) {
                 browse(path);
                 QCOMPARE(title.text(), QFileInfo(path).fileName());
                 f.prompts.ExpectBox(u"The selected file cannot not be opened: "_s + why +
                                         u"\r\n\r\nPlease ensure the file is not in use in another application, and try "
                                         "again."_s,
                                     PromptIcon::Exclamation, PromptAnswer::Ok, u"File not available"_s);
-                const WithoutRoot withoutRoot(f.home.path());
+                const WithoutRoot withoutRoot;
                 ok.click();
-            }
+            };
+            refuse(f.Path(u"missing.csv"_s), u"File not found"_s);
+            refuse(secret, u"Permission denied"_s);
+            refuse(f.home.path(), u"It is not a file"_s);
             browse(empty);
             browse({});
             f.prompts.ExpectBox(u"The selected file was empty."_s, PromptIcon::Exclamation, PromptAnswer::Ok,
