@@ -1,6 +1,6 @@
 #include "Encodings.h"
+#include "Rows.h"
 #include "TextFile.h"
-#include "TextTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -9,7 +9,7 @@ class TestEncodings final : public QObject
     Q_OBJECT
 
 private slots:
-    void EveryByteSurvives()
+    void everyByteSurvives()
     {
         QByteArray bytes;
         for (int byte = 0; byte < 256; ++byte)
@@ -21,45 +21,48 @@ private slots:
         QCOMPARE(TextFile::Encode(text), bytes);
     }
 
-    void OtherTextSurvivesAsUtf8()
+    void otherTextSurvivesAsUtf8_data()
     {
-        // Outside the code page or the basic plane, a control that the code page lacks, what looks like the mark.
-        for (const auto &text : {u"Łé"_s, u"😀"_s, u"\u0080"_s, u"ï»¿"_s, u"\uFEFF"_s}) {
-            const QByteArray bytes = TextFile::Encode(text);
-            QCOMPARE(bytes, "\xEF\xBB\xBF" + text.toUtf8());
-            QCOMPARE(TextFile::Decode(bytes), text);
-        }
+        AddRows<QString>({{"outside the code page", u"Łé"_s},
+                          {"outside the basic plane", u"😀"_s},
+                          {"a control that the code page lacks", u"\u0080"_s},
+                          {"what looks like the mark", u"ï»¿"_s},
+                          {"the mark", u"\uFEFF"_s}});
+    }
+    void otherTextSurvivesAsUtf8()
+    {
+        const auto [text] = Row<QString>();
+        const QByteArray bytes = TextFile::Encode(text);
+        QCOMPARE(bytes, "\xEF\xBB\xBF" + text.toUtf8());
+        QCOMPARE(TextFile::Decode(bytes), text);
     }
 
-    void SplitsLines()
+    void linesAreSplitAtCommasOutsideQuotes_data()
     {
         // Apostrophes stand for double quotes.
-        const auto split = [](QString line) {
-            QString fields;
-            for (const QString &field : Encodings::ParseCSVLine(line.replace(u'\'', u'"')))
-                fields += u'[' + field + u']';
-            return fields.replace(u'"', u'\'');
-        };
-        CompareTable({{u"", u"[]"},
-                      {u"x,,z,", u"[x][][z][]"},
-                      {u"'Smith, Jo',44,'0123", u"[Smith, Jo][44][0123]"},
-                      {u"'x''", u"[x']"},
-                      {u"'Smith' 'Jo, x',44", u"[Smith][ x][44]"},
-                      {u"Jo 'Ace,Smith',44", u"[Jo ][Smith][44]"},
-                      {u"''''", u"[']"},
-                      {u" 'a',b ", u"[ ][b ]"}},
-                     split);
+        AddTextRows({u" -> []", u"x,,z, -> [x][][z][]", u"'Smith, Jo',44,'0123 -> [Smith, Jo][44][0123]",
+                     u"'x'' -> [x']", u"'Smith' 'Jo, x',44 -> [Smith][ x][44]",
+                     u"Jo 'Ace,Smith',44 -> [Jo ][Smith][44]", u"'''' -> [']", u" 'a',b  -> [ ][b ]"});
+    }
+    void linesAreSplitAtCommasOutsideQuotes()
+    {
+        const auto [line, fields] = Row<QString, QString>();
+        QString got;
+        for (const QString &field : Encodings::ParseCSVLine(QString(line).replace(u'\'', u'"')))
+            got += u'[' + field + u']';
+        QCOMPARE(got.replace(u'"', u'\''), fields);
     }
 
-    void EscapesForForms()
+    void formsEscapeAllButLettersAndDigits_data()
     {
-        CompareTable({{u"/09:@AZ[`az{", u"%2F09%3A%40AZ%5B%60az%7B"},
-                      {u"A-z._~ <?", u"A%2Dz%2E%5F%7E%20%3C%3F"},
-                      {u"\r\n\x01", u"%0D%0A%01"},
-                      {u"£€é\u0081ÿŁ\u0080", u"%A3%80%E9%81%FF%3F%3F"},
-                      {u"a😀b😀", u"a%3Fb%3F"}},
-                     [](const QString &text) { return QString::fromLatin1(Encodings::URLEncode(text, false)); });
-        QCOMPARE(Encodings::URLEncode(u"a b+", true), "a+b%2B");
+        AddTextRows({u"/09:@AZ[`az{ -> %2F09%3A%40AZ%5B%60az%7B", u"A-z._~ <? -> A%2Dz%2E%5F%7E%20%3C%3F",
+                     u"\r\n\x01 -> %0D%0A%01", u"£€é\u0081ÿŁ\u0080 -> %A3%80%E9%81%FF%3F%3F", u"a😀b😀 -> a%3Fb%3F"});
+    }
+    void formsEscapeAllButLettersAndDigits()
+    {
+        const auto [text, escaped] = Row<QString, QString>();
+        QCOMPARE(Encodings::URLEncode(text, false), escaped.toLatin1());
+        QCOMPARE(Encodings::URLEncode(text, true), escaped.toLatin1().replace("%20", "+"));
     }
 };
 

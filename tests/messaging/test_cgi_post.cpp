@@ -1,8 +1,8 @@
 #include "HttpClient.h"
 #include "PostUrl.h"
 #include "ProxyServer.h"
+#include "Rows.h"
 #include "StuckPost.h"
-#include "TextTable.h"
 
 #include <QSignalSpy>
 
@@ -64,103 +64,106 @@ private slots:
         QCOMPARE(peer.Posts(), 1);
     }
 
+    void urlIsSplit_data()
+    {
+        AddTextRows({u"http://example.test/a/b.php -> example.test 80 /a/b.php b.php",
+                     u"  HTTP://example.test   -> example.test 80 / /", u"h/a?x=/c?d -> h 80 /a?x=/c?d c",
+                     u":81/p -> remembered 81 /p p", u"ftp://x/y", u"https://x/", u"h/a?back=http://x",
+                     u"http://x:abc/", u"x:0", u"x:65536", u"x:-1", u"x:80:80", u"user:word@x/"});
+    }
     void urlIsSplit()
     {
-        const auto split = [](const QString &text) {
-            const auto url = ParsePostUrl(text, u"remembered"_s);
-            return url ? u"%1 %2 %3 %4"_s.arg(url->host).arg(url->port).arg(url->path, url->document) : u""_s;
-        };
-        CompareTable({{u"http://example.test/a/b.php", u"example.test 80 /a/b.php b.php"},
-                      {u"  HTTP://example.test  ", u"example.test 80 / /"},
-                      {u"h/a?x=/c?d", u"h 80 /a?x=/c?d c"},
-                      {u":81/p", u"remembered 81 /p p"}},
-                     split);
-        for (const auto *url : {"ftp://x/y", "https://x/", "h/a?back=http://x", "http://x:abc/", "x:0", "x:65536",
-                                "x:-1", "x:80:80", "user:word@x/"})
-            QCOMPARE(split(QString::fromLatin1(url)), u""_s);
+        const auto [text, parts] = Row<QString, QString>();
+        const auto url = ParsePostUrl(text, u"remembered"_s);
+        QCOMPARE(url ? u"%1 %2 %3 %4"_s.arg(url->host).arg(url->port).arg(url->path, url->document) : u""_s, parts);
     }
 
+    void proxySettingIsRead_data()
+    {
+        AddTextRows({u"ftp=p1:21;http=p2:3128 -> p2 3128", u";http=; Http=p5:8 ;p6 -> p5 8",
+                     u"http=[::1]:3128 -> [::1] 3128", u"ftp=p1:21;socks=p2", u"p8:abc -> unusable", u"p8: -> unusable",
+                     u"p8:65536 -> unusable", u":3128 -> unusable"});
+    }
     void proxySettingIsRead()
     {
-        const auto read = [](const QString &text) {
-            const auto proxy = ParseProxyServer(text);
-            const bool isUsable = proxy && proxy->IsUsable();
-            return isUsable ? proxy->host + u' ' + QString::number(proxy->port) : proxy ? u"unusable"_s : u""_s;
-        };
-        CompareTable({{u"ftp=p1:21;http=p2:3128", u"p2 3128"},
-                      {u";http=; Http=p5:8 ;p6", u"p5 8"},
-                      {u"http=[::1]:3128", u"[::1] 3128"},
-                      {u"ftp=p1:21;socks=p2", u""}},
-                     read);
-        for (const auto *proxy : {"p8:abc", "p8:", "p8:65536", ":3128"})
-            QCOMPARE(read(QString::fromLatin1(proxy)), u"unusable"_s);
+        const auto [text, server] = Row<QString, QString>();
+        const auto proxy = ParseProxyServer(text);
+        const bool isUsable = proxy && proxy->IsUsable();
+        QCOMPARE(isUsable ? proxy->host + u' ' + QString::number(proxy->port) : proxy ? u"unusable"_s : u""_s, server);
     }
 
-    void replyDecidesTheEnding()
+    void replyDecidesTheEnding_data()
     {
         const QByteArray ok = "HTTP/1.1 200 OK\r\n";
         const QByteArray chunked = ok + "Transfer-Encoding: chunked\r\n\r\n4\r\nabcd\r\n";
         const QByteArray redirect = "HTTP/1.1 307 Temporary\r\nLocation: /b\r\nContent-Length: 0\r\n\r\n";
         const QByteArray tooLong(HttpClient::kMaxReplyBytes + 1, 'x');
         const QByteArray endless = QByteArray("A: 123456789\r\n").repeated(1 << 20);
+        const auto cutShort = u"Failed: The reply was cut short"_s;
+        const auto broken = u"Failed: The connection was broken"_s;
+        const auto stay = Then::StayOpen;
         QList<QByteArray> bytes;
         for (const char byte : ScriptedPeer::Ok("abcd"))
             bytes += QByteArray(1, byte);
         // What the peer does, and the response or how the post failed.
-        const std::pair<ScriptedPeer::Script, QString> rows[] = {
-            {{.pieces = bytes}, u"abcd"_s},
-            {{.pieces = {chunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen}, u"abcdef"_s},
-            {{.pieces = {ok + "\r\n", "abcd"}}, u"abcd"_s},
-            {{.pieces = {"HTTP/1.1 500 Broken\r\n\r\nstill"}}, u"still"_s},
-            {{.pieces = {ScriptedPeer::Ok("")}}, u""_s},
-            {{.pieces = {"HTTP/1.1 404 No\r\n\r\nabcd"}}, u"Failed: The server answered: 404 No"_s},
-            {{.pieces = {redirect}}, u"Failed: The server answered: 307 Temporary"_s},
-            {{.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, u"Failed: The reply was cut short"_s},
-            {{.pieces = {chunked}}, u"Failed: The reply was cut short"_s},
-            {{.pieces = {ok + "Content-Le"}}, u"Failed: The reply was cut short"_s},
-            {{.then = Then::Reset}, u"Failed: The connection was broken"_s},
-            {{.pieces = {ok + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50},
-             u"Failed: The connection was broken"_s},
-            {{}, u"Failed: The connection was closed without a reply"_s},
-            {{.pieces = {"SSH-2.0-OpenThing\r\n"}}, u"Failed: The reply is not an HTTP reply"_s},
-            {{.pieces = {ok + "\r\n", tooLong}, .then = Then::StayOpen},
+        AddRows<ScriptedPeer::Script, QString>({
+            {"byte by byte", {.pieces = bytes}, u"abcd"_s},
+            {"chunks", {.pieces = {chunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = stay}, u"abcdef"_s},
+            {"no length", {.pieces = {ok + "\r\n", "abcd"}}, u"abcd"_s},
+            {"500 that still counts", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nstill"}}, u"still"_s},
+            {"empty", {.pieces = {ScriptedPeer::Ok("")}}, u""_s},
+            {"404", {.pieces = {"HTTP/1.1 404 No\r\n\r\nabcd"}}, u"Failed: The server answered: 404 No"_s},
+            {"redirect", {.pieces = {redirect}}, u"Failed: The server answered: 307 Temporary"_s},
+            {"short body", {.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, cutShort},
+            {"no last chunk", {.pieces = {chunked}}, cutShort},
+            {"short header", {.pieces = {ok + "Content-Le"}}, cutShort},
+            {"reset", {.then = Then::Reset}, broken},
+            {"reset after a reply", {.pieces = {ok + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50}, broken},
+            {"no reply", {}, u"Failed: The connection was closed without a reply"_s},
+            {"not HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, u"Failed: The reply is not an HTTP reply"_s},
+            {"long body",
+             {.pieces = {ok + "\r\n", tooLong}, .then = stay},
              u"Failed: The reply is longer than 16 megabytes"_s},
-            {{.pieces = {ok, endless}}, u"Failed: The connection was broken"_s}};
-        for (const auto &[script, ending] : rows) {
-            ScriptedPeer peer(script);
-            CGIPost post(m_module);
-            const QSignalSpy finished(&post, &CGIPost::Finished);
-            post.SetUrl(peer.Address());
-            post.SetParameters("XML=once");
-            post.SetStillCounts([](const QByteArray &reply) { return reply == "still"; });
-            m_runner.Run(post, nullptr);
+            {"long header", {.pieces = {ok, endless}}, broken},
+        });
+    }
+    void replyDecidesTheEnding()
+    {
+        const auto [script, ending] = Row<ScriptedPeer::Script, QString>();
+        ScriptedPeer peer(script);
+        CGIPost post(m_module);
+        const QSignalSpy finished(&post, &CGIPost::Finished);
+        post.SetUrl(peer.Address());
+        post.SetParameters("XML=once");
+        post.SetStillCounts([](const QByteArray &answer) { return answer == "still"; });
+        m_runner.Run(post, nullptr);
 
-            const QString got = post.Failed() ? post.Status() + post.Response() : post.Response();
-            QCOMPARE(got, ending);
-            QVERIFY(post.Succeeded() != post.Failed());
+        const QString got = post.Failed() ? post.Status() + post.Response() : post.Response();
+        QCOMPARE(got, ending);
+        QVERIFY(post.Succeeded() != post.Failed());
 
-            VerifyNextPostWorks();
-            QCOMPARE(finished.count(), 1);
-            QVERIFY2(peer.Connections() == 1 && peer.Posts() <= 1, peer.Received());
-        }
+        VerifyNextPostWorks();
+        QCOMPARE(finished.count(), 1);
+        QVERIFY2(peer.Connections() == 1 && peer.Posts() <= 1, peer.Received());
     }
 
+    void noConnectionIsAFailure_data()
+    {
+        // What is after the space is the proxy.
+        AddTextRows({u"127.0.0.1:1 -> Could not connect to 127.0.0.1: Connection refused",
+                     u"host\r\nX/ -> \"host\r\nX\" is not a valid host name",
+                     u"gateway.test 127.0.0.1:1 -> Could not connect to the proxy 127.0.0.1: Connection refused",
+                     u"gateway.test proxy:0 -> The proxy in the internet settings is not valid: proxy:0"});
+    }
     void noConnectionIsAFailure()
     {
-        const auto gateway = u"gateway.test"_s;
-        const std::array<QString, 3> rows[] = {
-            {u"127.0.0.1:1"_s, {}, u"Could not connect to 127.0.0.1: Connection refused"_s},
-            {u"host\r\nX/"_s, {}, u"\"host\r\nX\" is not a valid host name"_s},
-            {gateway, u"127.0.0.1:1"_s, u"Could not connect to the proxy 127.0.0.1: Connection refused"_s},
-            {gateway, u"proxy:0"_s, u"The proxy in the internet settings is not valid: proxy:0"_s},
-        };
-        for (const auto &[url, proxy, whyFailed] : rows) {
-            m_settings.values = {proxy.isEmpty() ? u"0"_s : u"1"_s, proxy};
-            CGIPost post(m_module);
-            post.SetUrl(url);
-            m_runner.Run(post, nullptr);
-            QCOMPARE(post.Status(), u"Failed: "_s + whyFailed);
-        }
+        const auto [addresses, whyFailed] = Row<QString, QString>();
+        const QString proxy = addresses.section(u' ', 1);
+        m_settings.values = {proxy.isEmpty() ? u"0"_s : u"1"_s, proxy};
+        CGIPost post(m_module);
+        post.SetUrl(addresses.section(u' ', 0, 0));
+        m_runner.Run(post, nullptr);
+        QCOMPARE(post.Status(), u"Failed: "_s + whyFailed);
     }
 
     void proxyOfTheSettingsIsUsed()
@@ -175,17 +178,17 @@ private slots:
         QCOMPARE(proxy.Posts(), 1);
     }
 
+    void eachPhaseTimesOut_data() { StuckPost::AddPhases(); }
     void eachPhaseTimesOut()
     {
-        for (const auto &[phase, status] : StuckPost::Phases()) {
-            StuckPost stuck(phase);
-            stuck.module.timeOut = 500ms;
-            QStringList texts;
-            connect(&stuck.post, &CGIPost::StateChanged, this, [&] { texts += stuck.post.Status(); });
-            m_runner.Run(stuck.post, nullptr);
-            QCOMPARE(texts.mid(texts.size() - 2), (QStringList{status, u"Failed: Connection timed out"_s}));
-            QVERIFY(stuck.peer.Posts() <= 1);
-        }
+        const auto [phase, status] = Row<StuckPost::Phase, QString>();
+        StuckPost stuck(phase);
+        stuck.module.timeOut = 500ms;
+        QStringList texts;
+        connect(&stuck.post, &CGIPost::StateChanged, this, [&] { texts += stuck.post.Status(); });
+        m_runner.Run(stuck.post, nullptr);
+        QCOMPARE(texts.mid(texts.size() - 2), (QStringList{status, u"Failed: Connection timed out"_s}));
+        QVERIFY(stuck.peer.Posts() <= 1);
         VerifyNextPostWorks();
     }
 

@@ -1,6 +1,6 @@
 #include "GatewayProtocol.h"
 #include "LxMessage.h"
-#include "TextTable.h"
+#include "Rows.h"
 
 using namespace Qt::StringLiterals;
 using namespace SendingSMS;
@@ -11,7 +11,7 @@ class TestMessage final : public QObject
     Q_OBJECT
 
 private slots:
-    void KeepsItsCharactersAlone()
+    void onlyItsCharactersAreKept()
     {
         QString all;
         for (char16_t c = 0; c < 0xD800; ++c)
@@ -29,23 +29,25 @@ private slots:
         QCOMPARE(cleaned.invalidChars, QChar(0xDE01) + u"€😀😁_"_s);
     }
 
-    void CutsParts()
+    void textsAreCutIntoParts_data()
     {
-        const auto lengths = [](const QString &length) {
-            const QString text = u"0123456789"_s.repeated(50).first(length.toInt());
-            LxMessage message;
-            message.SetText(text);
-            QStringList got;
-            for (const QString &part : message.MessageParts())
-                got += QString::number(part.size());
-            const bool isWhole = message.MessageParts().join(u'|').remove(u"..|.."_s) == text;
-            return isWhole ? got.join(u' ') : u"another text"_s;
-        };
-        CompareTable({{u"0", u"0"}, {u"160", u"160"}, {u"161", u"160 5"}, {u"316", u"160 160"}}, lengths);
-        CompareTable({{u"317", u"160 160 5"}, {u"472", u"160 160 160"}, {u"473", u"160 160 160 5"}}, lengths);
+        AddTextRows({u"0 -> 0", u"160 -> 160", u"161 -> 160 5", u"316 -> 160 160", u"317 -> 160 160 5",
+                     u"472 -> 160 160 160", u"473 -> 160 160 160 5"});
+    }
+    void textsAreCutIntoParts()
+    {
+        const auto [length, lengths] = Row<QString, QString>();
+        const QString text = u"0123456789"_s.repeated(50).first(length.toInt());
+        LxMessage message;
+        message.SetText(text);
+        QStringList got;
+        for (const QString &part : message.MessageParts())
+            got += QString::number(part.size());
+        QCOMPARE(got.join(u' '), lengths);
+        QCOMPARE(message.MessageParts().join(u'|').remove(u"..|.."_s), text);
     }
 
-    void WritesDocuments()
+    void documentsHoldTheirTextsEscaped()
     {
         const LxMessageRequests requests = {{u"++1"_s, u"+Jo & \"Co\" <£>"_s, u"+1 < 2 & 'x'\r\n£5"_s}};
         const auto head = u"<?xml version=\"1.0\"?>\r\n<SESSION>\r\n   <CLIENT>£&</CLIENT> \r\n   <PW>c<t</PW>\r\n"_s;
@@ -65,44 +67,51 @@ private slots:
         QCOMPARE(BuildBalanceRequest(u"£&"_s, u"c<t"_s), head + u"</SESSION>\r\n"_s);
     }
 
-    void ReadsReplies()
+    void repliesAreRead_data()
     {
-        const auto out = u"<LOGON>FAIL</LOGON>"_s;
-        const auto in = u"<LOGON>OK</LOGON>"_s;
-        const auto good = u"<MSG><ID>7</ID><STATUS>OK</STATUS><INFO>a < b</INFO></MSG>"_s;
-        const auto bad = u"<MSG><ID>-8</ID><STATUS>FAIL</STATUS></MSG>"_s;
-        QList<std::pair<QString, QString>> rows = {
-            {u""_s, u"2 Response is empty, 0/0, balance -1|none|none"_s},
-            {u"<html><b>Sorry</b></html>"_s, u"5 Error 5, 0/0, balance -1|none|none"_s},
-            {out + u"<ERR>12</ERR><REASON>Bad password</REASON>"_s, u"12 Bad password, 0/0, balance -1|none|none"_s},
-            {out + u"<REASON> </REASON><ERR>\r\n+6 </ERR><BAL>5</BAL><MSG></MSG>"_s,
-             u"6 Error 6, 0/0, balance -1|none|none"_s},
-            {in + good + good + u"<BAL>17</BAL>"_s, u"0 No error!, 0/2, balance 17, in|7 OK a < b|7 OK a < b"_s},
-            {u"junk"_s + good + bad + u"<BAL>17</BAL>"_s + in,
-             u"6 1 message failed out of 2, 1/2, balance 17, in|7 OK a < b|-8 failed "_s},
-            {in + bad + good + bad, u"6 2 messages failed out of 3, 2/3, balance -1, in|-8 failed |7 OK a < b"_s},
-            {in + u"</MSG></MSG>"_s + good + u"</MSG>"_s, u"0 No error!, 0/1, balance -1, in|7 OK a < b|none"_s},
-            {in + u"<MSG>"_s + good + bad, u"6 1 message failed out of 2, 1/2, balance -1, in|7 OK a < b|-8 failed "_s},
-            {in + u"<MSG><ID>40000</ID><STATUS>ok</STATUS></MSG><MSG><ID> 9 </ID><INFO></MSG>"_s,
-             u"6 2 messages failed out of 2, 2/2, balance -1, in|0 failed |9 failed "_s}};
-        for (const auto *error : {"<ERR>0</ERR>", "<ERR>-1</ERR>", "<ERR>2147483648</ERR>", "<ERR>1.5</ERR>",
-                                  "</ERR><ERR>7</ERR>", "12</ERR>", "<err>7</err>"})
-            rows.append({out + QLatin1StringView(error), u"5 Error 5, 0/0, balance -1|none|none"_s});
-        for (const auto &[text, balance] : {std::pair("abc", -1), {" 12 ", 12}, {"-3", -3}, {"2147483648", -1}})
-            rows.append({in + u"<BAL>%1</BAL><BAL>4</BAL>"_s.arg(QLatin1StringView(text)),
-                         u"0 No error!, 0/0, balance %1, in|none|none"_s.arg(balance)});
-        for (const auto &[reply, result] : rows) {
-            LxMessageRequests requests(2);
-            const Reply read = CheckResponse(reply, requests);
-            QString got = u"%1 %2, "_s.arg(QString::number(read.code), read.reason);
-            got += u"%1/%2, balance %3"_s.arg(read.failed).arg(read.count).arg(read.balance);
-            got += read.loggedOn ? u", in"_s : u""_s;
-            for (const auto &[number, name, message, response] : requests) {
-                const auto state = response && response->IsOK ? u" OK "_s : u" failed "_s;
-                got += u'|' + (response ? QString::number(response->MessageID) + state + response->Info : u"none"_s);
-            }
-            QTest::qCompare(got, result, qUtf8Printable(reply), "result", __FILE__, __LINE__);
+        // A name in brackets stands for a whole element; the result tells what is not as in an empty reply.
+        AddTextRows({u" -> 2 Response is empty",
+                     u"<html><b>Sorry</b></html> -> 5 Error 5",
+                     u"[out]<ERR>12</ERR><REASON>Bad password</REASON> -> 12 Bad password",
+                     u"[out]<REASON> </REASON><ERR>\r\n+6 </ERR><BAL>5</BAL><MSG></MSG> -> 6 Error 6",
+                     u"[in][good][good]<BAL>17</BAL> -> 0 No error!, in, 0/2|7 OK a < b|7 OK a < b, balance 17",
+                     u"junk[good][bad]<BAL>17</BAL>[in] -> "
+                     u"6 1 message failed out of 2, in, 1/2|7 OK a < b|-8 failed , balance 17",
+                     u"[in][bad][good][bad] -> 6 2 messages failed out of 3, in, 2/3|-8 failed |7 OK a < b",
+                     u"[in]</MSG></MSG>[good]</MSG> -> 0 No error!, in, 0/1|7 OK a < b",
+                     u"[in]<MSG>[good][bad] -> 6 1 message failed out of 2, in, 1/2|7 OK a < b|-8 failed ",
+                     u"[in]<MSG><ID>40000</ID><STATUS>ok</STATUS></MSG><MSG><ID> 9 </ID><INFO></MSG> -> "
+                     u"6 2 messages failed out of 2, in, 2/2|0 failed |9 failed ",
+                     u"[out]<ERR>0</ERR> -> 5 Error 5",
+                     u"[out]<ERR>-1</ERR> -> 5 Error 5",
+                     u"[out]<ERR>2147483648</ERR> -> 5 Error 5",
+                     u"[out]<ERR>1.5</ERR> -> 5 Error 5",
+                     u"[out]</ERR><ERR>7</ERR> -> 5 Error 5",
+                     u"[out]12</ERR> -> 5 Error 5",
+                     u"[out]<err>7</err> -> 5 Error 5",
+                     u"[in]<BAL>abc</BAL><BAL>4</BAL> -> 0 No error!, in",
+                     u"[in]<BAL> 12 </BAL><BAL>4</BAL> -> 0 No error!, in, balance 12",
+                     u"[in]<BAL>-3</BAL> -> 0 No error!, in, balance -3",
+                     u"[in]<BAL>2147483648</BAL> -> 0 No error!, in"});
+    }
+    void repliesAreRead()
+    {
+        const auto [text, result] = Row<QString, QString>();
+        QString document = text;
+        document.replace(u"[in]"_s, u"<LOGON>OK</LOGON>"_s).replace(u"[out]"_s, u"<LOGON>FAIL</LOGON>"_s);
+        document.replace(u"[good]"_s, u"<MSG><ID>7</ID><STATUS>OK</STATUS><INFO>a < b</INFO></MSG>"_s);
+        document.replace(u"[bad]"_s, u"<MSG><ID>-8</ID><STATUS>FAIL</STATUS></MSG>"_s);
+        LxMessageRequests requests(2);
+        const Reply read = CheckResponse(document, requests);
+        QString got = u"%1 %2"_s.arg(QString::number(read.code), read.reason) + (read.loggedOn ? u", in"_s : u""_s);
+        got += read.count > 0 || read.failed > 0 ? u", %1/%2"_s.arg(read.failed).arg(read.count) : u""_s;
+        for (const auto &[number, name, message, response] : requests) {
+            if (response)
+                got += u'|' + QString::number(response->MessageID) + (response->IsOK ? u" OK "_s : u" failed "_s) +
+                       response->Info;
         }
+        got += read.balance != -1 ? u", balance %1"_s.arg(read.balance) : u""_s;
+        QCOMPARE(got, result);
     }
 };
 

@@ -3,6 +3,7 @@
 #include "PostModule.h"
 #include "Profile.h"
 #include "Raised.h"
+#include "Rows.h"
 #include "SampleCountries.h"
 #include "ScriptedPeer.h"
 #include "SendingSMS.h"
@@ -57,34 +58,36 @@ private slots:
         }
     }
 
-    void SendsEachPartToEachRecipientOnce()
+    void eachPartGoesToEachRecipientOnce_data()
     {
+        AddRows<QByteArray, QString>({
+            {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57: No error!"_s},
+            {"a failure, busy", "HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>",
+             u"some failed 5, results: 1 message failed out of 1"_s},
+            {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"refused -1: No"_s},
+            {"nothing", ScriptedPeer::Ok(""), u"refused -1: Response is empty"_s},
+            {"no reply", {}, u"failed -1: The connection was closed without a reply"_s},
+        });
+    }
+    void eachPartGoesToEachRecipientOnce()
+    {
+        const auto [reply, outcome] = Row<QByteArray, QString>();
         LxMessageRequests requests;
         for (const LxContactPtr &contact : m_group) {
             requests.push_back({contact->InternationalMobile(), contact->Name(), QString(158, u'a') + u".."_s});
             requests.push_back({contact->InternationalMobile(), contact->Name(), u".."_s + QString(42, u'b')});
         }
         const auto body = FormBody(BuildMessageRequest(requests, u"a@b.example"_s, u"ann"_s, u"secret"_s));
-        const std::pair<QByteArray, QString> rows[] = {
-            {ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57: No error!"_s},
-            {"HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>",
-             u"some failed 5, results: 1 message failed out of 1"_s},
-            {ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"refused -1: No"_s},
-            {ScriptedPeer::Ok(""), u"refused -1: Response is empty"_s},
-            {{}, u"failed -1: The connection was closed without a reply"_s},
-        };
-        for (const auto &[reply, outcome] : rows) {
-            ScriptedPeer peer({.pieces = {reply}});
-            m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
-            QCOMPARE(Send(), outcome);
-            QCOMPARE(m_caption, u"Sending Message... To: Work"_s);
-            QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
-            QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
-            QCOMPARE(peer.Posts(), 1);
-        }
+        ScriptedPeer peer({.pieces = {reply}});
+        m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
+        QCOMPARE(Send(), outcome);
+        QCOMPARE(m_caption, u"Sending Message... To: Work"_s);
+        QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
+        QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
+        QCOMPARE(peer.Posts(), 1);
     }
 
-    void PostsNothing()
+    void nothingIsPostedAfterACancelOrToABadHost()
     {
         ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}});
         m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());

@@ -3,7 +3,7 @@
 #include "Files.h"
 #include "LxCountryList.h"
 #include "PhoneNumbers.h"
-#include "TextTable.h"
+#include "Rows.h"
 
 #include <QTemporaryDir>
 
@@ -39,7 +39,7 @@ private:
     }
 
 private slots:
-    void ReadsCountries()
+    void countriesAreReadInTheOrderOfTheFile()
     {
         QCOMPARE(Loaded(kHeader + "353,Ireland,0\r\n1,Canada,1\n2,B,-1\r"), u"353 Ireland|1! Canada|2! B"_s);
         QCOMPARE(Loaded(kHeader + "  44,  \"Korea, South\" x, 0\r\n\"1\",\"A\",\"1\"\r\n"), u"44 Korea, South|1! A"_s);
@@ -47,24 +47,35 @@ private slots:
         QCOMPARE(Loaded(kHeader, {u"x"_s, u"--UseTestCountry=1"_s}), u"99 Test Country"_s);
     }
 
-    void AsksAfterBadCountries()
+    void noCountryIsReadAfterANo()
     {
         // After the first bad record the question comes for good ones too, to the first No.
         for (const int line : {3, 4, 5})
             ExpectQuestion(line, line < 5 ? PromptAnswer::Yes : PromptAnswer::No);
         QCOMPARE(Loaded(kHeader + "1,A,0\r\n2,B,yes\r\n3,C,0\r\n4,D,0\r\n5,E,0\r\n"), u"1 A|3 C|4 D"_s);
-        for (const auto &bad : {"32768,B,0\r\n"_ba, "1,B,0\r\n"_ba, "2,B"_ba, "\r\n"_ba, "2,\"B,0\r\n"_ba}) {
-            ExpectQuestion(3, PromptAnswer::Yes);
-            QCOMPARE(Loaded(kHeader + "1,A,0\r\n" + bad), u"1 A"_s);
-        }
         m_prompts.ExpectBox(u"Wrong number of columns in countries.csv. There should be 3 columns."
                             "\r\n\r\nPlease re-install Brevio."_s,
                             PromptIcon::Critical);
         QCOMPARE(Loaded("Code,\"Country, name\",Guaranteed\r\n1,A,0\r\n"), u""_s);
     }
 
+    void badCountriesAreAskedAbout_data()
+    {
+        AddRows<QByteArray>({{"a code out of range", "32768,B,0\r\n"},
+                             {"a code that is taken", "1,B,0\r\n"},
+                             {"too few fields", "2,B"},
+                             {"a blank line", "\r\n"},
+                             {"an open quote", "2,\"B,0\r\n"}});
+    }
+    void badCountriesAreAskedAbout()
+    {
+        const auto [bad] = Row<QByteArray>();
+        ExpectQuestion(3, PromptAnswer::Yes);
+        QCOMPARE(Loaded(kHeader + "1,A,0\r\n" + bad), u"1 A"_s);
+    }
+
     // The table as the build puts it beside the program.
-    void NumbersFindTheCountriesOfTheProgram()
+    void numbersFindTheCountriesOfTheProgram()
     {
         // A fault in the table (a bad field, a code that comes twice, a blank line) would raise a prompt.
         LxCountryList countries;
@@ -75,57 +86,69 @@ private slots:
             return split ? QString::number(split->code) : u"none"_s;
         };
         // A code that stood behind one that begins with it would take its numbers. No code goes on with a 0 here.
-        for (const LxCountry &country : countries.Countries())
-            QCOMPARE(codeOf(u"+%1000000"_s.arg(country.CountryCode)), QString::number(country.CountryCode));
-        CompareTable({{u"+18495550100", u"1849"}, {u"+77015550100", u"7"}, {u"+999123456", u"none"}}, codeOf);
+        QString astray;
+        for (const LxCountry &country : countries.Countries()) {
+            if (codeOf(u"+%1000000"_s.arg(country.CountryCode)) != QString::number(country.CountryCode))
+                astray += u' ' + country.CountryName;
+        }
+        QCOMPARE(astray, QString());
+        QCOMPARE(codeOf(u"+18495550100"_s) + codeOf(u"+77015550100"_s) + codeOf(u"+999123456"_s), u"18497none"_s);
         QVERIFY(countries.Lookup(44).CountryName.startsWith(u"United Kingdom"_s));
     }
 
-    void ChecksEmailAddresses()
+    void emailAddressesAreChecked_data()
     {
-        for (const auto &address : {u"ANN.O'Hara_x-1@A-1.EXAMPLE"_s, u"@a.b"_s, u"a@.b.c"_s})
-            QVERIFY2(EmailAddresses::IsValidEmailAddress(address), qPrintable(address));
-        for (const auto &address :
-             {u""_s, u"a.b@c"_s, u"a@.b"_s, u"a@b."_s, u"a.b.c"_s, u"a@b@c.d"_s, u"a+b@c.d"_s, u"\u212A@c.d"_s})
-            QVERIFY2(!EmailAddresses::IsValidEmailAddress(address), qPrintable(address));
+        AddTextRows({u"ANN.O'Hara_x-1@A-1.EXAMPLE -> valid", u"@a.b -> valid", u"a@.b.c -> valid", u"", u"a.b@c",
+                     u"a@.b", u"a@b.", u"a.b.c", u"a@b@c.d", u"a+b@c.d", u"\u212A@c.d"});
+    }
+    void emailAddressesAreChecked()
+    {
+        const auto [address, valid] = Row<QString, QString>();
+        QCOMPARE(EmailAddresses::IsValidEmailAddress(address), !valid.isEmpty());
     }
 
-    void CleansNumbers()
+    void numbersAreCleaned_data()
     {
-        CompareTable({{u"07700 900-123", u"07700900123"},
-                      {u"+44 (0)7700 900123", u"+447700900123"},
-                      {u"0044 7700.[0]", u"+4477000"},
-                      // What only forms when "(0)" is taken out is not taken out again.
-                      {u"((0)0)1", u"01"},
-                      {u"(00) 0044", u"+0044"},
-                      {u"100200/9OO#1\t", u"100200/9OO#1\t"}},
-                     CleanPhoneNumber);
+        AddTextRows({u"07700 900-123 -> 07700900123", u"+44 (0)7700 900123 -> +447700900123",
+                     u"0044 7700.[0] -> +4477000",
+                     // What only forms when "(0)" is taken out is not taken out again.
+                     u"((0)0)1 -> 01", u"(00) 0044 -> +0044", u"100200/9OO#1\t -> 100200/9OO#1\t"});
+    }
+    void numbersAreCleaned()
+    {
+        const auto [typed, clean] = Row<QString, QString>();
+        QCOMPARE(CleanPhoneNumber(typed), clean);
     }
 
-    void ClassifiesNumbers()
+    void numbersAreClassified_data()
     {
-        const auto classify = [](const QString &number) {
-            const auto when = [](bool is, const QString &name) { return is ? name : QString(); };
-            return when(IsInternationalNumber(number), u"international "_s) +
-                   when(IsValidPhoneNumber(number), u"valid "_s) + when(IsLocalNumber(number), u"local"_s);
-        };
-        // The last of the first row are Arabic digits, which are none here.
-        CompareTable({{u"", u""}, {u"+", u""}, {u"077009OO1", u""}, {u"\u0661\u0662\u0663\u0664", u""}}, classify);
-        CompareTable({{u"0123", u"valid "}, {u"1234", u"valid local"}, {u"+1234", u"international valid "}}, classify);
+        // The last are Arabic digits, which are none here.
+        AddTextRows({u"", u"+", u"077009OO1", u"0123 -> valid ", u"1234 -> valid local",
+                     u"+1234 -> international valid ", u"\u0661\u0662\u0663\u0664"});
+    }
+    void numbersAreClassified()
+    {
+        const auto [number, kinds] = Row<QString, QString>();
+        const auto when = [](bool is, const QString &name) { return is ? name : QString(); };
+        QCOMPARE(when(IsInternationalNumber(number), u"international "_s) +
+                     when(IsValidPhoneNumber(number), u"valid "_s) + when(IsLocalNumber(number), u"local"_s),
+                 kinds);
     }
 
-    void SplitsInternationalNumbers()
+    void theLastCodeOfTheListThatFitsSplitsANumber_data()
     {
+        // The code 0 counts for nothing.
+        AddTextRows({u"+1876x -> 1876/x", u"+44 -> 44/", u"+1023 -> 1/023", u"+3531 -> 35/31", u"+4 -> none",
+                     u"4477 -> none", u"++447 -> none", u"+0123 -> none"});
+    }
+    void theLastCodeOfTheListThatFitsSplitsANumber()
+    {
+        const auto [number, split] = Row<QString, QString>();
         LxCountryList countries;
         for (const int code : {0, 1, 44, 1876, 353, 35})
             countries.Add({u"X"_s, static_cast<qint16>(code), false});
-        const auto split = [&countries](const QString &number) {
-            const auto parts = SplitInternational(countries, number);
-            return parts ? u"%1/%2"_s.arg(parts->code).arg(parts->local) : u"none"_s;
-        };
-        // The last code of the list that fits counts, not the longest; the code 0 counts for nothing.
-        CompareTable({{u"+1876x", u"1876/x"}, {u"+44", u"44/"}, {u"+1023", u"1/023"}, {u"+3531", u"35/31"}}, split);
-        CompareTable({{u"+4", u"none"}, {u"4477", u"none"}, {u"++447", u"none"}, {u"+0123", u"none"}}, split);
+        const auto parts = SplitInternational(countries, number);
+        QCOMPARE(parts ? u"%1/%2"_s.arg(parts->code).arg(parts->local) : u"none"_s, split);
     }
 };
 

@@ -1,11 +1,8 @@
 #include "LxContactList.h"
 #include "LxGroup.h"
 #include "Raised.h"
+#include "Rows.h"
 #include "SampleCountries.h"
-
-#include <QTest>
-
-#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -37,46 +34,60 @@ class TestContacts final : public QObject
     }
 
 private slots:
-    void SetsNumbers()
+    void numbersAreSetOrRefused_data()
     {
         const auto was = u"44 [07700 900123] 7700900123 +447700900123"_s;
         const auto ann = u"44 [7700900123] 7700900123 +447700900123"_s;
         const QString nonLocal = kError + u"User mobile was passed a non-local mobile"_s + was;
         const QString unknown = kError + u"Unrecognised country code in mobile"_s + was;
-        const std::array<QString, 3> rows[] = {
-            {u"(0)77.00 [900]"_s, u"44 [(0)77.00 [900]] 7700900 +447700900"_s, unknown},
-            {u"447700900123"_s, u"44 [447700900123] 447700900123 +44447700900123"_s, ann},
-            {u"+44 (0)7700 900123"_s, nonLocal, ann},
-            // A trunk zero without brackets stays, but only in the stored number.
-            {u"+44 07700 900123"_s, nonLocal, u"44 [07700900123] 7700900123 +447700900123"_s},
-            {u"+18765550100"_s, nonLocal, u"1876 [5550100] 5550100 +18765550100"_s},
-            {u"07700 9OO123"_s, nonLocal, nonLocal}};
-        for (const auto &[mobile, asUserMobile, asMobile] : rows) {
-            const LxContactPtr first = Contact(u"Ann"_s);
-            const LxContactPtr second = first->Clone();
-            const QString firstError = Raised([&, &mobile = mobile] { first->SetUserMobile(mobile); });
-            const QString secondError = Raised([&, &mobile = mobile] { second->SetMobile(mobile); });
-            QCOMPARE(firstError + Printed(*first), asUserMobile);
-            QCOMPARE(secondError + Printed(*second), asMobile);
-        }
-        // The last one is 44 in 16 bits.
-        for (const int code : {999, 0, -1, 65536 + 44})
-            QCOMPARE(Raised([&] { Contact({})->SetCountryCode(code); }), kError + u"Invalid country %1"_s.arg(code));
+        AddRows<QString, QString, QString>(
+            {{"local", u"(0)77.00 [900]"_s, u"44 [(0)77.00 [900]] 7700900 +447700900"_s, unknown},
+             {"without a plus", u"447700900123"_s, u"44 [447700900123] 447700900123 +44447700900123"_s, ann},
+             {"trunk zero in brackets", u"+44 (0)7700 900123"_s, nonLocal, ann},
+             // It stays, but only in the stored number.
+             {"trunk zero", u"+44 07700 900123"_s, nonLocal, u"44 [07700900123] 7700900123 +447700900123"_s},
+             {"long code", u"+18765550100"_s, nonLocal, u"1876 [5550100] 5550100 +18765550100"_s},
+             {"letters", u"07700 9OO123"_s, nonLocal, nonLocal}});
     }
-
-    void Matches()
+    void numbersAreSetOrRefused()
     {
-        const LxContactPtr contact = Contact(u"Joanne 0Lee"_s);
-        // The zero in front of a name is dropped too.
-        for (const QString &text : u"+447700900123 |07700900123|7700900123| joanne 0LEE |0joanne 0lee"_s.split(u'|'))
-            QVERIFY2(contact->Match(text, true) && contact->Match(text, false), qPrintable(text));
-        for (const QString &text : u"| 0 |+|+4| +4477|07700|aNN|0Lee"_s.split(u'|'))
-            QVERIFY2(!contact->Match(text, true) && contact->Match(text, false), qPrintable(text));
-        for (const QString &text : u"+4478|+4477009001234|4477|900|007700|bob"_s.split(u'|'))
-            QVERIFY2(!contact->Match(text, true) && !contact->Match(text, false), qPrintable(text));
+        const auto [mobile, asUserMobile, asMobile] = Row<QString, QString, QString>();
+        const LxContactPtr first = Contact(u"Ann"_s);
+        const LxContactPtr second = first->Clone();
+        const QString firstError = Raised([&, &mobile = mobile] { first->SetUserMobile(mobile); });
+        const QString secondError = Raised([&, &mobile = mobile] { second->SetMobile(mobile); });
+        QCOMPARE(firstError + Printed(*first), asUserMobile);
+        QCOMPARE(secondError + Printed(*second), asMobile);
     }
 
-    void KeepsOrderThroughRemovals()
+    void unknownCountriesAreRefused_data()
+    {
+        AddTextRows({u"999", u"0", u"-1", u"65580"}); // the last one is 44 in 16 bits
+    }
+    void unknownCountriesAreRefused()
+    {
+        const auto [code, none] = Row<QString, QString>();
+        const int number = code.toInt();
+        QCOMPARE(Raised([&] { Contact({})->SetCountryCode(number); }), kError + u"Invalid country "_s + code);
+    }
+
+    void matchesWholeOrFromTheStart_data()
+    {
+        // The zero in front of a name is dropped too.
+        AddTextRows({u"+447700900123  -> whole, start", u"07700900123 -> whole, start", u"7700900123 -> whole, start",
+                     u" joanne 0LEE  -> whole, start", u"0joanne 0lee -> whole, start", u" -> start", u" 0  -> start",
+                     u"+ -> start", u"+4 -> start", u" +4477 -> start", u"07700 -> start", u"aNN -> start",
+                     u"0Lee -> start", u"+4478", u"+4477009001234", u"4477", u"900", u"007700", u"bob"});
+    }
+    void matchesWholeOrFromTheStart()
+    {
+        const auto [text, matches] = Row<QString, QString>();
+        const LxContactPtr contact = Contact(u"Joanne 0Lee"_s);
+        QCOMPARE(contact->Match(text, true), matches.contains(u"whole"_s));
+        QCOMPARE(contact->Match(text, false), matches.contains(u"start"_s));
+    }
+
+    void orderIsKeptThroughRemovals()
     {
         LxContactList list;
         QList<LxContactPtr> expected;
@@ -95,7 +106,7 @@ private slots:
         }
     }
 
-    void GroupsFindTheirOwn()
+    void groupsFindTheirOwn()
     {
         LxGroupList groups;
         LxGroup &work = groups.CreateGroup(u"Work"_s);

@@ -3,14 +3,13 @@
 #include "Files.h"
 #include "Printed.h"
 #include "Raised.h"
+#include "Rows.h"
 #include "SampleCountries.h"
 #include "WithoutRoot.h"
 
 #include <QDir>
 #include <QTemporaryDir>
-#include <QTest>
 
-#include <array>
 #include <functional>
 #include <optional>
 #include <sys/wait.h>
@@ -20,12 +19,21 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using Command = std::function<void(LxPhoneBook &, const QTemporaryDir &folder)>;
+
+const auto kOld = u"Ann 44 1 [X] | Everyone;X;Empty"_s;
 const auto kInUse = u"70 FileLock: The file is in use by another program."_s;
 
 /// The file of a phone book of some hundred contacts that has been edited so often.
 QByteArray FileOf(int edits)
 {
     return ("\"Contact " + QByteArray::number(edits) + "\",44,\"07700 900123\",\"Work\"\r\n").repeated(300);
+}
+
+/// The file of one that was not edited, with a line that is skipped, so that a save is to keep it.
+QByteArray HalfRead()
+{
+    return FileOf(0) + "x\r\n";
 }
 
 } // namespace
@@ -61,38 +69,52 @@ private slots:
         m_book.emplace(m_countries, m_clock);
     }
 
-    void ReadsAndWrites()
+    void readsAndWrites_data()
     {
         const auto a = "\"A\",44,\"1\"\r\n"_ba;
         const auto bob = "\"Bob,; \",353,\"0851234567\",\"Friends;Work\"\r\n"_ba;
-        std::vector<std::array<QByteArray, 3>> rows = {
-            {a + bob, "A 44 1 []\nBob,;  353 0851234567 [Friends;Work] | Everyone;Friends;Work", a + bob},
-            {"\n \t\r\nA, +44 ,1\n\nA,44,1", "A 44 1 []\nA 44 1 [] | Everyone", a + a},
-            // A quote is written bare, and bare quotes end a field. That is meant.
-            {"\"A \"\"B\"\" C\",44,1\r\n", "A \"B\" C 44 1 [] | Everyone", "\"A \"B\" C\",44,\"1\"\r\n"},
-            {"\"A \"B\" C\",44,1\r\n", "A  44 1 [] | Everyone", "\"A \",44,\"1\"\r\n"},
-            {"\"A\rB\",44,1\r\n", "A\rB 44 1 [] | Everyone", "\"A B\",44,\"1\"\r\n"},
-            {"\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n", "Я€ 44 1 [] | Everyone", "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n"},
-            {"\xEF\xBB\xBF\"\xEF\xBF\xBD\",44,\"1\"\r\n", "\uFFFD 44 1 [] | Everyone",
-             "\xEF\xBB\xBF\"\uFFFD\",44,\"1\"\r\n"},
-            {"A,44,1,Everyone;X;X\r\n", "A 44 1 [X] | Everyone;X", "\"A\",44,\"1\",\"X\"\r\n"}};
-        for (const auto *line : {"\x81", "A,44,1,X,Y", "A,x,1", "A,65580,1", "A,44,", "A,44,+441", "\"A,44,1"})
-            rows.push_back({"A,44,1\n"_ba + line + "\nA,44,1", "A 44 1 []\nA 44 1 [] | Everyone", a + a});
+        AddRows<QByteArray, QString, QByteArray>(
+            {{"plain", a + bob, u"A 44 1 []\nBob,;  353 0851234567 [Friends;Work] | Everyone;Friends;Work"_s, a + bob},
+             {"blanks", "\n \t\r\nA, +44 ,1\n\nA,44,1", u"A 44 1 []\nA 44 1 [] | Everyone"_s, a + a},
+             // A quote is written bare, and bare quotes end a field. That is meant.
+             {"quotes", "\"A \"\"B\"\" C\",44,1\r\n", u"A \"B\" C 44 1 [] | Everyone"_s, "\"A \"B\" C\",44,\"1\"\r\n"},
+             {"bare quotes", "\"A \"B\" C\",44,1\r\n", u"A  44 1 [] | Everyone"_s, "\"A \",44,\"1\"\r\n"},
+             {"line break", "\"A\rB\",44,1\r\n", u"A\rB 44 1 [] | Everyone"_s, "\"A B\",44,\"1\"\r\n"},
+             {"UTF-8", "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n", u"Я€ 44 1 [] | Everyone"_s,
+              "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n"},
+             {"replacement character", "\xEF\xBB\xBF\"\uFFFD\",44,1", u"\uFFFD 44 1 [] | Everyone"_s,
+              "\xEF\xBB\xBF\"\uFFFD\",44,\"1\"\r\n"},
+             {"groups", "A,44,1,Everyone;X;X\r\n", u"A 44 1 [X] | Everyone;X"_s, "\"A\",44,\"1\",\"X\"\r\n"}});
+    }
+    void readsAndWrites()
+    {
+        const auto [file, printed, saved] = Row<QByteArray, QString, QByteArray>();
         // The first open makes the folders, too.
         m_path = m_folder->filePath(u"new/fol der/ann.kpb"_s);
         m_book->OpenPhoneBook(m_path);
-        for (const auto &[file, printed, saved] : rows) {
-            QVERIFY(WriteBytes(m_path, file));
-            m_book->OpenPhoneBook(m_path);
-            QCOMPARE(Printed(*m_book), QString::fromUtf8(printed));
-            // A skipped line makes the save keep the old file beside the new one.
-            const QString kept = m_book->SavePhoneBook();
-            QCOMPARE(kept.isEmpty() ? ""_ba : ReadBytes(kept), file.startsWith("A,44,1\n") ? file : ""_ba);
-            QCOMPARE(ReadBytes(m_path), saved);
-        }
+        QVERIFY(WriteBytes(m_path, file));
+        m_book->OpenPhoneBook(m_path);
+        QCOMPARE(Printed(*m_book), printed);
+        QCOMPARE(m_book->SavePhoneBook(), QString());
+        QCOMPARE(ReadBytes(m_path), saved);
     }
 
-    void KeepsEveryOldFileWithoutCountries()
+    void aSkippedLineMakesTheSaveKeepTheOldFile_data()
+    {
+        AddTextRows({u"\u0081", u"A,44,1,X,Y", u"A,x,1", u"A,65580,1", u"A,44,", u"A,44,+441", u"\"A,44,1"});
+    }
+    void aSkippedLineMakesTheSaveKeepTheOldFile()
+    {
+        const auto [line, none] = Row<QString, QString>();
+        const QByteArray file = "A,44,1\n" + line.toLatin1() + "\nA,44,1";
+        QVERIFY(WriteBytes(m_path, file));
+        m_book->OpenPhoneBook(m_path);
+        QCOMPARE(Printed(*m_book), u"A 44 1 []\nA 44 1 [] | Everyone"_s);
+        QCOMPARE(ReadBytes(m_book->SavePhoneBook()), file);
+        QCOMPARE(ReadBytes(m_path), "\"A\",44,\"1\"\r\n\"A\",44,\"1\"\r\n");
+    }
+
+    void everyOldFileIsKeptWithoutCountries()
     {
         // Percent signs in a path are no place markers.
         m_path = m_folder->filePath(u"%1 %2.kpb"_s);
@@ -104,15 +126,15 @@ private slots:
             m_book->OpenPhoneBook(m_path);
             // A backup onto its own file is a save.
             m_book->Backup(m_path);
-            QCOMPARE(ReadBytes(m_path), "");
-            QCOMPARE(ReadBytes(m_path + u".20041115-103000"_s + QString::fromLatin1(end)), file);
+            QVERIFY2(ReadBytes(m_path).isEmpty(), end);
+            QVERIFY2(ReadBytes(m_path + u".20041115-103000"_s + QString::fromLatin1(end)) == file, end);
         }
     }
 
-    void NeverSavesOverWhatItCouldNotRead()
+    void nothingIsSavedOverWhatCouldNotBeRead()
     {
-        const WithoutRoot withoutRoot(m_folder->path());
-        QVERIFY(!withoutRoot.Failed() && WriteBytes(m_path, "secret") && WriteBytes(m_other, "taken"));
+        const WithoutRoot withoutRoot;
+        QVERIFY(WriteBytes(m_path, "secret") && WriteBytes(m_other, "taken"));
         QVERIFY(QFile::setPermissions(m_path, QFile::WriteOwner));
         QVERIFY(RaisedByOpening(m_path).startsWith(u"75 "_s));
         QVERIFY(!Raised([this] { m_book->SavePhoneBook(); }).isEmpty());
@@ -127,58 +149,68 @@ private slots:
         QCOMPARE(ReadBytes(m_book->SavePhoneBook()), "taken");
     }
 
-    void HoldsItsFileToTheEnd()
+    void eachCommandKeepsHoldOfTheFile_data()
     {
+        // Its real file is "other.kpb".
+        AddRows<Command>(
+            {{"open", [](auto &book, auto &) { book.OpenPhoneBook(book.FileName()); }},
+             {"save", [](auto &book, auto &) { book.SavePhoneBook(); }},
+             {"backup onto itself", [](auto &book, auto &folder) { book.Backup(folder.filePath(u"other.kpb"_s)); }},
+             {"backup", [](auto &book, auto &folder) { book.Backup(folder.filePath(u"b.kpb"_s)); }},
+             {"restore", [](auto &book, auto &folder) { book.Restore(folder.filePath(u"backup.kpb"_s)); }},
+             {"revert", [](auto &book, auto &) { book.RevertToSaved(); }}});
+    }
+    void eachCommandKeepsHoldOfTheFile()
+    {
+        const auto [command] = Row<Command>();
         QVERIFY(WriteBytes(m_other, "\"Ann\",44,\"1\"\r\n") && QFile::link(m_other, m_path));
         QVERIFY(QFile::setPermissions(m_other, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
         const QFile::Permissions mode = QFile::permissions(m_other);
-        const QString backup = m_folder->filePath(u"backup.kpb"_s);
         LxPhoneBook holder(m_countries, m_clock);
-        const std::function<void()> commands[] = {
-            [&] { holder.OpenPhoneBook(m_path); }, [&] { holder.SavePhoneBook(); }, [&] { holder.Backup(m_other); },
-            [&] { holder.Backup(backup); },        [&] { holder.Restore(backup); }, [&] { holder.RevertToSaved(); }};
-        for (const auto &command : commands) {
-            command();
-            QCOMPARE(RaisedByOpening(m_other), kInUse);
-            QVERIFY(QFileInfo(m_path).isSymLink());
-            QCOMPARE(QFile::permissions(m_other), mode);
-        }
+        holder.OpenPhoneBook(m_path);
+        holder.Backup(m_folder->filePath(u"backup.kpb"_s));
+        command(holder, *m_folder);
+        QCOMPARE(RaisedByOpening(m_other), kInUse);
+        QVERIFY(QFileInfo(m_path).isSymLink());
+        QCOMPARE(QFile::permissions(m_other), mode);
         holder.ClosePhoneBook();
         QCOMPARE(RaisedByOpening(m_path), u""_s);
     }
 
-    void Restores()
+    void restoresOrStaysAsItWas_data()
     {
-        const WithoutRoot withoutRoot(m_folder->path());
-        const auto old = u"Ann 44 1 [X] | Everyone;X;Empty"_s;
-        const auto notAPhoneBook = u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s;
-        const auto before = "Ann,44,1,X\r\n"_ba;
+        const auto read = u"B 44 2 [X;Y] | Everyone;X;Y"_s;
+        const auto refused = u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s;
         // A file that is empty or was not read whole leaves a copy of the old one.
-        const std::tuple<QByteArray, QString, QString, QByteArray> rows[] = {
-            {"B,44,2,X;Y\r\n", u""_s, u"B 44 2 [X;Y] | Everyone;X;Y"_s, ""},
-            {"B,44,2,X;Y\r\nC,44\r\nD,99,4\r\n", u""_s, u"B 44 2 [X;Y] | Everyone;X;Y"_s, before},
-            {"", u""_s, u" | Everyone"_s, before},
-            {"\xEF\xBB\xBF", notAPhoneBook, old, ""},
-            {"B,99,2\r\nC,98,3\r\n", notAPhoneBook, old, ""}};
-        for (const auto &[file, raises, printed, copy] : rows) {
-            QVERIFY(WriteBytes(m_path, before) && WriteBytes(m_other, file));
-            m_book->OpenPhoneBook(m_path);
-            m_book->Groups().CreateGroup(u"Empty"_s);
-            // It stays as it was when it cannot be saved, too.
-            QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner));
-            QVERIFY(!Raised([&] { m_book->Restore(m_other); }).isEmpty());
-            QCOMPARE(Printed(*m_book), old);
-            QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-            QString kept;
-            QCOMPARE(Raised([&] { kept = m_book->Restore(m_other); }), raises);
-            QCOMPARE(Printed(*m_book), printed);
-            QCOMPARE(kept.isEmpty() ? ""_ba : ReadBytes(kept), copy);
-            m_book->RevertToSaved();
-            QCOMPARE(Printed(*m_book), QString(printed).remove(u";Empty"_s));
-        }
+        AddRows<QByteArray, QString, QString, bool>(
+            {{"whole", "B,44,2,X;Y\r\n", u""_s, read, false},
+             {"two lines skipped", "B,44,2,X;Y\r\nC,44\r\nD,99,4\r\n", u""_s, read, true},
+             {"empty", "", u""_s, u" | Everyone"_s, true},
+             {"the mark alone", "\xEF\xBB\xBF", refused, kOld, false},
+             {"all lines skipped", "B,99,2\r\nC,98,3\r\n", refused, kOld, false}});
+    }
+    void restoresOrStaysAsItWas()
+    {
+        const auto [file, raises, printed, isKept] = Row<QByteArray, QString, QString, bool>();
+        const WithoutRoot withoutRoot;
+        const auto before = "Ann,44,1,X\r\n"_ba;
+        QVERIFY(WriteBytes(m_path, before) && WriteBytes(m_other, file));
+        m_book->OpenPhoneBook(m_path);
+        m_book->Groups().CreateGroup(u"Empty"_s);
+        // It stays as it was when it cannot be saved, too.
+        QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner));
+        QVERIFY(!Raised([&] { m_book->Restore(m_other); }).isEmpty());
+        QCOMPARE(Printed(*m_book), kOld);
+        QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QString kept;
+        QCOMPARE(Raised([&] { kept = m_book->Restore(m_other); }), raises);
+        QCOMPARE(Printed(*m_book), printed);
+        QCOMPARE(kept.isEmpty() ? ""_ba : ReadBytes(kept), isKept ? before : ""_ba);
+        m_book->RevertToSaved();
+        QCOMPARE(Printed(*m_book), QString(printed).remove(u";Empty"_s));
     }
 
-    void SurvivesBeingKilled()
+    void theFileSurvivesAKill()
     {
         QVERIFY(WriteBytes(m_path, FileOf(0)));
         int edits = 0;
@@ -204,25 +236,29 @@ private slots:
         }
     }
 
-    void StopsOnAFullDisk()
+    void aFullDiskKeepsTheOldFile_data()
     {
-        // A line that is skipped, so that the old file is due to be kept.
-        const QByteArray old = FileOf(0) + "x\r\n";
+        const rlim_t size = HalfRead().size();
+        AddRows<rlim_t, int>({{"room for nothing", 0, 0},
+                              {"room for the new file but not for the copy", size - 1, 0},
+                              {"room for the copy but not for the new file", size, 1000}});
+    }
+    void aFullDiskKeepsTheOldFile()
+    {
+        const auto [room, edits] = Row<rlim_t, int>();
+        const QByteArray old = HalfRead();
         QVERIFY(WriteBytes(m_path, old));
         m_book->OpenPhoneBook(m_path);
-        // There is room for nothing, for the new file but not for the copy, and for the copy but not for the new file.
-        for (const auto &[room, edits] : {std::pair(qsizetype(0), 0), {old.size() - 1, 0}, {old.size(), 1000}}) {
-            Edit(edits);
-            const auto save = [this, room = room] {
-                const FileSizeLimit limit(room);
-                m_book->SavePhoneBook();
-            };
-            QVERIFY(!Raised(save).isEmpty());
-            QCOMPARE(ReadBytes(m_path), old);
-            QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(u"ann.kpb"_s));
-        }
+        Edit(edits);
+        const auto save = [this, room = room] {
+            const FileSizeLimit limit(room);
+            m_book->SavePhoneBook();
+        };
+        QVERIFY(!Raised(save).isEmpty());
+        QCOMPARE(ReadBytes(m_path), old);
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(u"ann.kpb"_s));
         QCOMPARE(ReadBytes(m_book->SavePhoneBook()), old);
-        QCOMPARE(ReadBytes(m_path), FileOf(1000));
+        QCOMPARE(ReadBytes(m_path), FileOf(edits));
     }
 };
 

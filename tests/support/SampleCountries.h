@@ -2,7 +2,7 @@
 
 #include "LxCountryList.h"
 
-/// Britain, America, Jamaica, whose code begins with America's, and Ireland.
+/// Britain, America, Jamaica, whose code begins with America's, Ireland and France.
 inline LxCountryList SampleCountries()
 {
     using namespace Qt::StringLiterals;
@@ -11,5 +11,6 @@ inline LxCountryList SampleCountries()
     countries.Add({u"United States"_s, 1, false});
     countries.Add({u"Jamaica"_s, 1876, false});
     countries.Add({u"Ireland"_s, 353, true});
+    countries.Add({u"France"_s, 33, false});
     return countries;
 }

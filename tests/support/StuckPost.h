@@ -2,6 +2,7 @@
 
 #include "Fakes.h"
 #include "PostModule.h"
+#include "Rows.h"
 #include "ScriptedPeer.h"
 
 /// A post that gets as far as one of its phases and no further.
@@ -10,13 +11,13 @@ class StuckPost final
 public:
     enum class Phase { LookingUp, Connecting, Requesting, Receiving };
 
-    /// Each phase, and the status that the post then shows.
-    static QList<std::pair<Phase, QString>> Phases()
+    /// Rows of each phase and the status that the post then shows.
+    static void AddPhases()
     {
-        return {{Phase::LookingUp, QStringLiteral("Looking up the proxy settings...")},
-                {Phase::Connecting, QStringLiteral("Connecting to 127.0.0.1...")},
-                {Phase::Requesting, QStringLiteral("Making request to 127.0.0.1...")},
-                {Phase::Receiving, QStringLiteral("Receiving result...")}};
+        AddRows<Phase, QString>({{"lookup", Phase::LookingUp, QStringLiteral("Looking up the proxy settings...")},
+                                 {"connect", Phase::Connecting, QStringLiteral("Connecting to 127.0.0.1...")},
+                                 {"request", Phase::Requesting, QStringLiteral("Making request to 127.0.0.1...")},
+                                 {"receive", Phase::Receiving, QStringLiteral("Receiving result...")}});
     }
 
     explicit StuckPost(Phase phase)

@@ -22,7 +22,7 @@ class TestAccountDetails final : public QObject
                    settings.Get(u"Account"_s, u"ReplyEmailAddress"_s);
         }
 
-        AccountDetails dialog{windowServices, gateway, nullptr};
+        AccountDetails dialog{services, gateway, nullptr};
         QLineEdit &email = Control<QLineEdit>(dialog, "txtEmail");
     };
 
@@ -37,7 +37,7 @@ private slots:
         QCOMPARE(f.Stored(), u"ann|"_s);
         QCOMPARE(f.settings.Get(u"Account"_s, u"Password"_s), u"<p&w>"_s);
 
-        AccountDetails hinting(f.windowServices, f.gateway, nullptr);
+        AccountDetails hinting(f.services, f.gateway, nullptr);
         hinting.accept(); // the example that stands there is no address
         QCOMPARE(f.Stored(), u"ann|"_s);
         f.dialog.accept();
@@ -56,7 +56,7 @@ private slots:
         const auto ask = [&f](const QByteArray &reply) {
             ScriptedPeer peer({.pieces = {ScriptedPeer::Ok(reply)}});
             f.UseGateway(peer.Address());
-            AccountDetails dialog(f.windowServices, f.gateway, nullptr);
+            AccountDetails dialog(f.services, f.gateway, nullptr);
             Control<QPushButton>(dialog, "cmdBalance").click();
             QCOMPARE(peer.Posts(), 1);
             const QString document = SendingSMS::BuildBalanceRequest(u"ann"_s, u"se cret"_s);

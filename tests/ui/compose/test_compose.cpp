@@ -3,10 +3,11 @@
 #include "Files.h"
 #include "MessageEdit.h"
 #include "RecipientBox.h"
+#include "Rows.h"
 #include "ScriptedPeer.h"
-#include "TextTable.h"
 #include "WindowFixture.h"
 
+#include <QAbstractItemModelTester>
 #include <QClipboard>
 #include <QLineEdit>
 #include <QListView>
@@ -46,29 +47,30 @@ class TestCompose final : public QObject
         }
 
         ScriptedPeer peer{{.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>")}}};
-        const Compose::Services services{windowServices, gateway, phoneBook};
-        Compose compose{services};
+        const Compose::Services composeServices{services, gateway, phoneBook};
+        Compose compose{composeServices};
         QList<LxContactPtr> contacts;
         const LxGroup &work = Book().Groups().CreateGroup(u"Work"_s);
         RecipientBox &to = Control<RecipientBox>(compose, "cboTo");
+        const QAbstractItemModelTester tester{to.model()};
         QPlainTextEdit &text = Control<QPlainTextEdit>(compose, "txtTextMessage");
         QPushButton &sendButton = Control<QPushButton>(compose, "cmdSend");
     };
 
 private slots:
+    void statusCountsCharactersAndParts_data()
+    {
+        AddRows<QString, QString>({{"nothing", {}, u"Please enter a text message to send"_s},
+                                   {"a line break", u"a\nb"_s, u"4 characters in 1 text message"_s},
+                                   {"too much", QString(600, u'x'), u"472 characters in 3 text messages"_s},
+                                   {"not allowed", u"a_b~"_s, u"Character _~ not allowed in text messages!"_s}});
+    }
     void statusCountsCharactersAndParts()
     {
+        const auto [text, status] = Row<QString, QString>();
         Fixture f;
-        const std::pair<QString, QString> rows[] = {
-            {{}, u"Please enter a text message to send"_s},
-            {u"a\nb"_s, u"4 characters in 1 text message"_s},
-            {QString(600, u'x'), u"472 characters in 3 text messages"_s},
-            {u"a_b~"_s, u"Character _~ not allowed in text messages!"_s},
-        };
-        for (const auto &[text, status] : rows) {
-            f.text.setPlainText(text);
-            QCOMPARE(f.Status(), status);
-        }
+        f.text.setPlainText(text);
+        QCOMPARE(f.Status(), status);
     }
 
     void draftIsKeptAndTheProgramEndsWhateverFails()
@@ -81,7 +83,7 @@ private slots:
         QTest::keyClick(&f.compose, Qt::Key_Q, Qt::ControlModifier);
         QVERIFY(!f.compose.isVisible() && !f.phoneBook.isVisible());
         QVERIFY(ReadBytes(Settings::DefaultFileName()).contains("\"Text\": \"one\\r\\ntwo\""));
-        const Compose again(f.services);
+        const Compose again(f.composeServices);
         QCOMPARE(Control<QPlainTextEdit>(again, "txtTextMessage").toPlainText(), u"one\ntwo"_s);
     }
 
@@ -136,47 +138,53 @@ private slots:
         QCOMPARE(f.peer.Posts(), 1);
     }
 
+    void pasteIsCleanedAndCutAtTheLimit_data()
+    {
+        // The length of the message, where it is pasted into, over how many characters; what is, and what gets in.
+        AddRows<int, int, int, QString, QString>(
+            {{"all allowed", 2, 1, 0, u"Hé £5"_s, u"Hé £5"_s},
+             {"some allowed", 2, 1, 0, u"a~b_c€\u00A0"_s, u"abc"_s},
+             {"line breaks", 2, 1, 0, u"a\r\nb\nc\u2028d"_s, u"a\r\nb\r\nc\r\nd"_s},
+             {"room for two", 470, 100, 0, u"XYZ"_s, u"XY"_s},
+             {"room for one", 471, 1, 0, u"zb"_s, u"z"_s},
+             {"room for what goes", 472, 10, 2, u"XYZ"_s, u"XY"_s},
+             {"room for a line break", 470, 5, 0, u"\nX"_s, u"\r\n"_s},
+             {"room for half a line break", 471, 5, 0, u"\nX"_s, u""_s}});
+    }
     void pasteIsCleanedAndCutAtTheLimit()
     {
-        // What is pasted where into a message of that length, over how many characters; what gets in.
-        const std::tuple<int, int, int, QString, QString> rows[] = {
-            {2, 1, 0, u"Hé £5"_s, u"Hé £5"_s}, {2, 1, 0, u"a~b_c€\u00A0"_s, u"abc"_s},
-            {470, 100, 0, u"XYZ"_s, u"XY"_s},  {2, 1, 0, u"a\r\nb\nc\u2028d"_s, u"a\r\nb\r\nc\r\nd"_s},
-            {472, 10, 2, u"XYZ"_s, u"XY"_s},   {471, 1, 0, u"zb"_s, u"z"_s},
-            {470, 5, 0, u"\nX"_s, u"\r\n"_s},  {471, 5, 0, u"\nX"_s, u""_s}, // a line break is not split
-        };
-        for (const auto &[length, at, selected, pasted, taken] : rows) {
-            // No two neighbours are alike.
-            const QString before = u"ab"_s.repeated(236).first(length);
-            MessageEdit edit;
-            edit.SetMessageText(before);
-            QTextCursor cursor = edit.textCursor();
-            cursor.setPosition(at);
-            cursor.setPosition(at + selected, QTextCursor::KeepAnchor);
-            edit.setTextCursor(cursor);
-            QApplication::clipboard()->setText(pasted);
-            edit.paste();
-            QCOMPARE(edit.MessageText(), QString(before).replace(at, selected, taken));
-            edit.undo();
-            QCOMPARE(edit.MessageText(), before);
-        }
+        const auto [length, at, selected, pasted, taken] = Row<int, int, int, QString, QString>();
+        // No two neighbours are alike.
+        const QString before = u"ab"_s.repeated(236).first(length);
+        MessageEdit edit;
+        edit.SetMessageText(before);
+        QTextCursor cursor = edit.textCursor();
+        cursor.setPosition(at);
+        cursor.setPosition(at + selected, QTextCursor::KeepAnchor);
+        edit.setTextCursor(cursor);
+        QApplication::clipboard()->setText(pasted);
+        edit.paste();
+        QCOMPARE(edit.MessageText(), QString(before).replace(at, selected, taken));
+        edit.undo();
+        QCOMPARE(edit.MessageText(), before);
     }
 
-    void completesWhatIsTyped()
+    void whatIsTypedIsCompleted_data()
     {
+        AddTextRows(
+            {u"jo -> hn Smith", u"johnn -> y", u"w -> ork", u"annx", u"jo<", u"jo>", u"jox<h -> n Smith", u"ohn^j"});
+    }
+    void whatIsTypedIsCompleted()
+    {
+        const auto [typed, completion] = Row<QString, QString>();
         const QMap<QChar, Qt::Key> keys = {{u'<', Qt::Key_Backspace}, {u'>', Qt::Key_Delete}, {u'^', Qt::Key_Home}};
         Fixture f;
-        const auto completed = [&](const QString &typed) {
-            f.to.clearEditText();
-            for (const QChar c : typed)
-                QTest::keyClick(&f.to, keys.value(c, Qt::Key(c.toUpper().unicode())));
-            return f.to.lineEdit()->selectedText();
-        };
-        CompareTable({{u"jo", u"hn Smith"}, {u"johnn", u"y"}, {u"w", u"ork"}, {u"annx", u""}}, completed);
-        CompareTable({{u"jo<", u""}, {u"jo>", u""}, {u"jox<h", u"n Smith"}, {u"ohn^j", u""}}, completed);
+        for (const QChar c : typed)
+            QTest::keyClick(&f.to, keys.value(c, Qt::Key(c.toUpper().unicode())));
+        QCOMPARE(f.to.lineEdit()->selectedText(), completion);
     }
 
-    void selectsByTextOrPick()
+    void aTextOrAPickSelects()
     {
         Fixture f;
         f.to.setEditText(u"ANN"_s);

@@ -1,5 +1,6 @@
 #include "ContactProperties.h"
 #include "Dialogs.h"
+#include "Rows.h"
 #include "WindowFixture.h"
 
 #include <QComboBox>
@@ -16,33 +17,37 @@ class TestContactProperties final : public QObject
     struct Fixture : WindowFixture
     {
         LxContactPtr contact = Add(u"Bob"_s, u"07700900123"_s);
-        ContactProperties dialog{countries, windowServices, nullptr};
+        ContactProperties dialog{countries, services, nullptr};
         QLineEdit &name = Control<QLineEdit>(dialog, "txtName");
         QLineEdit &mobile = Control<QLineEdit>(dialog, "txtMobile");
         QComboBox &country = Control<QComboBox>(dialog, "cboCountryCode");
     };
 
 private slots:
-    void storesNothingThatIsRefusedOrCanceled()
+    void nothingIsStoredThatIsRefusedOrCanceled_data()
     {
         const auto number = u"Please enter a valid phone number."_s;
-        const std::tuple<QString, QString, int, QString> rows[] = {
-            {u"Ann"_s, u""_s, 0, number},       {u"Ann"_s, u"+999 123456"_s, 0, number},
-            {u"Ann"_s, u"07700x"_s, 0, number}, {u"Ann"_s, u"0044"_s, 0, number},
-            {u"Ann"_s, u"77009"_s, -1, number}, {u""_s, u"77009"_s, 0, u"Please enter a the name for this contact."_s},
-        };
+        AddRows<QString, QString, int, QString>(
+            {{"no number", u"Ann"_s, u""_s, 0, number},
+             {"unknown code", u"Ann"_s, u"+999 123456"_s, 0, number},
+             {"letter", u"Ann"_s, u"07700x"_s, 0, number},
+             {"code alone", u"Ann"_s, u"0044"_s, 0, number},
+             {"no country", u"Ann"_s, u"77009"_s, -1, number},
+             {"no name", u""_s, u"77009"_s, 0, u"Please enter a the name for this contact."_s}});
+    }
+    void nothingIsStoredThatIsRefusedOrCanceled()
+    {
+        const auto [name, mobile, country, box] = Row<QString, QString, int, QString>();
         Fixture f;
         f.dialog.Setup(f.contact, f.Book(), true, {}, {});
         f.dialog.show();
-        for (const auto &[name, mobile, country, box] : rows) {
-            f.name.setText(name);
-            f.mobile.setText(mobile);
-            f.country.setCurrentIndex(country);
-            f.prompts.ExpectBox(box, PromptIcon::Exclamation);
-            f.dialog.accept();
-            f.prompts.VerifyAllCame();
-            QVERIFY(f.dialog.isVisible() && !f.dialog.Canceled());
-        }
+        f.name.setText(name);
+        f.mobile.setText(mobile);
+        f.country.setCurrentIndex(country);
+        f.prompts.ExpectBox(box, PromptIcon::Exclamation);
+        f.dialog.accept();
+        f.prompts.VerifyAllCame();
+        QVERIFY(f.dialog.isVisible() && !f.dialog.Canceled());
         f.name.setText(u"Ann"_s);
         QTest::keyClick(&f.dialog, Qt::Key_Escape);
         QVERIFY(!f.dialog.isVisible() && f.dialog.Canceled());

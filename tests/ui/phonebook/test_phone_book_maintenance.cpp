@@ -1,5 +1,6 @@
 #include "Files.h"
 #include "PhoneBookFixture.h"
+#include "Rows.h"
 #include "Utils.h"
 #include "WithoutRoot.h"
 
@@ -22,8 +23,6 @@ struct Fixture : PhoneBookFixture
     [[nodiscard]] QString Path(const QString &name) const { return home.filePath(name); }
     [[nodiscard]] QByteArray Saved() { return ReadBytes(Book().FileName()); }
     [[nodiscard]] QString Lists() const { return Rows(Groups()) + u" | "_s + Rows(Contacts()); }
-
-    void Trigger(const QString &action) const { Action(action).trigger(); }
 
     /// Gives a command that file, and expects the failure that is told, unless it is empty.
     void TriggerWithFile(const QString &action, const QString &path, const QString &caption = {},
@@ -54,25 +53,24 @@ class TestPhoneBookMaintenance final : public QObject
 private slots:
     void cleanup() { QVERIFY(!QApplication::overrideCursor()); }
 
-    void deletesByATypedList()
+    void aTypedListIsDeletedAfterAnOk_data()
     {
-        const std::tuple<QString, const char *, QString, QString> rows[] = {
-            {u"ann\n\n ZOE \n07971 001234\nNobody"_s, "cmdOK", u"2 contacts deleted"_s, u"Bob:Work Élan: | Work"_s},
-            {u"Bob"_s, "cmdCancel", u"4 contacts"_s, u"Bob:Work Ann:Work Zoe: Élan: | Work"_s},
-        };
-        for (const auto &[typed, button, status, left] : rows) {
-            Fixture f;
-            WhenDialogOpens(u"DeleteMany"_s, [typed = typed, button = button](QDialog &dialog) {
-                auto &box = Control<QPlainTextEdit>(dialog, "txtExclude");
-                QCOMPARE(dialog.windowTitle() + box.textCursor().selectedText(),
-                         u"Delete Multiple07971001234\u2029Fred Bloggs"_s);
-                box.insertPlainText(typed);
-                Control<QPushButton>(dialog, button).click();
-            });
-            f.Trigger(u"mnuExclude"_s);
-            QCOMPARE(f.Status(), status);
-            QCOMPARE(f.Print(), left);
-        }
+        AddTextRows({u"cmdOK -> Bob:Work Élan: | Work, 2 contacts deleted",
+                     u"cmdCancel -> Bob:Work Ann:Work Zoe: Élan: | Work, 4 contacts"});
+    }
+    void aTypedListIsDeletedAfterAnOk()
+    {
+        const auto [button, left] = Row<QString, QString>();
+        Fixture f;
+        WhenDialogOpens(u"DeleteMany"_s, [name = button.toLatin1()](QDialog &dialog) {
+            auto &box = Control<QPlainTextEdit>(dialog, "txtExclude");
+            QCOMPARE(dialog.windowTitle() + box.textCursor().selectedText(),
+                     u"Delete Multiple07971001234\u2029Fred Bloggs"_s);
+            box.insertPlainText(u"ann\n\n ZOE \n07971 001234\nNobody"_s);
+            Control<QPushButton>(dialog, name).click();
+        });
+        f.Trigger(u"mnuExclude"_s);
+        QCOMPARE(f.Print() + u", "_s + f.Status(), left);
     }
 
     void restoresTheChosenGroupByItsName()
@@ -151,28 +149,30 @@ private slots:
         QVERIFY(f.Saved().endsWith("\"Cy\",33,\"0612345678\",\"Imported\"\r\n\"Cy\",33,\"0612345678\",\"Club\"\r\n"));
     }
 
-    void tellsWhatCouldNotBeImported()
+    void whatCouldNotBeImportedIsTold_data()
     {
         const QString invalid = u"Invalid country 0"_s;
         const QString nothing =
             u"No line of the file holds a mobile number of a known country and another field, separated by a comma or a tab."_s;
-        const std::tuple<QByteArray, QString, QString> rows[] = {
-            {"Cy,+447700900123\nDi,07700900124\nEd,+447700900125", invalid, u"Cy:Imported | Work,Imported"_s},
-            {"Di,07700900124", invalid, u"| Work"_s},
-            {"Cy;44;07700900123\nDi;44;07700900124", nothing, u"| Work"_s},
-            {"\r\n", nothing, u"| Work"_s},
-            {"\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, nothing, u"| Work"_s},
-        };
-        for (const auto &[bytes, failure, added] : rows) {
-            Fixture f;
-            const QString before = f.Print().remove(u"| Work"_s);
-            f.prompts.ExpectBox(u"The contacts could not be imported: "_s + failure, PromptIcon::Information,
-                                PromptAnswer::Ok, u"Import Failed"_s);
-            f.ImportFile(bytes);
-            QCOMPARE(f.Print(), before + added);
-            QCOMPARE(f.Saved().count('\n'), f.Book().AllContacts().Count());
-            QVERIFY(!f.Editor(f.Groups()));
-        }
+        AddRows<QByteArray, QString, QString>(
+            {{"some without a country", "Cy,+447700900123\nDi,07700900124\nEd,+447700900125", invalid,
+              u"Cy:Imported | Work,Imported"_s},
+             {"all without a country", "Di,07700900124", invalid, u"| Work"_s},
+             {"another separator", "Cy;44;07700900123\nDi;44;07700900124", nothing, u"| Work"_s},
+             {"a blank line", "\r\n", nothing, u"| Work"_s},
+             {"no text", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, nothing, u"| Work"_s}});
+    }
+    void whatCouldNotBeImportedIsTold()
+    {
+        const auto [bytes, failure, added] = Row<QByteArray, QString, QString>();
+        Fixture f;
+        const QString before = f.Print().remove(u"| Work"_s);
+        f.prompts.ExpectBox(u"The contacts could not be imported: "_s + failure, PromptIcon::Information,
+                            PromptAnswer::Ok, u"Import Failed"_s);
+        f.ImportFile(bytes);
+        QCOMPARE(f.Print(), before + added);
+        QCOMPARE(f.Saved().count('\n'), f.Book().AllContacts().Count());
+        QVERIFY(!f.Editor(f.Groups()));
     }
 
     void theImportDialogStaysUntilAFileIsRead()
@@ -192,19 +192,19 @@ private slots:
             browse({});
             QVERIFY(title.text() == u"Please browse for a file" && !ok.isEnabled());
             emit Control<QLabel>(dialog, "lblHelpLink").linkActivated({});
-            const std::pair<QString, QString> rows[] = {{f.Path(u"missing.csv"_s), u"File not found"_s},
-                                                        {secret, u"Permission denied"_s},
-                                                        {f.home.path(), u"It is not a file"_s}};
-            for (const auto &[path, why] : rows) {
+            const auto refuse = [&](const QString &path, const QString &why) {
                 browse(path);
                 QCOMPARE(title.text(), QFileInfo(path).fileName());
                 f.prompts.ExpectBox(u"The selected file cannot not be opened: "_s + why +
                                         u"\r\n\r\nPlease ensure the file is not in use in another application, and try "
                                         "again."_s,
                                     PromptIcon::Exclamation, PromptAnswer::Ok, u"File not available"_s);
-                const WithoutRoot withoutRoot(f.home.path());
+                const WithoutRoot withoutRoot;
                 ok.click();
-            }
+            };
+            refuse(f.Path(u"missing.csv"_s), u"File not found"_s);
+            refuse(secret, u"Permission denied"_s);
+            refuse(f.home.path(), u"It is not a file"_s);
             browse(empty);
             browse({});
             f.prompts.ExpectBox(u"The selected file was empty."_s, PromptIcon::Exclamation, PromptAnswer::Ok,

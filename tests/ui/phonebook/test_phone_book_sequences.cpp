@@ -1,33 +1,22 @@
 #include "Files.h"
-#include "PhoneBookFixture.h"
+#include "PhoneBookWindow.h"
 #include "RowKeys.h"
+#include "YesPrompts.h"
 
 #include <QAbstractItemModelTester>
+#include <QHeaderView>
 #include <QPlainTextEdit>
 #include <QRandomGenerator>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
 /// Thousands of commands in any order, as no table would put them.
-class TestPhoneBookSequences final : public QObject, private Prompts
+class TestPhoneBookSequences final : public QObject, private YesProfile, private PhoneBookWindow
 {
     Q_OBJECT
 
-    Profile m_profile;
-    LxCountryList m_countries;
-    Settings m_settings{Settings::DefaultFileName(), m_profile.prompts};
-    /// Until the window takes it.
-    std::unique_ptr<LxPhoneBook> m_newBook = std::make_unique<LxPhoneBook>(m_countries, m_profile.clock);
-    LxPhoneBook &m_book = *m_newBook;
-    PhoneBook m_phoneBook{{m_countries, m_profile.clock, {m_settings, *this, m_profile.shell}}, std::move(m_newBook)};
     QRandomGenerator m_random;
-
-    PromptAnswer ShowMessageBox(const MessageBoxRequest &, QObject *) override { return PromptAnswer::Yes; }
-    QString AskOpenFile(const FileDialogRequest &, QObject *) override { return m_profile.home.filePath(u"backup"_s); }
-    QString AskSaveFile(const FileDialogRequest &, QObject *) override { return m_profile.home.filePath(u"backup"_s); }
-
-    [[nodiscard]] QTreeView &Groups() const { return Control<QTreeView>(m_phoneBook, "lvwGroups"); }
-    [[nodiscard]] QTreeView &Contacts() const { return Control<QTreeView>(m_phoneBook, "lvwContacts"); }
 
     [[nodiscard]] QString Name()
     {
@@ -69,17 +58,17 @@ class TestPhoneBookSequences final : public QObject, private Prompts
         if (entry == u"rename") {
             QTest::keyClick(&list, Qt::Key_F2);
         } else if (entry == u"find") {
-            Control<QLineEdit>(m_phoneBook, "txtFind").setText(m_random.bounded(2) ? QString() : Name().left(1));
+            Find().setText(m_random.bounded(2) ? QString() : Name().left(1));
         } else if (entry == u"sort") {
             emit Contacts().header()->sectionClicked(m_random.bounded(3));
         } else if (entry == u"close") {
-            m_phoneBook.close();
-            m_phoneBook.show();
+            phoneBook.close();
+            phoneBook.show();
         } else {
-            Control<QAction>(m_phoneBook, entry.toLatin1()).trigger();
+            Trigger(entry);
         }
         for (const QTreeView *edited : {&Groups(), &Contacts()}) {
-            if (QLineEdit *editor = PhoneBookFixture::Editor(*edited)) {
+            if (QLineEdit *editor = Editor(*edited)) {
                 editor->setText(Name());
                 // The last leaves it open for the next command.
                 const std::array keys = {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Shift};
@@ -93,10 +82,10 @@ class TestPhoneBookSequences final : public QObject, private Prompts
     QString Wrong()
     {
         QStringList names;
-        for (const LxGroup *group : m_book.Groups()) {
+        for (const LxGroup *group : book.Groups()) {
             names += group->Name();
             int members = 0;
-            for (const LxContactPtr &contact : m_book.AllContacts())
+            for (const LxContactPtr &contact : book.AllContacts())
                 members += contact->Groups().Contains(*group) ? 1 : 0;
             if (members != group->Count())
                 return u"the members of "_s + group->Name();
@@ -105,28 +94,34 @@ class TestPhoneBookSequences final : public QObject, private Prompts
             return u"two groups of one name"_s;
         const QModelIndex chosen = Groups().currentIndex();
         names[chosen.row()] += u"*<"_s;
-        if (PhoneBookFixture::Rows(Groups()) != names.join(u' '))
-            return u"the groups: "_s + PhoneBookFixture::Rows(Groups());
+        if (Rows(Groups()) != names.join(u' '))
+            return u"the groups: "_s + Rows(Groups());
 
         QSet<int> shown;
         const QAbstractItemModel &contacts = *Contacts().model();
         for (int row = 0; row < contacts.rowCount(); ++row)
             shown += RowKeys::IdentityOf(contacts.index(row, 0).data(RowKeys::kKeyRole).toString());
         int alive = 0;
-        for (const LxContactPtr &contact : m_book.AllContacts())
+        for (const LxContactPtr &contact : book.AllContacts())
             alive += shown.contains(contact->ContactID()) ? 1 : 0;
         if (alive != contacts.rowCount())
             return u"a row too many"_s;
-        const QString typed = Control<QLineEdit>(m_phoneBook, "txtFind").text();
+        const QString typed = Find().text();
         const int groupID = RowKeys::IdentityOf(chosen.data(RowKeys::kKeyRole).toString());
-        for (const LxContactPtr &contact : m_book.Groups().GetGroup(groupID)) {
+        for (const LxContactPtr &contact : book.Groups().GetGroup(groupID)) {
             if ((typed.isEmpty() || contact->Match(typed, false)) && !shown.contains(contact->ContactID()))
                 return u"no row for "_s + contact->Name();
         }
 
-        const QString copy = m_profile.home.filePath(u"copy.kpb"_s);
-        m_book.Backup(copy);
-        return ReadBytes(copy) == ReadBytes(m_book.FileName()) ? QString() : u"the file"_s;
+        const QString copy = home.filePath(u"copy.kpb"_s);
+        book.Backup(copy);
+        return ReadBytes(copy) == ReadBytes(book.FileName()) ? QString() : u"the file"_s;
+    }
+
+public:
+    TestPhoneBookSequences()
+        : PhoneBookWindow(static_cast<Machine &>(*this), prompts)
+    {
     }
 
 private slots:
@@ -136,13 +131,13 @@ private slots:
         const quint32 seed = given > 0 ? quint32(given) : QRandomGenerator::global()->bounded(1'000'000U) + 1;
         qInfo("BREVIO_TEST_SEED=%u", seed);
         m_random.seed(seed);
-        m_countries.Add({u"United Kingdom"_s, 44, true});
-        WriteBytes(m_profile.home.filePath(u"people"_s), "Ann,44,07700900001\nZoe,+447700900002\n");
-        m_settings.Save(u"Import Contacts"_s, u"FileName"_s, m_profile.home.filePath(u"people"_s));
-        m_phoneBook.LoadData();
-        m_phoneBook.show();
+        prompts.file = home.filePath(u"backup"_s);
+        WriteBytes(home.filePath(u"people"_s), "Ann,44,07700900001\nZoe,+447700900002\n");
+        settings.Save(u"Import Contacts"_s, u"FileName"_s, home.filePath(u"people"_s));
+        phoneBook.LoadData();
+        phoneBook.show();
         for (const QTreeView *list : {&Groups(), &Contacts()})
-            new QAbstractItemModelTester(list->model(), QAbstractItemModelTester::FailureReportingMode::QtTest, this);
+            new QAbstractItemModelTester(list->model(), this);
         QTimer answers;
         answers.callOnTimeout(this, [this] { AnswerDialog(); });
         answers.start(0);
@@ -152,7 +147,7 @@ private slots:
             const QString wrong = Wrong();
             QVERIFY2(wrong.isEmpty(), qPrintable(u"step %1, %2: %3"_s.arg(QString::number(i), done, wrong)));
         }
-        QVERIFY(m_book.AllContacts().Count() > 0);
+        QVERIFY(Book().AllContacts().Count() > 0);
     }
 };
 

@@ -34,6 +34,24 @@ class TestCGIPostWindow final : public QObject
         m_runner.Run(post, &m_owner);
         QCOMPARE(calls, 1);
     }
+    void VerifyCancel(bool byFrame)
+    {
+        const auto [phase, status] = Row<StuckPost::Phase, QString>();
+        StuckPost stuck(phase);
+        const CGIPost &post = stuck.post;
+        QSignalSpy finished(&post, &CGIPost::Finished);
+        RunAndAct(stuck.post, status, [&](QDialog *window) {
+            auto *button = window->findChild<QPushButton *>(u"cmdCancel"_s);
+            QTest::keyClick(button, Qt::Key_Return);
+            QVERIFY2(post.CanCancel(), "Return must not cancel: it may be left over from the send");
+            byFrame ? void(window->close()) : QTest::mouseClick(button, Qt::LeftButton);
+            QVERIFY(window->isVisible() && !button->isEnabled());
+            QCOMPARE(window->findChild<QLabel *>(u"lblStatus"_s)->text(), u"Canceled"_s);
+        });
+        QVERIFY(post.Canceled() && post.Completed() && !post.Failed() && !post.Succeeded());
+        QCOMPARE(finished.count(), 1);
+        QVERIFY(stuck.peer.Posts() <= 1);
+    }
 
 private slots:
     void windowStaysUntilThePostHasFinished()
@@ -51,27 +69,11 @@ private slots:
         QCOMPARE(peer.Posts(), 1);
     }
 
-    void cancelInEachPhase()
-    {
-        for (int run = 0; run < 8; ++run) {
-            const bool byFrame = run % 2 != 0;
-            const auto [phase, status] = StuckPost::Phases().at(run / 2);
-            StuckPost stuck(phase);
-            const CGIPost &post = stuck.post;
-            QSignalSpy finished(&post, &CGIPost::Finished);
-            RunAndAct(stuck.post, status, [&](QDialog *window) {
-                auto *button = window->findChild<QPushButton *>(u"cmdCancel"_s);
-                QTest::keyClick(button, Qt::Key_Return);
-                QVERIFY2(post.CanCancel(), "Return must not cancel: it may be left over from the send");
-                byFrame ? void(window->close()) : QTest::mouseClick(button, Qt::LeftButton);
-                QVERIFY(window->isVisible() && !button->isEnabled());
-                QCOMPARE(window->findChild<QLabel *>(u"lblStatus"_s)->text(), u"Canceled"_s);
-            });
-            QVERIFY(post.Canceled() && post.Completed() && !post.Failed() && !post.Succeeded());
-            QCOMPARE(finished.count(), 1);
-            QVERIFY(stuck.peer.Posts() <= 1);
-        }
-    }
+    void theButtonCancelsInEachPhase_data() { StuckPost::AddPhases(); }
+    void theButtonCancelsInEachPhase() { VerifyCancel(false); }
+
+    void theFrameCancelsInEachPhase_data() { StuckPost::AddPhases(); }
+    void theFrameCancelsInEachPhase() { VerifyCancel(true); }
 };
 
 QTEST_MAIN(TestCGIPostWindow)

@@ -4,7 +4,10 @@
 #include "SendResults.h"
 #include "Settings.h"
 
+#include <QAbstractItemModelTester>
 #include <QPushButton>
+#include <QTest>
+#include <QTreeView>
 
 using namespace Qt::StringLiterals;
 
@@ -13,11 +16,12 @@ class TestSendResults final : public QObject
     Q_OBJECT
 
 private slots:
-    void savesTheListAsCsv()
+    void theListIsSavedAsCsv()
     {
         Profile f;
         Settings settings(Settings::DefaultFileName(), f.prompts);
         SendResults window({settings, f.prompts, f.shell}, nullptr);
+        const QAbstractItemModelTester tester(Control<QTreeView>(window, "lvwSendResults").model());
         window.Results({{u"+447700900123"_s, u"Ann \"A\" Lee"_s, u"one\r\ntwo"_s, LxMessageResponse{7, true, {}}},
                         {u"+33612345678"_s, u"Zoë, <b>"_s, {}, LxMessageResponse{0, false, u"A & <b>"_s}},
                         {u"+1555"_s, u"Bob"_s, u"Hi"_s, std::nullopt}});

@@ -1,16 +1,13 @@
 #pragma once
 
-#include "Dialogs.h"
 #include "WindowFixture.h"
 
-#include <QAction>
+#include <QAbstractItemModelTester>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QStatusBar>
-#include <QTreeView>
+#include <QTest>
 
-/// The phone book window with the contacts Ann, Bob, Élan and Zoe, of whom Ann and Bob work. Its controls are there
-/// once it was opened.
+/// The phone book window with the contacts Ann, Bob, Élan and Zoe, of whom Ann and Bob work.
 struct PhoneBookFixture : WindowFixture
 {
     PhoneBookFixture()
@@ -24,27 +21,12 @@ struct PhoneBookFixture : WindowFixture
     void Open()
     {
         phoneBook.show();
+        for (const QTreeView *list : {&Groups(), &Contacts()})
+            new QAbstractItemModelTester(list->model(), list->model());
         QVERIFY(QTest::qWaitForWindowActive(&phoneBook));
     }
 
-    [[nodiscard]] QTreeView &Groups() const { return Control<QTreeView>(phoneBook, "lvwGroups"); }
-    [[nodiscard]] QTreeView &Contacts() const { return Control<QTreeView>(phoneBook, "lvwContacts"); }
-    [[nodiscard]] QLineEdit &Find() const { return Control<QLineEdit>(phoneBook, "txtFind"); }
-    [[nodiscard]] QAction &Action(const QString &name) const { return Control<QAction>(phoneBook, name.toLatin1()); }
     [[nodiscard]] QString Status() const { return Control<QStatusBar>(phoneBook, "sbStatusBar").currentMessage(); }
-
-    /// The first column of a list, the selected rows marked by "*", the current one by "<".
-    [[nodiscard]] static QString Rows(const QTreeView &list)
-    {
-        QStringList rows;
-        for (int row = 0; row < list.model()->rowCount(); ++row) {
-            const QModelIndex index = list.model()->index(row, 0);
-            const QString selected = list.selectionModel()->isRowSelected(row) ? QStringLiteral("*") : QString();
-            const QString current = list.currentIndex().row() == row ? QStringLiteral("<") : QString();
-            rows += index.data().toString() + selected + current;
-        }
-        return rows.join(u' ');
-    }
 
     void ChooseGroup(int row) const { Groups().setCurrentIndex(Groups().model()->index(row, 0)); }
 
@@ -70,9 +52,6 @@ struct PhoneBookFixture : WindowFixture
         return text.join(u' ') + QStringLiteral(" | ") +
                Book().GroupsExcludingAllContacts().AsString(QStringLiteral(","));
     }
-
-    /// The editor that is open in a list, or null.
-    [[nodiscard]] static QLineEdit *Editor(const QTreeView &list) { return list.viewport()->findChild<QLineEdit *>(); }
 
     LxGroup &work = Book().Groups().CreateGroup(QStringLiteral("Work"));
 };

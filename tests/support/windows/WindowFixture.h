@@ -1,25 +1,18 @@
 #pragma once
 
-#include "LxCountryList.h"
-#include "PhoneBook.h"
+#include "PhoneBookWindow.h"
 #include "PostModule.h"
 #include "Profile.h"
 #include "SendingSMS.h"
-#include "Settings.h"
-#include "WindowServices.h"
 
-/// What every window needs, with three countries and an open phone book.
-struct WindowFixture : Profile
+/// What every window needs, with an open phone book.
+struct WindowFixture : Profile, PhoneBookWindow
 {
     WindowFixture()
+        : PhoneBookWindow(*this, prompts)
     {
-        countries.Add({QStringLiteral("Canada"), 1, true});
-        countries.Add({QStringLiteral("France"), 33, false});
-        countries.Add({QStringLiteral("United Kingdom"), 44, true});
         phoneBook.LoadData();
     }
-
-    [[nodiscard]] LxPhoneBook &Book() { return book; }
 
     /// Posts go to this address, with this account.
     void UseGateway(const QString &host, const QString &username = QStringLiteral("ann"))
@@ -39,14 +32,7 @@ struct WindowFixture : Profile
         return contact;
     }
 
-    LxCountryList countries;
-    Settings settings{Settings::DefaultFileName(), prompts};
     PostModule posts{internetSettings};
     DirectPostRunner runner;
     SendingSMS::Gateway gateway{settings, posts, runner};
-    const WindowServices windowServices{settings, prompts, shell};
-    /// Until the window takes it.
-    std::unique_ptr<LxPhoneBook> newBook = std::make_unique<LxPhoneBook>(countries, clock);
-    LxPhoneBook &book = *newBook;
-    PhoneBook phoneBook{PhoneBook::Services{countries, clock, windowServices}, std::move(newBook)};
 };

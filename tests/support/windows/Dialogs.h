@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QDialog>
 #include <QPointer>
-#include <QTest>
 #include <QTimer>
 
 /// Calls `act` once with the modal dialog of this object name, from the event loop, as a user would use it. The
