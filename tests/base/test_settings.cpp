@@ -87,15 +87,10 @@ private slots:
         QCOMPARE(ReadBytes(m_path), "secret");
     }
 
-    void aFailedSaveKeepsTheOldFileAndIsToldOnce_data()
+    TABLE_TEST(aFailedSaveKeepsTheOldFileAndIsToldOnce, (int size, rlim_t limit), {"what waits in a buffer", 1000, 999},
+               {"what goes straight to a full disk", 100'000, 0},
+               {"what goes straight to a nearly full disk", 100'000, 99'999})
     {
-        AddRows<int, rlim_t>({{"what waits in a buffer", 1000, 999},
-                              {"what goes straight to a full disk", 100'000, 0},
-                              {"what goes straight to a nearly full disk", 100'000, 99'999}});
-    }
-    void aFailedSaveKeepsTheOldFileAndIsToldOnce()
-    {
-        const auto [size, limit] = Row<int, rlim_t>();
         Settings settings(m_path, m_prompts);
         const QString text(size, u'n');
         QVERIFY(CanSave(settings, u"old"_s));
@@ -110,16 +105,11 @@ private slots:
         QCOMPARE(StoredValue(), text);
     }
 
-    void upgradesDropSectionsOfOtherVersions_data()
+    TABLE_TEST(upgradesDropSectionsOfOtherVersions, (const QString &sections, const QString &kept),
+               u" -> now History PhoneBook", u"'Defaults': {'a': 'b'}, -> now Defaults",
+               u"'Defaults': {'a': 'b'}, 'Version': {'Major': '1'}, -> now Defaults History PhoneBook",
+               u"'Settings': {'a': 'b'}, 'Version': {'Minor': '5'}, -> now", u"'Version': {'Minor': '32768'}, -> now")
     {
-        AddTextRows({u" -> now History PhoneBook", u"'Defaults': {'a': 'b'}, -> now Defaults",
-                     u"'Defaults': {'a': 'b'}, 'Version': {'Major': '1'}, -> now Defaults History PhoneBook",
-                     u"'Settings': {'a': 'b'}, 'Version': {'Minor': '5'}, -> now",
-                     u"'Version': {'Minor': '32768'}, -> now"});
-    }
-    void upgradesDropSectionsOfOtherVersions()
-    {
-        const auto [sections, kept] = Row<QString, QString>();
         QString json = u"{"_s + sections + u"'History': {'a': 'b'}, 'PhoneBook': {'a': 'b'}}"_s;
         WriteBytes(m_path, json.replace(u'\'', u'"').toUtf8());
         Settings settings(m_path, m_prompts);

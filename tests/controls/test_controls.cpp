@@ -12,17 +12,12 @@ class TestControls final : public QObject
     Q_OBJECT
 
 private slots:
-    void windowsComeBackWhereTheUserCanReachThem_data()
+    // Left, top, width and height in the settings, in twips, and where the window then is, in pixels.
+    TABLE_TEST(windowsComeBackWhereTheUserCanReachThem, (const QString &stored, const QString &place),
+               u",,, -> 50,60,300,200", u"nan,inf,?,1e30 -> 50,60,300,200", u"152.5,148.4,0,-4500 -> 10,10,300,200",
+               u"300000,450,, -> 499,30,300,200", // off every screen, and larger than the screen
+               u"-60000,-60000,, -> 0,0,300,200", u"0,0,60000,60000 -> 0,0,800,800")
     {
-        // Left, top, width and height in the settings, in twips, and where the window then is, in pixels.
-        AddTextRows({u",,, -> 50,60,300,200", u"nan,inf,?,1e30 -> 50,60,300,200",
-                     u"152.5,148.4,0,-4500 -> 10,10,300,200",
-                     u"300000,450,, -> 499,30,300,200", // off every screen, and larger than the screen
-                     u"-60000,-60000,, -> 0,0,300,200", u"0,0,60000,60000 -> 0,0,800,800"});
-    }
-    void windowsComeBackWhereTheUserCanReachThem()
-    {
-        const auto [stored, place] = Row<QString, QString>();
         Profile profile;
         Settings settings(Settings::DefaultFileName(), profile.prompts);
         for (const int i : {0, 1, 2, 3})

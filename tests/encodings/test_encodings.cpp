@@ -21,46 +21,31 @@ private slots:
         QCOMPARE(TextFile::Encode(text), bytes);
     }
 
-    void otherTextSurvivesAsUtf8_data()
+    TABLE_TEST(otherTextSurvivesAsUtf8, (const QString &text), {"outside the code page", u"Łé"_s},
+               {"outside the basic plane", u"😀"_s}, {"a control that the code page lacks", u"\u0080"_s},
+               {"what looks like the mark", u"ï»¿"_s}, {"the mark", u"\uFEFF"_s})
     {
-        AddRows<QString>({{"outside the code page", u"Łé"_s},
-                          {"outside the basic plane", u"😀"_s},
-                          {"a control that the code page lacks", u"\u0080"_s},
-                          {"what looks like the mark", u"ï»¿"_s},
-                          {"the mark", u"\uFEFF"_s}});
-    }
-    void otherTextSurvivesAsUtf8()
-    {
-        const auto [text] = Row<QString>();
         const QByteArray bytes = TextFile::Encode(text);
         QCOMPARE(bytes, "\xEF\xBB\xBF" + text.toUtf8());
         QCOMPARE(TextFile::Decode(bytes), text);
     }
 
-    void linesAreSplitAtCommasOutsideQuotes_data()
+    // Apostrophes stand for double quotes.
+    TABLE_TEST(linesAreSplitAtCommasOutsideQuotes, (const QString &line, const QString &fields), u" -> []",
+               u"x,,z, -> [x][][z][]", u"'Smith, Jo',44,'0123 -> [Smith, Jo][44][0123]", u"'x'' -> [x']",
+               u"'Smith' 'Jo, x',44 -> [Smith][ x][44]", u"Jo 'Ace,Smith',44 -> [Jo ][Smith][44]", u"'''' -> [']",
+               u" 'a',b  -> [ ][b ]")
     {
-        // Apostrophes stand for double quotes.
-        AddTextRows({u" -> []", u"x,,z, -> [x][][z][]", u"'Smith, Jo',44,'0123 -> [Smith, Jo][44][0123]",
-                     u"'x'' -> [x']", u"'Smith' 'Jo, x',44 -> [Smith][ x][44]",
-                     u"Jo 'Ace,Smith',44 -> [Jo ][Smith][44]", u"'''' -> [']", u" 'a',b  -> [ ][b ]"});
-    }
-    void linesAreSplitAtCommasOutsideQuotes()
-    {
-        const auto [line, fields] = Row<QString, QString>();
         QString got;
         for (const QString &field : Encodings::ParseCSVLine(QString(line).replace(u'\'', u'"')))
             got += u'[' + field + u']';
         QCOMPARE(got.replace(u'"', u'\''), fields);
     }
 
-    void formsEscapeAllButLettersAndDigits_data()
+    TABLE_TEST(formsEscapeAllButLettersAndDigits, (const QString &text, const QString &escaped),
+               u"/09:@AZ[`az{ -> %2F09%3A%40AZ%5B%60az%7B", u"A-z._~ <? -> A%2Dz%2E%5F%7E%20%3C%3F",
+               u"\r\n\x01 -> %0D%0A%01", u"£€é\u0081ÿŁ\u0080 -> %A3%80%E9%81%FF%3F%3F", u"a😀b😀 -> a%3Fb%3F")
     {
-        AddTextRows({u"/09:@AZ[`az{ -> %2F09%3A%40AZ%5B%60az%7B", u"A-z._~ <? -> A%2Dz%2E%5F%7E%20%3C%3F",
-                     u"\r\n\x01 -> %0D%0A%01", u"£€é\u0081ÿŁ\u0080 -> %A3%80%E9%81%FF%3F%3F", u"a😀b😀 -> a%3Fb%3F"});
-    }
-    void formsEscapeAllButLettersAndDigits()
-    {
-        const auto [text, escaped] = Row<QString, QString>();
         QCOMPARE(Encodings::URLEncode(text, false), escaped.toLatin1());
         QCOMPARE(Encodings::URLEncode(text, true), escaped.toLatin1().replace("%20", "+"));
     }

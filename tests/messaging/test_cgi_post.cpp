@@ -10,6 +10,23 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Then = ScriptedPeer::Then;
 
+namespace {
+
+const auto kOk = "HTTP/1.1 200 OK\r\n"_ba;
+const auto kChunked = kOk + "Transfer-Encoding: chunked\r\n\r\n4\r\nabcd\r\n";
+const auto kCutShort = u"Failed: The reply was cut short"_s;
+const auto kBroken = u"Failed: The connection was broken"_s;
+
+QList<QByteArray> ByteByByte(const QByteArray &bytes)
+{
+    QList<QByteArray> pieces;
+    for (const char byte : bytes)
+        pieces += QByteArray(1, byte);
+    return pieces;
+}
+
+} // namespace
+
 class TestCGIPost final : public QObject
 {
     Q_OBJECT
@@ -64,72 +81,48 @@ private slots:
         QCOMPARE(peer.Posts(), 1);
     }
 
-    void urlIsSplit_data()
+    TABLE_TEST(urlIsSplit, (const QString &text, const QString &parts),
+               u"http://example.test/a/b.php -> example.test 80 /a/b.php b.php",
+               u"  HTTP://example.test   -> example.test 80 / /", u"h/a?x=/c?d -> h 80 /a?x=/c?d c",
+               u":81/p -> remembered 81 /p p", u"ftp://x/y", u"https://x/", u"h/a?back=http://x", u"http://x:abc/",
+               u"x:0", u"x:65536", u"x:-1", u"x:80:80", u"user:word@x/")
     {
-        AddTextRows({u"http://example.test/a/b.php -> example.test 80 /a/b.php b.php",
-                     u"  HTTP://example.test   -> example.test 80 / /", u"h/a?x=/c?d -> h 80 /a?x=/c?d c",
-                     u":81/p -> remembered 81 /p p", u"ftp://x/y", u"https://x/", u"h/a?back=http://x",
-                     u"http://x:abc/", u"x:0", u"x:65536", u"x:-1", u"x:80:80", u"user:word@x/"});
-    }
-    void urlIsSplit()
-    {
-        const auto [text, parts] = Row<QString, QString>();
         const auto url = ParsePostUrl(text, u"remembered"_s);
         QCOMPARE(url ? u"%1 %2 %3 %4"_s.arg(url->host).arg(url->port).arg(url->path, url->document) : u""_s, parts);
     }
 
-    void proxySettingIsRead_data()
+    TABLE_TEST(proxySettingIsRead, (const QString &text, const QString &server), u"ftp=p1:21;http=p2:3128 -> p2 3128",
+               u";http=; Http=p5:8 ;p6 -> p5 8", u"http=[::1]:3128 -> [::1] 3128", u"ftp=p1:21;socks=p2",
+               u"p8:abc -> unusable", u"p8: -> unusable", u"p8:65536 -> unusable", u":3128 -> unusable")
     {
-        AddTextRows({u"ftp=p1:21;http=p2:3128 -> p2 3128", u";http=; Http=p5:8 ;p6 -> p5 8",
-                     u"http=[::1]:3128 -> [::1] 3128", u"ftp=p1:21;socks=p2", u"p8:abc -> unusable", u"p8: -> unusable",
-                     u"p8:65536 -> unusable", u":3128 -> unusable"});
-    }
-    void proxySettingIsRead()
-    {
-        const auto [text, server] = Row<QString, QString>();
         const auto proxy = ParseProxyServer(text);
         const bool isUsable = proxy && proxy->IsUsable();
         QCOMPARE(isUsable ? proxy->host + u' ' + QString::number(proxy->port) : proxy ? u"unusable"_s : u""_s, server);
     }
 
-    void replyDecidesTheEnding_data()
+    // What the peer does, and the response or how the post failed.
+    TABLE_TEST(
+        replyDecidesTheEnding, (const ScriptedPeer::Script &script, const QString &ending),
+        {"byte by byte", {.pieces = ByteByByte(ScriptedPeer::Ok("abcd"))}, u"abcd"_s},
+        {"chunks", {.pieces = {kChunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen}, u"abcdef"_s},
+        {"no length", {.pieces = {kOk + "\r\n", "abcd"}}, u"abcd"_s},
+        {"500 that still counts", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nstill"}}, u"still"_s},
+        {"empty", {.pieces = {ScriptedPeer::Ok("")}}, u""_s},
+        {"404", {.pieces = {"HTTP/1.1 404 No\r\n\r\nabcd"}}, u"Failed: The server answered: 404 No"_s},
+        {"redirect",
+         {.pieces = {"HTTP/1.1 307 Temporary\r\nLocation: /b\r\nContent-Length: 0\r\n\r\n"}},
+         u"Failed: The server answered: 307 Temporary"_s},
+        {"short body", {.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, kCutShort},
+        {"no last chunk", {.pieces = {kChunked}}, kCutShort},
+        {"short header", {.pieces = {kOk + "Content-Le"}}, kCutShort}, {"reset", {.then = Then::Reset}, kBroken},
+        {"reset after a reply", {.pieces = {kOk + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50}, kBroken},
+        {"no reply", {}, u"Failed: The connection was closed without a reply"_s},
+        {"not HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, u"Failed: The reply is not an HTTP reply"_s},
+        {"long body",
+         {.pieces = {kOk + "\r\n", QByteArray(HttpClient::kMaxReplyBytes + 1, 'x')}, .then = Then::StayOpen},
+         u"Failed: The reply is longer than 16 megabytes"_s},
+        {"long header", {.pieces = {kOk, QByteArray("A: 123456789\r\n").repeated(1 << 20)}}, kBroken})
     {
-        const QByteArray ok = "HTTP/1.1 200 OK\r\n";
-        const QByteArray chunked = ok + "Transfer-Encoding: chunked\r\n\r\n4\r\nabcd\r\n";
-        const QByteArray redirect = "HTTP/1.1 307 Temporary\r\nLocation: /b\r\nContent-Length: 0\r\n\r\n";
-        const QByteArray tooLong(HttpClient::kMaxReplyBytes + 1, 'x');
-        const QByteArray endless = QByteArray("A: 123456789\r\n").repeated(1 << 20);
-        const auto cutShort = u"Failed: The reply was cut short"_s;
-        const auto broken = u"Failed: The connection was broken"_s;
-        const auto stay = Then::StayOpen;
-        QList<QByteArray> bytes;
-        for (const char byte : ScriptedPeer::Ok("abcd"))
-            bytes += QByteArray(1, byte);
-        // What the peer does, and the response or how the post failed.
-        AddRows<ScriptedPeer::Script, QString>({
-            {"byte by byte", {.pieces = bytes}, u"abcd"_s},
-            {"chunks", {.pieces = {chunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = stay}, u"abcdef"_s},
-            {"no length", {.pieces = {ok + "\r\n", "abcd"}}, u"abcd"_s},
-            {"500 that still counts", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nstill"}}, u"still"_s},
-            {"empty", {.pieces = {ScriptedPeer::Ok("")}}, u""_s},
-            {"404", {.pieces = {"HTTP/1.1 404 No\r\n\r\nabcd"}}, u"Failed: The server answered: 404 No"_s},
-            {"redirect", {.pieces = {redirect}}, u"Failed: The server answered: 307 Temporary"_s},
-            {"short body", {.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, cutShort},
-            {"no last chunk", {.pieces = {chunked}}, cutShort},
-            {"short header", {.pieces = {ok + "Content-Le"}}, cutShort},
-            {"reset", {.then = Then::Reset}, broken},
-            {"reset after a reply", {.pieces = {ok + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50}, broken},
-            {"no reply", {}, u"Failed: The connection was closed without a reply"_s},
-            {"not HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, u"Failed: The reply is not an HTTP reply"_s},
-            {"long body",
-             {.pieces = {ok + "\r\n", tooLong}, .then = stay},
-             u"Failed: The reply is longer than 16 megabytes"_s},
-            {"long header", {.pieces = {ok, endless}}, broken},
-        });
-    }
-    void replyDecidesTheEnding()
-    {
-        const auto [script, ending] = Row<ScriptedPeer::Script, QString>();
         ScriptedPeer peer(script);
         CGIPost post(m_module);
         const QSignalSpy finished(&post, &CGIPost::Finished);
@@ -147,17 +140,13 @@ private slots:
         QVERIFY2(peer.Connections() == 1 && peer.Posts() <= 1, peer.Received());
     }
 
-    void noConnectionIsAFailure_data()
+    // What is after the space is the proxy.
+    TABLE_TEST(noConnectionIsAFailure, (const QString &addresses, const QString &whyFailed),
+               u"127.0.0.1:1 -> Could not connect to 127.0.0.1: Connection refused",
+               u"host\r\nX/ -> \"host\r\nX\" is not a valid host name",
+               u"gateway.test 127.0.0.1:1 -> Could not connect to the proxy 127.0.0.1: Connection refused",
+               u"gateway.test proxy:0 -> The proxy in the internet settings is not valid: proxy:0")
     {
-        // What is after the space is the proxy.
-        AddTextRows({u"127.0.0.1:1 -> Could not connect to 127.0.0.1: Connection refused",
-                     u"host\r\nX/ -> \"host\r\nX\" is not a valid host name",
-                     u"gateway.test 127.0.0.1:1 -> Could not connect to the proxy 127.0.0.1: Connection refused",
-                     u"gateway.test proxy:0 -> The proxy in the internet settings is not valid: proxy:0"});
-    }
-    void noConnectionIsAFailure()
-    {
-        const auto [addresses, whyFailed] = Row<QString, QString>();
         const QString proxy = addresses.section(u' ', 1);
         m_settings.values = {proxy.isEmpty() ? u"0"_s : u"1"_s, proxy};
         CGIPost post(m_module);
@@ -178,16 +167,16 @@ private slots:
         QCOMPARE(proxy.Posts(), 1);
     }
 
-    void eachPhaseTimesOut_data() { StuckPost::AddPhases(); }
-    void eachPhaseTimesOut()
+    TABLE_TEST(eachPhaseTimesOut, (StuckPost::Phase phase), {"lookup", StuckPost::LookingUp},
+               {"connect", StuckPost::Connecting}, {"request", StuckPost::Requesting},
+               {"receive", StuckPost::Receiving})
     {
-        const auto [phase, status] = Row<StuckPost::Phase, QString>();
         StuckPost stuck(phase);
         stuck.module.timeOut = 500ms;
         QStringList texts;
         connect(&stuck.post, &CGIPost::StateChanged, this, [&] { texts += stuck.post.Status(); });
         m_runner.Run(stuck.post, nullptr);
-        QCOMPARE(texts.mid(texts.size() - 2), (QStringList{status, u"Failed: Connection timed out"_s}));
+        QCOMPARE(texts.mid(texts.size() - 2), (QStringList{stuck.Status(), u"Failed: Connection timed out"_s}));
         QVERIFY(stuck.peer.Posts() <= 1);
         VerifyNextPostWorks();
     }

@@ -29,14 +29,9 @@ private slots:
         QCOMPARE(cleaned.invalidChars, QChar(0xDE01) + u"€😀😁_"_s);
     }
 
-    void textsAreCutIntoParts_data()
+    TABLE_TEST(textsAreCutIntoParts, (const QString &length, const QString &lengths), u"0 -> 0", u"160 -> 160",
+               u"161 -> 160 5", u"316 -> 160 160", u"317 -> 160 160 5", u"472 -> 160 160 160", u"473 -> 160 160 160 5")
     {
-        AddTextRows({u"0 -> 0", u"160 -> 160", u"161 -> 160 5", u"316 -> 160 160", u"317 -> 160 160 5",
-                     u"472 -> 160 160 160", u"473 -> 160 160 160 5"});
-    }
-    void textsAreCutIntoParts()
-    {
-        const auto [length, lengths] = Row<QString, QString>();
         const QString text = u"0123456789"_s.repeated(50).first(length.toInt());
         LxMessage message;
         message.SetText(text);
@@ -67,36 +62,26 @@ private slots:
         QCOMPARE(BuildBalanceRequest(u"£&"_s, u"c<t"_s), head + u"</SESSION>\r\n"_s);
     }
 
-    void repliesAreRead_data()
+    // A name in brackets stands for a whole element; the result tells what is not as in an empty reply.
+    TABLE_TEST(repliesAreRead, (const QString &text, const QString &result), u" -> 2 Response is empty",
+               u"<html><b>Sorry</b></html> -> 5 Error 5",
+               u"[out]<ERR>12</ERR><REASON>Bad password</REASON> -> 12 Bad password",
+               u"[out]<REASON> </REASON><ERR>\r\n+6 </ERR><BAL>5</BAL><MSG></MSG> -> 6 Error 6",
+               u"[in][good][good]<BAL>17</BAL> -> 0 No error!, in, 0/2|7 OK a < b|7 OK a < b, balance 17",
+               u"junk[good][bad]<BAL>17</BAL>[in] -> "
+               u"6 1 message failed out of 2, in, 1/2|7 OK a < b|-8 failed , balance 17",
+               u"[in][bad][good][bad] -> 6 2 messages failed out of 3, in, 2/3|-8 failed |7 OK a < b",
+               u"[in]</MSG></MSG>[good]</MSG> -> 0 No error!, in, 0/1|7 OK a < b",
+               u"[in]<MSG>[good][bad] -> 6 1 message failed out of 2, in, 1/2|7 OK a < b|-8 failed ",
+               u"[in]<MSG><ID>40000</ID><STATUS>ok</STATUS></MSG><MSG><ID> 9 </ID><INFO></MSG> -> "
+               u"6 2 messages failed out of 2, in, 2/2|0 failed |9 failed ",
+               u"[out]<ERR>0</ERR> -> 5 Error 5", u"[out]<ERR>-1</ERR> -> 5 Error 5",
+               u"[out]<ERR>2147483648</ERR> -> 5 Error 5", u"[out]<ERR>1.5</ERR> -> 5 Error 5",
+               u"[out]</ERR><ERR>7</ERR> -> 5 Error 5", u"[out]12</ERR> -> 5 Error 5",
+               u"[out]<err>7</err> -> 5 Error 5", u"[in]<BAL>abc</BAL><BAL>4</BAL> -> 0 No error!, in",
+               u"[in]<BAL> 12 </BAL><BAL>4</BAL> -> 0 No error!, in, balance 12",
+               u"[in]<BAL>-3</BAL> -> 0 No error!, in, balance -3", u"[in]<BAL>2147483648</BAL> -> 0 No error!, in")
     {
-        // A name in brackets stands for a whole element; the result tells what is not as in an empty reply.
-        AddTextRows({u" -> 2 Response is empty",
-                     u"<html><b>Sorry</b></html> -> 5 Error 5",
-                     u"[out]<ERR>12</ERR><REASON>Bad password</REASON> -> 12 Bad password",
-                     u"[out]<REASON> </REASON><ERR>\r\n+6 </ERR><BAL>5</BAL><MSG></MSG> -> 6 Error 6",
-                     u"[in][good][good]<BAL>17</BAL> -> 0 No error!, in, 0/2|7 OK a < b|7 OK a < b, balance 17",
-                     u"junk[good][bad]<BAL>17</BAL>[in] -> "
-                     u"6 1 message failed out of 2, in, 1/2|7 OK a < b|-8 failed , balance 17",
-                     u"[in][bad][good][bad] -> 6 2 messages failed out of 3, in, 2/3|-8 failed |7 OK a < b",
-                     u"[in]</MSG></MSG>[good]</MSG> -> 0 No error!, in, 0/1|7 OK a < b",
-                     u"[in]<MSG>[good][bad] -> 6 1 message failed out of 2, in, 1/2|7 OK a < b|-8 failed ",
-                     u"[in]<MSG><ID>40000</ID><STATUS>ok</STATUS></MSG><MSG><ID> 9 </ID><INFO></MSG> -> "
-                     u"6 2 messages failed out of 2, in, 2/2|0 failed |9 failed ",
-                     u"[out]<ERR>0</ERR> -> 5 Error 5",
-                     u"[out]<ERR>-1</ERR> -> 5 Error 5",
-                     u"[out]<ERR>2147483648</ERR> -> 5 Error 5",
-                     u"[out]<ERR>1.5</ERR> -> 5 Error 5",
-                     u"[out]</ERR><ERR>7</ERR> -> 5 Error 5",
-                     u"[out]12</ERR> -> 5 Error 5",
-                     u"[out]<err>7</err> -> 5 Error 5",
-                     u"[in]<BAL>abc</BAL><BAL>4</BAL> -> 0 No error!, in",
-                     u"[in]<BAL> 12 </BAL><BAL>4</BAL> -> 0 No error!, in, balance 12",
-                     u"[in]<BAL>-3</BAL> -> 0 No error!, in, balance -3",
-                     u"[in]<BAL>2147483648</BAL> -> 0 No error!, in"});
-    }
-    void repliesAreRead()
-    {
-        const auto [text, result] = Row<QString, QString>();
         QString document = text;
         document.replace(u"[in]"_s, u"<LOGON>OK</LOGON>"_s).replace(u"[out]"_s, u"<LOGON>FAIL</LOGON>"_s);
         document.replace(u"[good]"_s, u"<MSG><ID>7</ID><STATUS>OK</STATUS><INFO>a < b</INFO></MSG>"_s);

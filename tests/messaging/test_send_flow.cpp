@@ -58,20 +58,14 @@ private slots:
         }
     }
 
-    void eachPartGoesToEachRecipientOnce_data()
+    TABLE_TEST(eachPartGoesToEachRecipientOnce, (const QByteArray &reply, const QString &outcome),
+               {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57: No error!"_s},
+               {"a failure, busy", "HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>",
+                u"some failed 5, results: 1 message failed out of 1"_s},
+               {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"refused -1: No"_s},
+               {"nothing", ScriptedPeer::Ok(""), u"refused -1: Response is empty"_s},
+               {"no reply", QByteArray(), u"failed -1: The connection was closed without a reply"_s})
     {
-        AddRows<QByteArray, QString>({
-            {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57: No error!"_s},
-            {"a failure, busy", "HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>",
-             u"some failed 5, results: 1 message failed out of 1"_s},
-            {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"refused -1: No"_s},
-            {"nothing", ScriptedPeer::Ok(""), u"refused -1: Response is empty"_s},
-            {"no reply", {}, u"failed -1: The connection was closed without a reply"_s},
-        });
-    }
-    void eachPartGoesToEachRecipientOnce()
-    {
-        const auto [reply, outcome] = Row<QByteArray, QString>();
         LxMessageRequests requests;
         for (const LxContactPtr &contact : m_group) {
             requests.push_back({contact->InternationalMobile(), contact->Name(), QString(158, u'a') + u".."_s});

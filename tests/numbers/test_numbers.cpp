@@ -59,17 +59,10 @@ private slots:
         QCOMPARE(Loaded("Code,\"Country, name\",Guaranteed\r\n1,A,0\r\n"), u""_s);
     }
 
-    void badCountriesAreAskedAbout_data()
+    TABLE_TEST(badCountriesAreAskedAbout, (const QByteArray &bad), {"a code out of range", "32768,B,0\r\n"},
+               {"a code that is taken", "1,B,0\r\n"}, {"too few fields", "2,B"}, {"a blank line", "\r\n"},
+               {"an open quote", "2,\"B,0\r\n"})
     {
-        AddRows<QByteArray>({{"a code out of range", "32768,B,0\r\n"},
-                             {"a code that is taken", "1,B,0\r\n"},
-                             {"too few fields", "2,B"},
-                             {"a blank line", "\r\n"},
-                             {"an open quote", "2,\"B,0\r\n"}});
-    }
-    void badCountriesAreAskedAbout()
-    {
-        const auto [bad] = Row<QByteArray>();
         ExpectQuestion(3, PromptAnswer::Yes);
         QCOMPARE(Loaded(kHeader + "1,A,0\r\n" + bad), u"1 A"_s);
     }
@@ -96,54 +89,36 @@ private slots:
         QVERIFY(countries.Lookup(44).CountryName.startsWith(u"United Kingdom"_s));
     }
 
-    void emailAddressesAreChecked_data()
+    TABLE_TEST(emailAddressesAreChecked, (const QString &address, const QString &valid),
+               u"ANN.O'Hara_x-1@A-1.EXAMPLE -> valid", u"@a.b -> valid", u"a@.b.c -> valid", u"", u"a.b@c", u"a@.b",
+               u"a@b.", u"a.b.c", u"a@b@c.d", u"a+b@c.d", u"\u212A@c.d")
     {
-        AddTextRows({u"ANN.O'Hara_x-1@A-1.EXAMPLE -> valid", u"@a.b -> valid", u"a@.b.c -> valid", u"", u"a.b@c",
-                     u"a@.b", u"a@b.", u"a.b.c", u"a@b@c.d", u"a+b@c.d", u"\u212A@c.d"});
-    }
-    void emailAddressesAreChecked()
-    {
-        const auto [address, valid] = Row<QString, QString>();
         QCOMPARE(EmailAddresses::IsValidEmailAddress(address), !valid.isEmpty());
     }
 
-    void numbersAreCleaned_data()
+    TABLE_TEST(numbersAreCleaned, (const QString &typed, const QString &clean), u"07700 900-123 -> 07700900123",
+               u"+44 (0)7700 900123 -> +447700900123", u"0044 7700.[0] -> +4477000",
+               // What only forms when "(0)" is taken out is not taken out again.
+               u"((0)0)1 -> 01", u"(00) 0044 -> +0044", u"100200/9OO#1\t -> 100200/9OO#1\t")
     {
-        AddTextRows({u"07700 900-123 -> 07700900123", u"+44 (0)7700 900123 -> +447700900123",
-                     u"0044 7700.[0] -> +4477000",
-                     // What only forms when "(0)" is taken out is not taken out again.
-                     u"((0)0)1 -> 01", u"(00) 0044 -> +0044", u"100200/9OO#1\t -> 100200/9OO#1\t"});
-    }
-    void numbersAreCleaned()
-    {
-        const auto [typed, clean] = Row<QString, QString>();
         QCOMPARE(CleanPhoneNumber(typed), clean);
     }
 
-    void numbersAreClassified_data()
+    // The last are Arabic digits, which are none here.
+    TABLE_TEST(numbersAreClassified, (const QString &number, const QString &kinds), u"", u"+", u"077009OO1",
+               u"0123 -> valid ", u"1234 -> valid local", u"+1234 -> international valid ", u"\u0661\u0662\u0663\u0664")
     {
-        // The last are Arabic digits, which are none here.
-        AddTextRows({u"", u"+", u"077009OO1", u"0123 -> valid ", u"1234 -> valid local",
-                     u"+1234 -> international valid ", u"\u0661\u0662\u0663\u0664"});
-    }
-    void numbersAreClassified()
-    {
-        const auto [number, kinds] = Row<QString, QString>();
         const auto when = [](bool is, const QString &name) { return is ? name : QString(); };
         QCOMPARE(when(IsInternationalNumber(number), u"international "_s) +
                      when(IsValidPhoneNumber(number), u"valid "_s) + when(IsLocalNumber(number), u"local"_s),
                  kinds);
     }
 
-    void theLastCodeOfTheListThatFitsSplitsANumber_data()
+    // The code 0 counts for nothing.
+    TABLE_TEST(theLastCodeOfTheListThatFitsSplitsANumber, (const QString &number, const QString &split),
+               u"+1876x -> 1876/x", u"+44 -> 44/", u"+1023 -> 1/023", u"+3531 -> 35/31", u"+4 -> none", u"4477 -> none",
+               u"++447 -> none", u"+0123 -> none")
     {
-        // The code 0 counts for nothing.
-        AddTextRows({u"+1876x -> 1876/x", u"+44 -> 44/", u"+1023 -> 1/023", u"+3531 -> 35/31", u"+4 -> none",
-                     u"4477 -> none", u"++447 -> none", u"+0123 -> none"});
-    }
-    void theLastCodeOfTheListThatFitsSplitsANumber()
-    {
-        const auto [number, split] = Row<QString, QString>();
         LxCountryList countries;
         for (const int code : {0, 1, 44, 1876, 353, 35})
             countries.Add({u"X"_s, static_cast<qint16>(code), false});

@@ -39,57 +39,36 @@ class TestImportExport final : public QObject
 private slots:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom)); }
 
-    void fieldsAreRecognisedByTheirContent_data()
+    TABLE_TEST(fieldsAreRecognisedByTheirContent, (const QString &text, const QString &contacts),
+               u"Ann,07700900123 -> Ann 0 07700900123 []", u"07700900123\tAnn -> Ann 0 07700900123 []",
+               u" \"Ann\" , \"07700 900-123\" ,,\t -> Ann 0 07700 900-123 []",
+               u"Ann;x,44,07700 900123,Friends;Work;Friends,more -> Ann;x 44 07700 900123 [Friends;Work];Friends;Work",
+               u"+447700900123,Bob,353 -> Bob 44 7700900123 []", u"447700900123,Bob -> Bob 44 7700900123 []",
+               u"\t07700900123 -> 07700900123 0 07700900123 []", u"07700900123\t -> 07700900123 0 07700900123 []",
+               u"\"Lee, Ann\",07700900123 -> Lee 0 07700900123 [Ann];Ann",
+               u"999,353,44,0851234567 -> 44 353 0851234567 []",
+               u"07700900123,07700900124 -> 07700900124 0 07700900123 []",
+               u"\"Bob\",353,\"0851234567\",\"Work\" -> Bob 353 0851234567 [Work];Work",
+               u"A,1234#x\nB,1234\r\n\r\n \t\nName,Mobile\nC,\r\nD #1,1234\n#E,1234\r\nF,1234 -> A 1 234 []\nB 1 234 "
+               u"[]\nF 1 234 []",
+               u"Ann", u"Ann,Smith", u"Ann;44;07700900123", u"Ann,+0123", u"Ann,+9991234567", u"Ann,0077",
+               u"Ann,+44 00 123456", u"\"Jim\",1876,\"555 1234\"",
+               u"a123456789b123456789c123456789d123456789e123456789f,1234 -> "
+               u"a123456789b123456789c123456789d123456789e123456789 1 234 []",
+               u"")
     {
-        AddTextRows(
-            {u"Ann,07700900123 -> Ann 0 07700900123 []",
-             u"07700900123\tAnn -> Ann 0 07700900123 []",
-             u" \"Ann\" , \"07700 900-123\" ,,\t -> Ann 0 07700 900-123 []",
-             u"Ann;x,44,07700 900123,Friends;Work;Friends,more -> Ann;x 44 07700 900123 [Friends;Work];Friends;Work",
-             u"+447700900123,Bob,353 -> Bob 44 7700900123 []",
-             u"447700900123,Bob -> Bob 44 7700900123 []",
-             u"\t07700900123 -> 07700900123 0 07700900123 []",
-             u"07700900123\t -> 07700900123 0 07700900123 []",
-             u"\"Lee, Ann\",07700900123 -> Lee 0 07700900123 [Ann];Ann",
-             u"999,353,44,0851234567 -> 44 353 0851234567 []",
-             u"07700900123,07700900124 -> 07700900124 0 07700900123 []",
-             u"\"Bob\",353,\"0851234567\",\"Work\" -> Bob 353 0851234567 [Work];Work",
-             u"A,1234#x\nB,1234\r\n\r\n \t\nName,Mobile\nC,\r\nD #1,1234\n#E,1234\r\nF,1234 -> A 1 234 []\nB 1 234 "
-             u"[]\nF 1 234 []",
-             u"Ann",
-             u"Ann,Smith",
-             u"Ann;44;07700900123",
-             u"Ann,+0123",
-             u"Ann,+9991234567",
-             u"Ann,0077",
-             u"Ann,+44 00 123456",
-             u"\"Jim\",1876,\"555 1234\"",
-             u"a123456789b123456789c123456789d123456789e123456789f,1234 ->"
-             u"a123456789b123456789c123456789d123456789e123456789 1 234 []",
-             u""});
-    }
-    void fieldsAreRecognisedByTheirContent()
-    {
-        const auto [text, contacts] = Row<QString, QString>();
         LxPhoneBook book = Book();
         book.ParseContacts(text);
         QCOMPARE(Printed(book).remove(u" | Everyone"_s), contacts);
     }
 
-    void filesOfOtherProgramsAreDecoded_data()
+    TABLE_TEST(filesOfOtherProgramsAreDecoded, (const QByteArray &bytes, const QString &text),
+               {"code page", "Zo\xEB\x80", u"Zoë€"_s}, {"UTF-8", "Zo\xC3\xAB\xE2\x82\xAC", u"Zoë€"_s},
+               {"UTF-8 with its mark", "\xEF\xBB\xBFZo\xC3\xAB\xE2\x82\xAC", u"Zoë€"_s},
+               {"UTF-16, low byte first", "\xFF\xFEZ\0o\0\xEB\0\xAC\x20"_ba, u"Zoë€"_s},
+               {"UTF-16, high byte first", "\xFE\xFF\0Z\0o\0\xEB\x20\xAC"_ba, u"Zoë€"_s},
+               {"the mark alone", "\xEF\xBB\xBF", u""_s}, {"no text", "\x89PNG\r\n\x1A", u"‰PNG\r\n\u001A"_s})
     {
-        const auto zoe = u"Zoë€"_s;
-        AddRows<QByteArray, QString>({{"code page", "Zo\xEB\x80", zoe},
-                                      {"UTF-8", "Zo\xC3\xAB\xE2\x82\xAC", zoe},
-                                      {"UTF-8 with its mark", "\xEF\xBB\xBFZo\xC3\xAB\xE2\x82\xAC", zoe},
-                                      {"UTF-16, low byte first", "\xFF\xFEZ\0o\0\xEB\0\xAC\x20"_ba, zoe},
-                                      {"UTF-16, high byte first", "\xFE\xFF\0Z\0o\0\xEB\x20\xAC"_ba, zoe},
-                                      {"the mark alone", "\xEF\xBB\xBF", u""_s},
-                                      {"no text", "\x89PNG\r\n\x1A", u"‰PNG\r\n\u001A"_s}});
-    }
-    void filesOfOtherProgramsAreDecoded()
-    {
-        const auto [bytes, text] = Row<QByteArray, QString>();
         QCOMPARE(TextFile::DecodeForeign(bytes), text);
     }
 
@@ -114,21 +93,16 @@ private slots:
         QCOMPARE(ReadBytes(book.FileName()), "");
     }
 
-    void anExportReadsBack_data()
+    // Names come back as they are but for blanks around them and line breaks within. By design a "#" costs the
+    // contact, quotes vanish, a comma or a tab ends the name, and a number in place of the name is taken for one.
+    TABLE_TEST(anExportReadsBack, (const QString &name, const QString &contacts), u"Ann Lee -> Ann Lee +447700900123",
+               u"O'Neil; (2) -> O'Neil; (2) +447700900123", u"Zoë -> Zoë +447700900123", u"Ã© -> Ã© +447700900123",
+               u"Я 😀 -> Я 😀 +447700900123", u"7 up -> 7 up +447700900123", u" Ann\r\nLee  -> Ann Lee +447700900123",
+               u"Ann \"A\" Lee -> Ann A Lee +447700900123", u"Lee, Ann -> Lee +447700900123",
+               u"Lee\tAnn -> Lee +447700900123", u" -> +447700900123 +447700900123",
+               u"353 -> +447700900123 +447700900123", u"999 -> +447700900123 +447700900123",
+               u"1-2345 -> +447700900123 +12345", u"07700 900124 -> +447700900123 ", u"Ann #1")
     {
-        // Names come back as they are but for blanks around them and line breaks within. By design a "#" costs the
-        // contact, quotes vanish, a comma or a tab ends the name, and a number in place of the name is taken for one.
-        AddTextRows({u"Ann Lee -> Ann Lee +447700900123", u"O'Neil; (2) -> O'Neil; (2) +447700900123",
-                     u"Zoë -> Zoë +447700900123", u"Ã© -> Ã© +447700900123", u"Я 😀 -> Я 😀 +447700900123",
-                     u"7 up -> 7 up +447700900123", u" Ann\r\nLee  -> Ann Lee +447700900123",
-                     u"Ann \"A\" Lee -> Ann A Lee +447700900123", u"Lee, Ann -> Lee +447700900123",
-                     u"Lee\tAnn -> Lee +447700900123", u" -> +447700900123 +447700900123",
-                     u"353 -> +447700900123 +447700900123", u"999 -> +447700900123 +447700900123",
-                     u"1-2345 -> +447700900123 +12345", u"07700 900124 -> +447700900123 ", u"Ann #1"});
-    }
-    void anExportReadsBack()
-    {
-        const auto [name, contacts] = Row<QString, QString>();
         LxPhoneBook book = Book();
         book.ParseContacts(TextFile::DecodeForeign(Exported(name)));
         QStringList read;

@@ -15,19 +15,15 @@ class TestMaintenance final : public QObject
     const FixedClock m_clock;
 
 private slots:
-    void contactsOfOneNumberAreMerged_data()
+    TABLE_TEST(contactsOfOneNumberAreMerged, (const QString &text, const QString &merged),
+               u"Ann,+447700900123,X\nBo,+1234\nBob,44,07700 900123,Y;X\nCy,44,07700-900123 -> Cy 44 7700900123 "
+               u"[X;Y]\nBo 1 234 [] | Everyone;X;Y",
+               // A name that is the number, in whichever form, is none.
+               u"Ann,44,07700900123\n44,07700900123\n07700900123,44,+44 7700-900123\n0044 7700900123,\n"
+               u"447700900123,\n+447700900123,07700 900123 -> Ann 44 07700900123 [] | Everyone",
+               u"44,07700900123\nAnn,44,+447700900123 -> Ann 44 07700900123 [] | Everyone",
+               u"Ann,07700900123\nBob,07700900123 -> Ann 0 07700900123 []\nBob 0 07700900123 [] | Everyone")
     {
-        AddTextRows({u"Ann,+447700900123,X\nBo,+1234\nBob,44,07700 900123,Y;X\nCy,44,07700-900123 -> Cy 44 7700900123 "
-                     u"[X;Y]\nBo 1 234 [] | Everyone;X;Y",
-                     // A name that is the number, in whichever form, is none.
-                     u"Ann,44,07700900123\n44,07700900123\n07700900123,44,+44 7700-900123\n0044 7700900123,\n"
-                     u"447700900123,\n+447700900123,07700 900123 -> Ann 44 07700900123 [] | Everyone",
-                     u"44,07700900123\nAnn,44,+447700900123 -> Ann 44 07700900123 [] | Everyone",
-                     u"Ann,07700900123\nBob,07700900123 -> Ann 0 07700900123 []\nBob 0 07700900123 [] | Everyone"});
-    }
-    void contactsOfOneNumberAreMerged()
-    {
-        const auto [text, merged] = Row<QString, QString>();
         LxPhoneBook book(m_countries, m_clock);
         book.ParseContacts(text);
         Maintenance::MergeDuplicates(book);
@@ -43,16 +39,11 @@ private slots:
         QCOMPARE(Printed(book), u"Ann 44 1234 [] | Everyone"_s);
     }
 
-    void whatAnyLineMatchesIsDeleted_data()
+    // The line, and how many it deletes.
+    TABLE_TEST(whatAnyLineMatchesIsDeleted, (const QString &line, const QString &deleted), u"straße -> 4",
+               u"strasse -> 4", u"0 -> 0", u"00 -> 4", u" -> 0", u"44 -> 4", u"044 -> 4", u"0+441234 -> 4",
+               u"+441234 -> 12", u"01234 -> 18", u"1234 -> 18", u" Ann -> 4", u"001234 -> 4", u"441234 -> 9")
     {
-        // The line, and how many it deletes.
-        AddTextRows({u"straße -> 4", u"strasse -> 4", u"0 -> 0", u"00 -> 4", u" -> 0", u"44 -> 4", u"044 -> 4",
-                     u"0+441234 -> 4", u"+441234 -> 12", u"01234 -> 18", u"1234 -> 18", u" Ann -> 4", u"001234 -> 4",
-                     u"441234 -> 9"});
-    }
-    void whatAnyLineMatchesIsDeleted()
-    {
-        const auto [line, deleted] = Row<QString, QString>();
         LxPhoneBook book(m_countries, m_clock);
         QList<LxContactPtr> kept;
         for (const auto *name : {u"Straße", u"STRASSE", u"0", u"", u"44", u"+441234", u"ann ", u"ANN", u"01234"}) {

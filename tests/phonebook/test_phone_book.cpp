@@ -22,6 +22,9 @@ namespace {
 using Command = std::function<void(LxPhoneBook &, const QTemporaryDir &folder)>;
 
 const auto kOld = u"Ann 44 1 [X] | Everyone;X;Empty"_s;
+const auto kRefused = u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s;
+const auto kAnn = "\"A\",44,\"1\"\r\n"_ba;
+const auto kBob = "\"Bob,; \",353,\"0851234567\",\"Friends;Work\"\r\n"_ba;
 const auto kInUse = u"70 FileLock: The file is in use by another program."_s;
 
 /// The file of a phone book of some hundred contacts that has been edited so often.
@@ -69,26 +72,21 @@ private slots:
         m_book.emplace(m_countries, m_clock);
     }
 
-    void readsAndWrites_data()
+    TABLE_TEST(readsAndWrites, (const QByteArray &file, const QString &printed, const QByteArray &saved),
+               {"plain", kAnn + kBob, u"A 44 1 []\nBob,;  353 0851234567 [Friends;Work] | Everyone;Friends;Work"_s,
+                kAnn + kBob},
+               {"blanks", "\n \t\r\nA, +44 ,1\n\nA,44,1", u"A 44 1 []\nA 44 1 [] | Everyone"_s, kAnn + kAnn},
+               // A quote is written bare, and bare quotes end a field. That is meant.
+               {"quotes", "\"A \"\"B\"\" C\",44,1\r\n", u"A \"B\" C 44 1 [] | Everyone"_s,
+                "\"A \"B\" C\",44,\"1\"\r\n"},
+               {"bare quotes", "\"A \"B\" C\",44,1\r\n", u"A  44 1 [] | Everyone"_s, "\"A \",44,\"1\"\r\n"},
+               {"line break", "\"A\rB\",44,1\r\n", u"A\rB 44 1 [] | Everyone"_s, "\"A B\",44,\"1\"\r\n"},
+               {"UTF-8", "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n", u"Я€ 44 1 [] | Everyone"_s,
+                "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n"},
+               {"replacement character", "\xEF\xBB\xBF\"\uFFFD\",44,1", u"\uFFFD 44 1 [] | Everyone"_s,
+                "\xEF\xBB\xBF\"\uFFFD\",44,\"1\"\r\n"},
+               {"groups", "A,44,1,Everyone;X;X\r\n", u"A 44 1 [X] | Everyone;X"_s, "\"A\",44,\"1\",\"X\"\r\n"})
     {
-        const auto a = "\"A\",44,\"1\"\r\n"_ba;
-        const auto bob = "\"Bob,; \",353,\"0851234567\",\"Friends;Work\"\r\n"_ba;
-        AddRows<QByteArray, QString, QByteArray>(
-            {{"plain", a + bob, u"A 44 1 []\nBob,;  353 0851234567 [Friends;Work] | Everyone;Friends;Work"_s, a + bob},
-             {"blanks", "\n \t\r\nA, +44 ,1\n\nA,44,1", u"A 44 1 []\nA 44 1 [] | Everyone"_s, a + a},
-             // A quote is written bare, and bare quotes end a field. That is meant.
-             {"quotes", "\"A \"\"B\"\" C\",44,1\r\n", u"A \"B\" C 44 1 [] | Everyone"_s, "\"A \"B\" C\",44,\"1\"\r\n"},
-             {"bare quotes", "\"A \"B\" C\",44,1\r\n", u"A  44 1 [] | Everyone"_s, "\"A \",44,\"1\"\r\n"},
-             {"line break", "\"A\rB\",44,1\r\n", u"A\rB 44 1 [] | Everyone"_s, "\"A B\",44,\"1\"\r\n"},
-             {"UTF-8", "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n", u"Я€ 44 1 [] | Everyone"_s,
-              "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n"},
-             {"replacement character", "\xEF\xBB\xBF\"\uFFFD\",44,1", u"\uFFFD 44 1 [] | Everyone"_s,
-              "\xEF\xBB\xBF\"\uFFFD\",44,\"1\"\r\n"},
-             {"groups", "A,44,1,Everyone;X;X\r\n", u"A 44 1 [X] | Everyone;X"_s, "\"A\",44,\"1\",\"X\"\r\n"}});
-    }
-    void readsAndWrites()
-    {
-        const auto [file, printed, saved] = Row<QByteArray, QString, QByteArray>();
         // The first open makes the folders, too.
         m_path = m_folder->filePath(u"new/fol der/ann.kpb"_s);
         m_book->OpenPhoneBook(m_path);
@@ -99,19 +97,15 @@ private slots:
         QCOMPARE(ReadBytes(m_path), saved);
     }
 
-    void aSkippedLineMakesTheSaveKeepTheOldFile_data()
+    TABLE_TEST(aSkippedLineMakesTheSaveKeepTheOldFile, (const QString &line), u"\u0081", u"A,44,1,X,Y", u"A,x,1",
+               u"A,65580,1", u"A,44,", u"A,44,+441", u"\"A,44,1")
     {
-        AddTextRows({u"\u0081", u"A,44,1,X,Y", u"A,x,1", u"A,65580,1", u"A,44,", u"A,44,+441", u"\"A,44,1"});
-    }
-    void aSkippedLineMakesTheSaveKeepTheOldFile()
-    {
-        const auto [line, none] = Row<QString, QString>();
         const QByteArray file = "A,44,1\n" + line.toLatin1() + "\nA,44,1";
         QVERIFY(WriteBytes(m_path, file));
         m_book->OpenPhoneBook(m_path);
         QCOMPARE(Printed(*m_book), u"A 44 1 []\nA 44 1 [] | Everyone"_s);
         QCOMPARE(ReadBytes(m_book->SavePhoneBook()), file);
-        QCOMPARE(ReadBytes(m_path), "\"A\",44,\"1\"\r\n\"A\",44,\"1\"\r\n");
+        QCOMPARE(ReadBytes(m_path), kAnn + kAnn);
     }
 
     void everyOldFileIsKeptWithoutCountries()
@@ -149,20 +143,15 @@ private slots:
         QCOMPARE(ReadBytes(m_book->SavePhoneBook()), "taken");
     }
 
-    void eachCommandKeepsHoldOfTheFile_data()
+    // Its real file is "other.kpb".
+    TABLE_TEST(eachCommandKeepsHoldOfTheFile, (const Command &command),
+               {"open", [](auto &book, auto &) { book.OpenPhoneBook(book.FileName()); }},
+               {"save", [](auto &book, auto &) { book.SavePhoneBook(); }},
+               {"backup onto itself", [](auto &book, auto &folder) { book.Backup(folder.filePath(u"other.kpb"_s)); }},
+               {"backup", [](auto &book, auto &folder) { book.Backup(folder.filePath(u"b.kpb"_s)); }},
+               {"restore", [](auto &book, auto &folder) { book.Restore(folder.filePath(u"backup.kpb"_s)); }},
+               {"revert", [](auto &book, auto &) { book.RevertToSaved(); }})
     {
-        // Its real file is "other.kpb".
-        AddRows<Command>(
-            {{"open", [](auto &book, auto &) { book.OpenPhoneBook(book.FileName()); }},
-             {"save", [](auto &book, auto &) { book.SavePhoneBook(); }},
-             {"backup onto itself", [](auto &book, auto &folder) { book.Backup(folder.filePath(u"other.kpb"_s)); }},
-             {"backup", [](auto &book, auto &folder) { book.Backup(folder.filePath(u"b.kpb"_s)); }},
-             {"restore", [](auto &book, auto &folder) { book.Restore(folder.filePath(u"backup.kpb"_s)); }},
-             {"revert", [](auto &book, auto &) { book.RevertToSaved(); }}});
-    }
-    void eachCommandKeepsHoldOfTheFile()
-    {
-        const auto [command] = Row<Command>();
         QVERIFY(WriteBytes(m_other, "\"Ann\",44,\"1\"\r\n") && QFile::link(m_other, m_path));
         QVERIFY(QFile::setPermissions(m_other, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
         const QFile::Permissions mode = QFile::permissions(m_other);
@@ -177,21 +166,14 @@ private slots:
         QCOMPARE(RaisedByOpening(m_path), u""_s);
     }
 
-    void restoresOrStaysAsItWas_data()
+    // A file that is empty or was not read whole leaves a copy of the old one; one that is refused leaves all as it
+    // was.
+    TABLE_TEST(restoresOrStaysAsItWas, (const QByteArray &file, const QString &printed, bool keepsOld),
+               {"whole", "B,44,2,X;Y\r\n", u"B 44 2 [X;Y] | Everyone;X;Y"_s, false},
+               {"two lines skipped", "B,44,2,X;Y\r\nC,44\r\nD,99,4\r\n", u"B 44 2 [X;Y] | Everyone;X;Y"_s, true},
+               {"empty", "", u" | Everyone"_s, true}, {"the mark alone", "\xEF\xBB\xBF", kOld, false},
+               {"all lines skipped", "B,99,2\r\nC,98,3\r\n", kOld, false})
     {
-        const auto read = u"B 44 2 [X;Y] | Everyone;X;Y"_s;
-        const auto refused = u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s;
-        // A file that is empty or was not read whole leaves a copy of the old one.
-        AddRows<QByteArray, QString, QString, bool>(
-            {{"whole", "B,44,2,X;Y\r\n", u""_s, read, false},
-             {"two lines skipped", "B,44,2,X;Y\r\nC,44\r\nD,99,4\r\n", u""_s, read, true},
-             {"empty", "", u""_s, u" | Everyone"_s, true},
-             {"the mark alone", "\xEF\xBB\xBF", refused, kOld, false},
-             {"all lines skipped", "B,99,2\r\nC,98,3\r\n", refused, kOld, false}});
-    }
-    void restoresOrStaysAsItWas()
-    {
-        const auto [file, raises, printed, isKept] = Row<QByteArray, QString, QString, bool>();
         const WithoutRoot withoutRoot;
         const auto before = "Ann,44,1,X\r\n"_ba;
         QVERIFY(WriteBytes(m_path, before) && WriteBytes(m_other, file));
@@ -203,9 +185,9 @@ private slots:
         QCOMPARE(Printed(*m_book), kOld);
         QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         QString kept;
-        QCOMPARE(Raised([&] { kept = m_book->Restore(m_other); }), raises);
+        QCOMPARE(Raised([&] { kept = m_book->Restore(m_other); }), printed == kOld ? kRefused : QString());
         QCOMPARE(Printed(*m_book), printed);
-        QCOMPARE(kept.isEmpty() ? ""_ba : ReadBytes(kept), isKept ? before : ""_ba);
+        QCOMPARE(kept.isEmpty() ? ""_ba : ReadBytes(kept), keepsOld ? before : ""_ba);
         m_book->RevertToSaved();
         QCOMPARE(Printed(*m_book), QString(printed).remove(u";Empty"_s));
     }
@@ -236,21 +218,15 @@ private slots:
         }
     }
 
-    void aFullDiskKeepsTheOldFile_data()
+    TABLE_TEST(aFullDiskKeepsTheOldFile, (qsizetype room, int edits), {"room for nothing", 0, 0},
+               {"room for the new file but not for the copy", HalfRead().size() - 1, 0},
+               {"room for the copy but not for the new file", HalfRead().size(), 1000})
     {
-        const rlim_t size = HalfRead().size();
-        AddRows<rlim_t, int>({{"room for nothing", 0, 0},
-                              {"room for the new file but not for the copy", size - 1, 0},
-                              {"room for the copy but not for the new file", size, 1000}});
-    }
-    void aFullDiskKeepsTheOldFile()
-    {
-        const auto [room, edits] = Row<rlim_t, int>();
         const QByteArray old = HalfRead();
         QVERIFY(WriteBytes(m_path, old));
         m_book->OpenPhoneBook(m_path);
         Edit(edits);
-        const auto save = [this, room = room] {
+        const auto save = [&] {
             const FileSizeLimit limit(room);
             m_book->SavePhoneBook();
         };

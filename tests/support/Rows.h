@@ -4,36 +4,52 @@
 
 #include <memory>
 
-/// Tables, one habit for all: a "_data" function gives the rows, and the test takes its own by Row. Qt Test runs every
-/// row, whatever became of those before, and tells the name of one that fails.
+/// A test of many cases: its name, its parameters in brackets, its rows, and then its body, once for each. A row is
+/// {"name", cells...}. Where the parameters are texts it may also be the text u"one -> other", or u"one" alone, and is
+/// named by the first. Qt Test runs every row, whatever became of those before, and tells the name of one that fails.
+#define TABLE_TEST(test, parameters, ...)                                                                              \
+    void test##_data()                                                                                                 \
+    {                                                                                                                  \
+        AddRows(&std::remove_pointer_t<decltype(this)>::test##_row, {__VA_ARGS__});                                    \
+    }                                                                                                                  \
+    void test()                                                                                                        \
+    {                                                                                                                  \
+        RunRow(*this, &std::remove_pointer_t<decltype(this)>::test##_row);                                             \
+    }                                                                                                                  \
+    void test##_row parameters
 
-/// Rows of these cells, each after its name.
-template <typename... Cells>
-void AddRows(std::initializer_list<std::tuple<const char *, Cells...>> rows)
+template <typename... Parameters>
+using Cells = std::tuple<std::remove_cvref_t<Parameters>...>;
+
+template <typename Test, typename... Parameters>
+void AddRows(void (Test::*)(Parameters...),
+             std::initializer_list<std::tuple<const char *, std::remove_cvref_t<Parameters>...>> rows)
 {
-    using Values = std::tuple<Cells...>;
-    QTest::addColumn<Values>("row");
-    const auto values = [](const char *, const Cells &...cells) { return Values(cells...); };
+    QTest::addColumn<Cells<Parameters...>>("cells");
+    const auto cells = [](const char *, const auto &...values) { return Cells<Parameters...>(values...); };
     for (const auto &row : rows)
-        QTest::newRow(std::get<0>(row)) << std::apply(values, row);
+        QTest::newRow(std::get<0>(row)) << std::apply(cells, row);
 }
 
-/// Rows of two texts, each written "text -> what comes of it" and named by the first. A text alone gives empty text.
-inline void AddTextRows(std::initializer_list<const char16_t *> rows)
+template <typename Test, typename... Parameters>
+void AddRows(void (Test::*)(Parameters...), std::initializer_list<const char16_t *> rows)
 {
-    QTest::addColumn<std::tuple<QString, QString>>("row");
-    for (const QStringView row : rows) {
-        const QString text = row.toString();
-        const QString in = text.section(QStringLiteral(" -> "), 0, 0);
-        const std::unique_ptr<char[]> name(QTest::toString(in));
-        QTest::newRow(name.get()) << std::tuple(in, text.section(QStringLiteral(" -> "), 1));
+    QTest::addColumn<Cells<Parameters...>>("cells");
+    for (const char16_t *row : rows) {
+        const QString text = QString::fromUtf16(row);
+        const QString one = text.section(QStringLiteral(" -> "), 0, 0);
+        const std::unique_ptr<char[]> name(QTest::toString(one));
+        if constexpr (sizeof...(Parameters) == 1)
+            QTest::newRow(name.get()) << Cells<Parameters...>(one);
+        else
+            QTest::newRow(name.get()) << Cells<Parameters...>(one, text.section(QStringLiteral(" -> "), 1));
     }
 }
 
-/// The cells of the row that runs: the types that AddRows was given, or two texts.
-template <typename... Cells>
-std::tuple<Cells...> Row()
+template <typename Test, typename... Parameters>
+void RunRow(Test &test, void (Test::*run)(Parameters...))
 {
-    using Values = std::tuple<Cells...>;
-    return *static_cast<Values *>(QTest::qData("row", qMetaTypeId<Values>()));
+    using Row = Cells<Parameters...>;
+    std::apply([&](const auto &...cells) { (test.*run)(cells...); },
+               *static_cast<const Row *>(QTest::qData("cells", qMetaTypeId<Row>())));
 }

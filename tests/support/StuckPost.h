@@ -2,30 +2,29 @@
 
 #include "Fakes.h"
 #include "PostModule.h"
-#include "Rows.h"
 #include "ScriptedPeer.h"
 
 /// A post that gets as far as one of its phases and no further.
 class StuckPost final
 {
 public:
-    enum class Phase { LookingUp, Connecting, Requesting, Receiving };
+    enum Phase { LookingUp, Connecting, Requesting, Receiving };
 
-    /// Rows of each phase and the status that the post then shows.
-    static void AddPhases()
+    /// What the post then shows.
+    [[nodiscard]] QString Status() const
     {
-        AddRows<Phase, QString>({{"lookup", Phase::LookingUp, QStringLiteral("Looking up the proxy settings...")},
-                                 {"connect", Phase::Connecting, QStringLiteral("Connecting to 127.0.0.1...")},
-                                 {"request", Phase::Requesting, QStringLiteral("Making request to 127.0.0.1...")},
-                                 {"receive", Phase::Receiving, QStringLiteral("Receiving result...")}});
+        return QStringList{
+            QStringLiteral("Looking up the proxy settings..."), QStringLiteral("Connecting to 127.0.0.1..."),
+            QStringLiteral("Making request to 127.0.0.1..."), QStringLiteral("Receiving result...")}[phase];
     }
 
-    explicit StuckPost(Phase phase)
-        : peer({.pieces = {phase == Phase::Receiving ? ScriptedPeer::Ok("half").chopped(2) : QByteArray()},
+    explicit StuckPost(Phase stuckIn)
+        : phase(stuckIn)
+        , peer({.pieces = {phase == Receiving ? ScriptedPeer::Ok("half").chopped(2) : QByteArray()},
                 .then = ScriptedPeer::Then::StayOpen})
     {
-        settings.isSilent = phase == Phase::LookingUp;
-        if (phase == Phase::Connecting) {
+        settings.isSilent = phase == LookingUp;
+        if (phase == Connecting) {
             // Neither accepts nor refuses: its queue of connections is full.
             peer.close();
             peer.setListenBacklogSize(1);
@@ -37,6 +36,7 @@ public:
         post.SetUrl(peer.Address());
     }
 
+    const Phase phase;
     FixedInternetSettings settings;
     PostModule module{settings};
     ScriptedPeer peer;

@@ -58,16 +58,12 @@ class TestCompose final : public QObject
     };
 
 private slots:
-    void statusCountsCharactersAndParts_data()
+    TABLE_TEST(statusCountsCharactersAndParts, (const QString &text, const QString &status),
+               {"nothing", {}, u"Please enter a text message to send"_s},
+               {"a line break", u"a\nb"_s, u"4 characters in 1 text message"_s},
+               {"too much", QString(600, u'x'), u"472 characters in 3 text messages"_s},
+               {"not allowed", u"a_b~"_s, u"Character _~ not allowed in text messages!"_s})
     {
-        AddRows<QString, QString>({{"nothing", {}, u"Please enter a text message to send"_s},
-                                   {"a line break", u"a\nb"_s, u"4 characters in 1 text message"_s},
-                                   {"too much", QString(600, u'x'), u"472 characters in 3 text messages"_s},
-                                   {"not allowed", u"a_b~"_s, u"Character _~ not allowed in text messages!"_s}});
-    }
-    void statusCountsCharactersAndParts()
-    {
-        const auto [text, status] = Row<QString, QString>();
         Fixture f;
         f.text.setPlainText(text);
         QCOMPARE(f.Status(), status);
@@ -138,22 +134,16 @@ private slots:
         QCOMPARE(f.peer.Posts(), 1);
     }
 
-    void pasteIsCleanedAndCutAtTheLimit_data()
+    // The length of the message, where it is pasted into, over how many characters; what is, and what gets in.
+    TABLE_TEST(pasteIsCleanedAndCutAtTheLimit,
+               (int length, int at, int selected, const QString &pasted, const QString &taken),
+               {"all allowed", 2, 1, 0, u"Hé £5"_s, u"Hé £5"_s}, {"some allowed", 2, 1, 0, u"a~b_c€\u00A0"_s, u"abc"_s},
+               {"line breaks", 2, 1, 0, u"a\r\nb\nc\u2028d"_s, u"a\r\nb\r\nc\r\nd"_s},
+               {"room for two", 470, 100, 0, u"XYZ"_s, u"XY"_s}, {"room for one", 471, 1, 0, u"zb"_s, u"z"_s},
+               {"room for what goes", 472, 10, 2, u"XYZ"_s, u"XY"_s},
+               {"room for a line break", 470, 5, 0, u"\nX"_s, u"\r\n"_s},
+               {"room for half a line break", 471, 5, 0, u"\nX"_s, u""_s})
     {
-        // The length of the message, where it is pasted into, over how many characters; what is, and what gets in.
-        AddRows<int, int, int, QString, QString>(
-            {{"all allowed", 2, 1, 0, u"Hé £5"_s, u"Hé £5"_s},
-             {"some allowed", 2, 1, 0, u"a~b_c€\u00A0"_s, u"abc"_s},
-             {"line breaks", 2, 1, 0, u"a\r\nb\nc\u2028d"_s, u"a\r\nb\r\nc\r\nd"_s},
-             {"room for two", 470, 100, 0, u"XYZ"_s, u"XY"_s},
-             {"room for one", 471, 1, 0, u"zb"_s, u"z"_s},
-             {"room for what goes", 472, 10, 2, u"XYZ"_s, u"XY"_s},
-             {"room for a line break", 470, 5, 0, u"\nX"_s, u"\r\n"_s},
-             {"room for half a line break", 471, 5, 0, u"\nX"_s, u""_s}});
-    }
-    void pasteIsCleanedAndCutAtTheLimit()
-    {
-        const auto [length, at, selected, pasted, taken] = Row<int, int, int, QString, QString>();
         // No two neighbours are alike.
         const QString before = u"ab"_s.repeated(236).first(length);
         MessageEdit edit;
@@ -169,14 +159,9 @@ private slots:
         QCOMPARE(edit.MessageText(), before);
     }
 
-    void whatIsTypedIsCompleted_data()
+    TABLE_TEST(whatIsTypedIsCompleted, (const QString &typed, const QString &completion), u"jo -> hn Smith",
+               u"johnn -> y", u"w -> ork", u"annx", u"jo<", u"jo>", u"jox<h -> n Smith", u"ohn^j")
     {
-        AddTextRows(
-            {u"jo -> hn Smith", u"johnn -> y", u"w -> ork", u"annx", u"jo<", u"jo>", u"jox<h -> n Smith", u"ohn^j"});
-    }
-    void whatIsTypedIsCompleted()
-    {
-        const auto [typed, completion] = Row<QString, QString>();
         const QMap<QChar, Qt::Key> keys = {{u'<', Qt::Key_Backspace}, {u'>', Qt::Key_Delete}, {u'^', Qt::Key_Home}};
         Fixture f;
         for (const QChar c : typed)

@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
+static const auto kNumber = u"Please enter a valid phone number."_s;
+
 class TestContactProperties final : public QObject
 {
     Q_OBJECT
@@ -24,20 +26,13 @@ class TestContactProperties final : public QObject
     };
 
 private slots:
-    void nothingIsStoredThatIsRefusedOrCanceled_data()
+    TABLE_TEST(nothingIsStoredThatIsRefusedOrCanceled,
+               (const QString &name, const QString &mobile, int country, const QString &box),
+               {"no number", u"Ann"_s, u""_s, 0, kNumber}, {"unknown code", u"Ann"_s, u"+999 123456"_s, 0, kNumber},
+               {"letter", u"Ann"_s, u"07700x"_s, 0, kNumber}, {"code alone", u"Ann"_s, u"0044"_s, 0, kNumber},
+               {"no country", u"Ann"_s, u"77009"_s, -1, kNumber},
+               {"no name", u""_s, u"77009"_s, 0, u"Please enter a the name for this contact."_s})
     {
-        const auto number = u"Please enter a valid phone number."_s;
-        AddRows<QString, QString, int, QString>(
-            {{"no number", u"Ann"_s, u""_s, 0, number},
-             {"unknown code", u"Ann"_s, u"+999 123456"_s, 0, number},
-             {"letter", u"Ann"_s, u"07700x"_s, 0, number},
-             {"code alone", u"Ann"_s, u"0044"_s, 0, number},
-             {"no country", u"Ann"_s, u"77009"_s, -1, number},
-             {"no name", u""_s, u"77009"_s, 0, u"Please enter a the name for this contact."_s}});
-    }
-    void nothingIsStoredThatIsRefusedOrCanceled()
-    {
-        const auto [name, mobile, country, box] = Row<QString, QString, int, QString>();
         Fixture f;
         f.dialog.Setup(f.contact, f.Book(), true, {}, {});
         f.dialog.show();

@@ -12,6 +12,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const auto kInvalid = u"Invalid country 0"_s;
+const auto kNothing =
+    u"No line of the file holds a mobile number of a known country and another field, separated by a comma or a tab."_s;
+
 struct Fixture : PhoneBookFixture
 {
     Fixture()
@@ -53,14 +57,10 @@ class TestPhoneBookMaintenance final : public QObject
 private slots:
     void cleanup() { QVERIFY(!QApplication::overrideCursor()); }
 
-    void aTypedListIsDeletedAfterAnOk_data()
+    TABLE_TEST(aTypedListIsDeletedAfterAnOk, (const QString &button, const QString &left),
+               u"cmdOK -> Bob:Work Élan: | Work, 2 contacts deleted",
+               u"cmdCancel -> Bob:Work Ann:Work Zoe: Élan: | Work, 4 contacts")
     {
-        AddTextRows({u"cmdOK -> Bob:Work Élan: | Work, 2 contacts deleted",
-                     u"cmdCancel -> Bob:Work Ann:Work Zoe: Élan: | Work, 4 contacts"});
-    }
-    void aTypedListIsDeletedAfterAnOk()
-    {
-        const auto [button, left] = Row<QString, QString>();
         Fixture f;
         WhenDialogOpens(u"DeleteMany"_s, [name = button.toLatin1()](QDialog &dialog) {
             auto &box = Control<QPlainTextEdit>(dialog, "txtExclude");
@@ -149,22 +149,14 @@ private slots:
         QVERIFY(f.Saved().endsWith("\"Cy\",33,\"0612345678\",\"Imported\"\r\n\"Cy\",33,\"0612345678\",\"Club\"\r\n"));
     }
 
-    void whatCouldNotBeImportedIsTold_data()
+    TABLE_TEST(whatCouldNotBeImportedIsTold, (const QByteArray &bytes, const QString &failure, const QString &added),
+               {"some without a country", "Cy,+447700900123\nDi,07700900124\nEd,+447700900125", kInvalid,
+                u"Cy:Imported | Work,Imported"_s},
+               {"all without a country", "Di,07700900124", kInvalid, u"| Work"_s},
+               {"another separator", "Cy;44;07700900123\nDi;44;07700900124", kNothing, u"| Work"_s},
+               {"a blank line", "\r\n", kNothing, u"| Work"_s},
+               {"no text", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, kNothing, u"| Work"_s})
     {
-        const QString invalid = u"Invalid country 0"_s;
-        const QString nothing =
-            u"No line of the file holds a mobile number of a known country and another field, separated by a comma or a tab."_s;
-        AddRows<QByteArray, QString, QString>(
-            {{"some without a country", "Cy,+447700900123\nDi,07700900124\nEd,+447700900125", invalid,
-              u"Cy:Imported | Work,Imported"_s},
-             {"all without a country", "Di,07700900124", invalid, u"| Work"_s},
-             {"another separator", "Cy;44;07700900123\nDi;44;07700900124", nothing, u"| Work"_s},
-             {"a blank line", "\r\n", nothing, u"| Work"_s},
-             {"no text", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, nothing, u"| Work"_s}});
-    }
-    void whatCouldNotBeImportedIsTold()
-    {
-        const auto [bytes, failure, added] = Row<QByteArray, QString, QString>();
         Fixture f;
         const QString before = f.Print().remove(u"| Work"_s);
         f.prompts.ExpectBox(u"The contacts could not be imported: "_s + failure, PromptIcon::Information,

@@ -42,19 +42,15 @@ private slots:
         QCOMPARE(f.Print(), u"Bob: Ann:Choir Zoe: Élan: | Work,Choir,New Group"_s);
     }
 
-    void nothingIsDeletedWithoutAYes_data()
+    TABLE_TEST(nothingIsDeletedWithoutAYes,
+               (const QString &starter, const QString &title, const QString &question, const QString &left),
+               {"contact", u"mnuPopupDeleteContacts"_s, u"Delete Contacts?"_s,
+                u"Are you sure you want to permanently delete 'Bob' from your phone book?"_s,
+                u"Ann:Work Zoe: Élan: | Work"_s},
+               {"group", u"mnuDelete"_s, u"Delete Group?"_s,
+                u"Are you sure you want to remove the group \"Work\" from your Phone Book?"_s,
+                u"Bob: Ann: Zoe: Élan: | "_s})
     {
-        AddRows<QString, QString, QString, QString>(
-            {{"contact", u"mnuPopupDeleteContacts"_s, u"Delete Contacts?"_s,
-              u"Are you sure you want to permanently delete 'Bob' from your phone book?"_s,
-              u"Ann:Work Zoe: Élan: | Work"_s},
-             {"group", u"mnuDelete"_s, u"Delete Group?"_s,
-              u"Are you sure you want to remove the group \"Work\" from your Phone Book?"_s,
-              u"Bob: Ann: Zoe: Élan: | "_s}});
-    }
-    void nothingIsDeletedWithoutAYes()
-    {
-        const auto [starter, title, question, left] = Row<QString, QString, QString, QString>();
         PhoneBookFixture f;
         f.Open();
         f.ChooseGroup(1);
@@ -94,21 +90,15 @@ private slots:
         QVERIFY(ReadBytes(f.Book().FileName()).endsWith("\"Aaron\",44,\"07700900009\",\"Work\"\r\n"));
     }
 
-    void namesAreEditedInPlace_data()
+    TABLE_TEST(namesAreEditedInPlace, (bool isGroup, const QString &typed, const QString &name),
+               {"contact", false, u"  Al \"A\"\nLee "_s, u"Al 'A' Lee"_s},
+               {"contact, blank", false, u"   "_s, u"Ann"_s},
+               {"contact, too long", false, QString(49, u'x') + u"😀"_s, QString(49, u'x')},
+               {"group", true, u" Jo \"J\"\u2028b "_s, u"Jo 'J' b"_s},
+               {"group, blank but for separators", true, u"; ;"_s, u"Work"_s},
+               {"group, separator", true, u"a;b"_s, u"ab"_s}, {"group, taken", true, u"Everyone"_s, u"Everyone (2)"_s},
+               {"group, taken and too long", true, QString(60, u'x'), QString(46, u'x') + u" (2)"_s})
     {
-        AddRows<bool, QString, QString>(
-            {{"contact", false, u"  Al \"A\"\nLee "_s, u"Al 'A' Lee"_s},
-             {"contact, blank", false, u"   "_s, u"Ann"_s},
-             {"contact, too long", false, QString(49, u'x') + u"😀"_s, QString(49, u'x')},
-             {"group", true, u" Jo \"J\"\u2028b "_s, u"Jo 'J' b"_s},
-             {"group, blank but for separators", true, u"; ;"_s, u"Work"_s},
-             {"group, separator", true, u"a;b"_s, u"ab"_s},
-             {"group, taken", true, u"Everyone"_s, u"Everyone (2)"_s},
-             {"group, taken and too long", true, QString(60, u'x'), QString(46, u'x') + u" (2)"_s}});
-    }
-    void namesAreEditedInPlace()
-    {
-        const auto [isGroup, typed, name] = Row<bool, QString, QString>();
         PhoneBookFixture f;
         f.Book().Groups().CreateGroup(u"Choir"_s);
         f.Book().Groups().CreateGroup(QString(50, u'x'));
@@ -147,10 +137,8 @@ private slots:
         QVERIFY(ReadBytes(f.Book().FileName()).contains("\"Abe\""));
     }
 
-    void deletingLeavesTheNextRowCurrent_data() { AddRows<int>({{"few, row by row", 2}, {"many, at once", 20}}); }
-    void deletingLeavesTheNextRowCurrent()
+    TABLE_TEST(deletingLeavesTheNextRowCurrent, (int count), {"few, row by row", 2}, {"many, at once", 20})
     {
-        const auto [count] = Row<int>();
         PhoneBookFixture f;
         for (int i = 10; i < 40; ++i)
             f.Add(u"M%1"_s.arg(i), u"0770091"_s);
@@ -167,14 +155,10 @@ private slots:
         QCOMPARE(f.Contacts().currentIndex().data().toString(), u"M%1"_s.arg(12 + count));
     }
 
-    void findsWithinTheChosenGroup_data()
+    TABLE_TEST(findsWithinTheChosenGroup, (const QString &typed, const QString &found),
+               u"0: -> Ann Bob Élan Zoe, 4 contacts", u"0:079 -> Élan, 1 contacts found", u"0:qq -> , 0 contacts found",
+               u"1:B -> Bob, 1 contacts found")
     {
-        AddTextRows({u"0: -> Ann Bob Élan Zoe, 4 contacts", u"0:079 -> Élan, 1 contacts found",
-                     u"0:qq -> , 0 contacts found", u"1:B -> Bob, 1 contacts found"});
-    }
-    void findsWithinTheChosenGroup()
-    {
-        const auto [typed, found] = Row<QString, QString>();
         PhoneBookFixture f;
         f.Open();
         QVERIFY(f.Find().hasFocus());

@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "StuckPost.h"
 #include "WindowPostRunner.h"
 
@@ -6,7 +7,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -34,24 +34,6 @@ class TestCGIPostWindow final : public QObject
         m_runner.Run(post, &m_owner);
         QCOMPARE(calls, 1);
     }
-    void VerifyCancel(bool byFrame)
-    {
-        const auto [phase, status] = Row<StuckPost::Phase, QString>();
-        StuckPost stuck(phase);
-        const CGIPost &post = stuck.post;
-        QSignalSpy finished(&post, &CGIPost::Finished);
-        RunAndAct(stuck.post, status, [&](QDialog *window) {
-            auto *button = window->findChild<QPushButton *>(u"cmdCancel"_s);
-            QTest::keyClick(button, Qt::Key_Return);
-            QVERIFY2(post.CanCancel(), "Return must not cancel: it may be left over from the send");
-            byFrame ? void(window->close()) : QTest::mouseClick(button, Qt::LeftButton);
-            QVERIFY(window->isVisible() && !button->isEnabled());
-            QCOMPARE(window->findChild<QLabel *>(u"lblStatus"_s)->text(), u"Canceled"_s);
-        });
-        QVERIFY(post.Canceled() && post.Completed() && !post.Failed() && !post.Succeeded());
-        QCOMPARE(finished.count(), 1);
-        QVERIFY(stuck.peer.Posts() <= 1);
-    }
 
 private slots:
     void windowStaysUntilThePostHasFinished()
@@ -69,11 +51,27 @@ private slots:
         QCOMPARE(peer.Posts(), 1);
     }
 
-    void theButtonCancelsInEachPhase_data() { StuckPost::AddPhases(); }
-    void theButtonCancelsInEachPhase() { VerifyCancel(false); }
-
-    void theFrameCancelsInEachPhase_data() { StuckPost::AddPhases(); }
-    void theFrameCancelsInEachPhase() { VerifyCancel(true); }
+    TABLE_TEST(aCancelEndsEachPhase, (StuckPost::Phase phase, bool byFrame), {"lookup", StuckPost::LookingUp, false},
+               {"connect", StuckPost::Connecting, false}, {"request", StuckPost::Requesting, false},
+               {"receive", StuckPost::Receiving, false}, {"lookup, by frame", StuckPost::LookingUp, true},
+               {"connect, by frame", StuckPost::Connecting, true}, {"request, by frame", StuckPost::Requesting, true},
+               {"receive, by frame", StuckPost::Receiving, true})
+    {
+        StuckPost stuck(phase);
+        const CGIPost &post = stuck.post;
+        QSignalSpy finished(&post, &CGIPost::Finished);
+        RunAndAct(stuck.post, stuck.Status(), [&](QDialog *window) {
+            auto *button = window->findChild<QPushButton *>(u"cmdCancel"_s);
+            QTest::keyClick(button, Qt::Key_Return);
+            QVERIFY2(post.CanCancel(), "Return must not cancel: it may be left over from the send");
+            byFrame ? void(window->close()) : QTest::mouseClick(button, Qt::LeftButton);
+            QVERIFY(window->isVisible() && !button->isEnabled());
+            QCOMPARE(window->findChild<QLabel *>(u"lblStatus"_s)->text(), u"Canceled"_s);
+        });
+        QVERIFY(post.Canceled() && post.Completed() && !post.Failed() && !post.Succeeded());
+        QCOMPARE(finished.count(), 1);
+        QVERIFY(stuck.peer.Posts() <= 1);
+    }
 };
 
 QTEST_MAIN(TestCGIPostWindow)
