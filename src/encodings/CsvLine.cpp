@@ -1,4 +1,4 @@
-#include "Encodings.h"
+#include "CsvLine.h"
 
 #include <utility>
 

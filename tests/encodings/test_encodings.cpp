@@ -1,3 +1,4 @@
+#include "CsvLine.h"
 #include "Encodings.h"
 #include "TextFile.h"
 #include "TextTable.h"
