@@ -1,12 +1,14 @@
 #include "Error.h"
 #include "Gateway.h"
 #include "GatewayOptions.h"
+#include "PlaceholderPages.h"
 #include "TextFile.h"
-#include "VendorPages.h"
+#include "VendorSite.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 #include <csignal>
 #include <cstdio>
@@ -47,7 +49,8 @@ void HandleGet(const httplib::Request &request, httplib::Response &response)
     const auto queryValue = [&request](const char *key) {
         return TextFile::DecodeCodePage(QByteArray::fromStdString(request.get_param_value(key)));
     };
-    const auto page = VendorPages::Page(request.path, queryValue("username"), queryValue("email"));
+    const auto page =
+        PlaceholderPages::Page(QString::fromStdString(request.path), queryValue("username"), queryValue("email"));
     response.status = page ? 200 : 404;
     response.set_content(page ? page->toStdString() : "There is no such page.\n",
                          page ? "text/html; charset=utf-8" : "text/plain; charset=utf-8");
@@ -65,7 +68,7 @@ void SetUp(httplib::Server &server, Gateway &gateway)
     server.set_payload_max_length(kMaxRequestSize);
     // Only a handler that reads the content itself gets a form of more than 8 KB.
     server.Post(
-        R"(/brevio/gateway/gateway\.php)",
+        QRegularExpression::escape(VendorSite::kGatewayPath).toStdString(),
         [&gateway](const httplib::Request &request, httplib::Response &response,
                    const httplib::ContentReader &readContent) { HandlePost(gateway, request, response, readContent); });
     server.Get(".*", HandleGet);
