@@ -106,7 +106,9 @@ int Run(const GatewayOptions &options, const sigset_t &endSignals)
     QFile outbox(options.outboxPath);
     if (!options.outboxPath.isEmpty() &&
         !outbox.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
-        return Fail(u"Cannot write \"%1\": %2"_s.arg(options.outboxPath, outbox.errorString()), 2);
+        return Fail(QCoreApplication::translate("main", "Cannot write \"%1\": %2")
+                        .arg(options.outboxPath, outbox.errorString()),
+                    2);
     }
     Gateway gateway(options.accounts, options.refusedNumbers, [&outbox](const QJsonObject &message) {
         const QByteArray line = QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
@@ -120,8 +122,11 @@ int Run(const GatewayOptions &options, const sigset_t &endSignals)
     else if (!server.bind_to_port(kAddress, port))
         port = -1;
     if (port < 0)
-        return Fail(u"Cannot listen on port %1 of this machine."_s.arg(options.port), 1);
-    return Serve(server, port, endSignals) ? 0 : Fail(u"The server ended by itself."_s, 1);
+        return Fail(QCoreApplication::translate("main", "Cannot listen on port %1 of this machine.").arg(options.port),
+                    1);
+    return Serve(server, port, endSignals)
+               ? 0
+               : Fail(QCoreApplication::translate("main", "The server ended by itself."), 1);
 }
 
 } // namespace
@@ -145,6 +150,6 @@ int main(int argc, char *argv[])
         }
         return Run(options, endSignals);
     } catch (const Error &error) {
-        return Fail(error.Description() + u" Try --help."_s, 2);
+        return Fail(QCoreApplication::translate("main", "%1 Try --help.").arg(error.Description()), 2);
     }
 }
