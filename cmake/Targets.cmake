@@ -18,14 +18,31 @@ if(BREVIO_FUZZERS)
   target_link_options(brevio_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# brevio_library(NAME SOURCES file... LINK target...): one folder, one target. LINK is all that the folder may
-# use; its headers are included by file name.
+# brevio_link(NAME): links a target by the row of its folder in Layers.cmake.
+function(brevio_link name)
+  cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR} OUTPUT_VARIABLE folder)
+  target_link_libraries(${name}
+    PUBLIC ${BREVIO_PUBLIC_${folder}}
+    PRIVATE ${BREVIO_PRIVATE_${folder}} brevio_flags)
+endfunction()
+
+# brevio_library(NAME SOURCES file...): one folder, one target, which others link as Brevio::NAME. Its headers are
+# included by file name.
 function(brevio_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
+  add_library(Brevio::${name} ALIAS ${name})
   target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
-  target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE brevio_flags)
+  brevio_link(${name})
   set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
+endfunction()
+
+# brevio_program(NAME SOURCES file...): a program of one folder.
+function(brevio_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  brevio_link(${name})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
 endfunction()
 
 # brevio_test(NAME LABEL unit|gui|e2e TIMEOUT seconds SOURCES file... LINK target...): a Qt Test program, run

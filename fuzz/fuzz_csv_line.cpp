@@ -1,4 +1,4 @@
-#include "Encodings.h"
+#include "CsvLine.h"
 #include "Require.h"
 #include "TextFile.h"
 #include "Utils.h"

@@ -83,7 +83,7 @@ void Settings::KeepBadFile()
 {
     QString kept = m_path + u".bad"_s;
     for (int n = 2; QFile::exists(kept); ++n)
-        kept = u"%1.%2.bad"_s.arg(m_path).arg(n);
+        kept = u"%1.%2.bad"_s.arg(m_path, QString::number(n));
     if (!QFile::rename(m_path, kept))
         m_whyUnwritable = tr("It cannot be read, and could not be renamed to %1.").arg(kept);
 }
@@ -144,8 +144,8 @@ bool Settings::Flush()
     } catch (const Error &error) {
         // Told once: every later write would bring the same box again.
         if (!std::exchange(m_failureTold, true)) {
-            m_prompts.ShowMessageBox({tr("Your settings could not be saved: ") + error.Description() + u"\r\n\r\n"_s +
-                                          tr("The settings file is: ") + u"\r\n\r\n"_s + m_path,
+            m_prompts.ShowMessageBox({tr("Your settings could not be saved: %1").arg(error.Description()) +
+                                          u"\r\n\r\n"_s + tr("The settings file is: \r\n\r\n%1").arg(m_path),
                                       PromptIcon::Exclamation});
         }
         return false;

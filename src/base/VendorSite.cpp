@@ -17,9 +17,9 @@ QString Url(const Settings &settings, const QString &path)
     const auto match = pattern.match(host);
     const int port = match.hasCaptured(1) ? match.captured(1).toInt() : 80;
     if (!match.hasMatch() || port < 1 || port > 65535) {
-        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.VendorSite"_s,
-                    QCoreApplication::translate("VendorSite", "The gateway's host in the settings is not valid: ") +
-                        host);
+        throw Error(
+            ErrorNumber::kInvalidArgument, u"Corvane.VendorSite"_s,
+            QCoreApplication::translate("VendorSite", "The gateway's host in the settings is not valid: %1").arg(host));
     }
     return u"http://%1%2"_s.arg(host, path);
 }

@@ -21,7 +21,7 @@ quint16 ParsePort(const QString &value)
     bool isNumber = false;
     const quint16 port = value.toUShort(&isNumber);
     if (!isNumber)
-        Refuse(u"--port wants a number from 0 to 65535, not \"%1\"."_s.arg(value));
+        Refuse(GatewayOptions::tr("--port wants a number from 0 to 65535, not \"%1\".").arg(value));
     return port;
 }
 
@@ -34,7 +34,7 @@ GatewayAccount ParseAccount(const QString &value)
     bool isNumber = false;
     const int balance = match.captured(3).toInt(&isNumber);
     if (!isNumber)
-        Refuse(u"--account wants user:password:balance, not \"%1\"."_s.arg(value));
+        Refuse(GatewayOptions::tr("--account wants user:password:balance, not \"%1\".").arg(value));
     return {match.captured(1), match.captured(2), balance};
 }
 
@@ -42,7 +42,7 @@ QString ParseRefusedNumber(const QString &value)
 {
     static const QRegularExpression digits(u"\\A[0-9]+\\z"_s);
     if (!digits.match(value).hasMatch())
-        Refuse(u"--fail wants the digits of a number, without \"+\", not \"%1\"."_s.arg(value));
+        Refuse(GatewayOptions::tr("--fail wants the digits of a number, without \"+\", not \"%1\".").arg(value));
     return value;
 }
 
@@ -52,20 +52,20 @@ GatewayOptions GatewayOptions::Parse(const QStringList &arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        u"A message gateway for one machine: it talks to Brevio on loopback, and its messages reach no phone."_s);
-    const QCommandLineOption help({u"h"_s, u"help"_s}, u"Show this help."_s);
-    const QCommandLineOption port(u"port"_s, u"Listen there; 0, the default, picks a free port."_s, u"N"_s, u"0"_s);
-    const QCommandLineOption account(u"account"_s, u"An account. May be given several times."_s,
+        tr("A message gateway for one machine: it talks to Brevio on loopback, and its messages reach no phone."));
+    const QCommandLineOption help({u"h"_s, u"help"_s}, tr("Show this help."));
+    const QCommandLineOption port(u"port"_s, tr("Listen there; 0, the default, picks a free port."), u"N"_s, u"0"_s);
+    const QCommandLineOption account(u"account"_s, tr("An account. May be given several times."),
                                      u"user:password:balance"_s);
-    const QCommandLineOption fail(u"fail"_s, u"Refuse messages to this number. May be given several times."_s,
+    const QCommandLineOption fail(u"fail"_s, tr("Refuse messages to this number. May be given several times."),
                                   u"NUMBER"_s);
-    const QCommandLineOption outbox(u"outbox"_s, u"Append a line of JSON to this file for each accepted message."_s,
+    const QCommandLineOption outbox(u"outbox"_s, tr("Append a line of JSON to this file for each accepted message."),
                                     u"FILE"_s);
     parser.addOptions({help, port, account, fail, outbox});
     if (!parser.parse(arguments))
         Refuse(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
-        Refuse(u"There is nothing to do with \"%1\"."_s.arg(parser.positionalArguments().constFirst()));
+        Refuse(tr("There is nothing to do with \"%1\".").arg(parser.positionalArguments().constFirst()));
 
     GatewayOptions options;
     if (parser.isSet(help))
@@ -75,13 +75,13 @@ GatewayOptions GatewayOptions::Parse(const QStringList &arguments)
         GatewayAccount parsed = ParseAccount(value);
         const auto hasSameUser = [&parsed](const GatewayAccount &other) { return other.user == parsed.user; };
         if (std::any_of(options.accounts.cbegin(), options.accounts.cend(), hasSameUser))
-            Refuse(u"--account gives the user \"%1\" twice."_s.arg(parsed.user));
+            Refuse(tr("--account gives the user \"%1\" twice.").arg(parsed.user));
         options.accounts.push_back(std::move(parsed));
     }
     for (const QString &value : parser.values(fail))
         options.refusedNumbers.insert(ParseRefusedNumber(value));
     options.outboxPath = parser.value(outbox);
     if (parser.isSet(outbox) && options.outboxPath.isEmpty())
-        Refuse(u"--outbox wants the name of a file."_s);
+        Refuse(tr("--outbox wants the name of a file."));
     return options;
 }

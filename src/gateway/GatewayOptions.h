@@ -2,6 +2,7 @@
 
 #include "Gateway.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 /// What the command line asks for.
@@ -16,4 +17,6 @@ struct GatewayOptions
     /// Reads the arguments, the program's name first. Raises number 5, source "Corvane.Gateway", when they are wrong,
     /// with what to do about it.
     [[nodiscard]] static GatewayOptions Parse(const QStringList &arguments);
+
+    Q_DECLARE_TR_FUNCTIONS(GatewayOptions)
 };

@@ -1,12 +1,14 @@
 #include "Error.h"
 #include "Gateway.h"
 #include "GatewayOptions.h"
+#include "PlaceholderPages.h"
 #include "TextFile.h"
-#include "VendorPages.h"
+#include "VendorSite.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 #include <csignal>
 #include <cstdio>
@@ -47,7 +49,8 @@ void HandleGet(const httplib::Request &request, httplib::Response &response)
     const auto queryValue = [&request](const char *key) {
         return TextFile::DecodeCodePage(QByteArray::fromStdString(request.get_param_value(key)));
     };
-    const auto page = VendorPages::Page(request.path, queryValue("username"), queryValue("email"));
+    const auto page =
+        PlaceholderPages::Page(QString::fromStdString(request.path), queryValue("username"), queryValue("email"));
     response.status = page ? 200 : 404;
     response.set_content(page ? page->toStdString() : "There is no such page.\n",
                          page ? "text/html; charset=utf-8" : "text/plain; charset=utf-8");
@@ -65,7 +68,7 @@ void SetUp(httplib::Server &server, Gateway &gateway)
     server.set_payload_max_length(kMaxRequestSize);
     // Only a handler that reads the content itself gets a form of more than 8 KB.
     server.Post(
-        R"(/brevio/gateway/gateway\.php)",
+        QRegularExpression::escape(VendorSite::kGatewayPath).toStdString(),
         [&gateway](const httplib::Request &request, httplib::Response &response,
                    const httplib::ContentReader &readContent) { HandlePost(gateway, request, response, readContent); });
     server.Get(".*", HandleGet);
@@ -103,7 +106,9 @@ int Run(const GatewayOptions &options, const sigset_t &endSignals)
     QFile outbox(options.outboxPath);
     if (!options.outboxPath.isEmpty() &&
         !outbox.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
-        return Fail(u"Cannot write \"%1\": %2"_s.arg(options.outboxPath, outbox.errorString()), 2);
+        return Fail(QCoreApplication::translate("main", "Cannot write \"%1\": %2")
+                        .arg(options.outboxPath, outbox.errorString()),
+                    2);
     }
     Gateway gateway(options.accounts, options.refusedNumbers, [&outbox](const QJsonObject &message) {
         const QByteArray line = QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
@@ -117,8 +122,11 @@ int Run(const GatewayOptions &options, const sigset_t &endSignals)
     else if (!server.bind_to_port(kAddress, port))
         port = -1;
     if (port < 0)
-        return Fail(u"Cannot listen on port %1 of this machine."_s.arg(options.port), 1);
-    return Serve(server, port, endSignals) ? 0 : Fail(u"The server ended by itself."_s, 1);
+        return Fail(QCoreApplication::translate("main", "Cannot listen on port %1 of this machine.").arg(options.port),
+                    1);
+    return Serve(server, port, endSignals)
+               ? 0
+               : Fail(QCoreApplication::translate("main", "The server ended by itself."), 1);
 }
 
 } // namespace
@@ -142,6 +150,6 @@ int main(int argc, char *argv[])
         }
         return Run(options, endSignals);
     } catch (const Error &error) {
-        return Fail(error.Description() + u" Try --help."_s, 2);
+        return Fail(QCoreApplication::translate("main", "%1 Try --help.").arg(error.Description()), 2);
     }
 }

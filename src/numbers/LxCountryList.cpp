@@ -6,8 +6,6 @@
 #include "TextFile.h"
 #include "Utils.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 #include <optional>
 
@@ -18,11 +16,6 @@ namespace {
 constexpr auto kFileName = u"countries.csv";
 constexpr qint16 kTestCountryCode = 99;
 
-QString Tr(const char *text)
-{
-    return QCoreApplication::translate("LxCountryList", text);
-}
-
 QString FileName()
 {
     return QString::fromUtf16(kFileName);
@@ -30,13 +23,14 @@ QString FileName()
 
 void TellToReinstall(const QString &problem, Prompts &prompts)
 {
-    prompts.ShowMessageBox({problem + u"\r\n\r\n"_s + Tr("Please re-install Brevio."), PromptIcon::Critical});
+    prompts.ShowMessageBox(
+        {problem + u"\r\n\r\n"_s + LxCountryList::tr("Please re-install Brevio."), PromptIcon::Critical});
 }
 
 bool AskToContinue(int line, Prompts &prompts)
 {
-    const QString text = Tr("Error reading line ") + QString::number(line) + Tr(" in ") + FileName() + u"\r\n\r\n"_s +
-                         Tr("Continue reading data from the file?");
+    const QString text = LxCountryList::tr("Error reading line %1 in %2").arg(QString::number(line), FileName()) +
+                         u"\r\n\r\n"_s + LxCountryList::tr("Continue reading data from the file?");
     return prompts.ShowMessageBox({text, PromptIcon::Critical, PromptButtons::YesNo}) == PromptAnswer::Yes;
 }
 
@@ -48,7 +42,7 @@ void LxCountryList::LoadCountries(const QString &folder, const QStringList &argu
     try {
         text = TextFile::Decode(Utils::ReadTextFile(folder + u'/' + FileName()));
     } catch (const Error &) {
-        TellToReinstall(Tr("Cannot open ") + FileName() + Tr(" for reading."), prompts);
+        TellToReinstall(tr("Cannot open %1 for reading.").arg(FileName()), prompts);
         return;
     }
     if (!ReadFile(text, prompts))
@@ -57,16 +51,16 @@ void LxCountryList::LoadCountries(const QString &folder, const QStringList &argu
         return argument.contains("usetestcountry"_L1, Qt::CaseInsensitive);
     });
     if (wantsTestCountry)
-        Add({Tr("Test Country"), kTestCountryCode, false});
+        Add({tr("Test Country"), kTestCountryCode, false});
     if (m_countries.isEmpty())
-        TellToReinstall(Tr("No country data was found in ") + FileName(), prompts);
+        TellToReinstall(tr("No country data was found in %1").arg(FileName()), prompts);
 }
 
 bool LxCountryList::ReadFile(const QString &text, Prompts &prompts)
 {
     CountryFile file(text);
     if (!file.HasThreeColumns()) {
-        TellToReinstall(Tr("Wrong number of columns in ") + FileName() + Tr(". There should be 3 columns."), prompts);
+        TellToReinstall(tr("Wrong number of columns in %1. There should be 3 columns.").arg(FileName()), prompts);
         return false;
     }
     bool anyError = false;
@@ -100,8 +94,7 @@ const LxCountry &LxCountryList::Lookup(int code) const
 {
     const auto row = m_rowOfCode.constFind(code);
     if (row == m_rowOfCode.constEnd()) {
-        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.CountryList"_s,
-                    Tr("Unknown country ") + QString::number(code));
+        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.CountryList"_s, tr("Unknown country %1").arg(code));
     }
     return m_countries[*row];
 }

@@ -2,6 +2,7 @@
 
 #include "LxCountry.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QList>
 #include <QStringList>
@@ -14,6 +15,8 @@ class Prompts;
 /// to whatever asks about dialling codes.
 class LxCountryList final
 {
+    Q_DECLARE_TR_FUNCTIONS(LxCountryList)
+
 public:
     /// In file order, the test country last. Codes are unique.
     [[nodiscard]] const QList<LxCountry> &Countries() const { return m_countries; }

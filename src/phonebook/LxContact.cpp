@@ -18,11 +18,6 @@ namespace {
     throw Error(kContactErrorNumber, u"Corvane.Contact"_s, description);
 }
 
-QString Tr(const char *text)
-{
-    return QCoreApplication::translate("LxContact", text);
-}
-
 } // namespace
 
 LxContactPtr LxContact::Create(const LxCountryList &countries)
@@ -45,7 +40,7 @@ void LxContact::SetName(const QString &name)
 void LxContact::SetCountryCode(int code)
 {
     if (!m_countries.CountryExists(code))
-        RaiseContactError(Tr("Invalid country ") + QString::number(code));
+        RaiseContactError(QCoreApplication::translate("LxContact", "Invalid country %1").arg(code));
     m_countryCode = static_cast<qint16>(code);
 }
 
@@ -53,7 +48,7 @@ void LxContact::SetUserMobile(const QString &mobile)
 {
     const QString local = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(mobile));
     if (!PhoneNumbers::IsLocalNumber(local))
-        RaiseContactError(Tr("User mobile was passed a non-local mobile"));
+        RaiseContactError(QCoreApplication::translate("LxContact", "User mobile was passed a non-local mobile"));
     m_userMobile = mobile;
     m_localMobile = local;
 }
@@ -69,7 +64,7 @@ void LxContact::SetMobile(const QString &mobile)
         cleaned.prepend(u'+');
     const auto split = PhoneNumbers::SplitInternational(m_countries, cleaned);
     if (!split)
-        RaiseContactError(Tr("Unrecognised country code in mobile"));
+        RaiseContactError(QCoreApplication::translate("LxContact", "Unrecognised country code in mobile"));
     m_countryCode = split->code;
     m_userMobile = split->local;
     m_localMobile = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(split->local));

@@ -120,7 +120,7 @@ LxContactPtr LxPhoneBook::CreateHomeContact() const
 void LxPhoneBook::ClearAll()
 {
     m_groups = LxGroupList();
-    m_allContacts = &m_groups.CreateGroup(u"Everyone"_s);
+    m_allContacts = &m_groups.CreateGroup(QCoreApplication::translate("LxPhoneBook", "Everyone"));
 }
 
 void LxPhoneBook::OpenPhoneBook(QString name)
@@ -166,7 +166,7 @@ QString LxPhoneBook::SavePhoneBook()
     const bool exists = Utils::FileExists(m_fileName);
     if (exists && !m_lock.IsHeld())
         m_lock.Acquire(m_fileName);
-    const QString keptFile = exists && m_mustKeepOldFile ? KeepOldFile() : QString();
+    QString keptFile = exists && m_mustKeepOldFile ? KeepOldFile() : QString();
     try {
         SaveFile(m_fileName, Content(), FilePrivacy::AsUsual, &m_lock);
     } catch (const Error &) {
@@ -209,9 +209,9 @@ QString LxPhoneBook::Restore(const QString &name)
     const bool isWhole = AddContacts(bytes);
     try {
         if (!bytes.isEmpty() && m_allContacts->Count() == 0) {
-            throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
-                        Utils::FileNameOfPath(name) +
-                            QCoreApplication::translate("LxPhoneBook", " is not a phone book"));
+            throw Error(
+                ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
+                QCoreApplication::translate("LxPhoneBook", "%1 is not a phone book").arg(Utils::FileNameOfPath(name)));
         }
         // A backup that was cut or damaged must not be all that is left.
         m_mustKeepOldFile = oldMustKeep || !isWhole || (bytes.isEmpty() && oldContacts->Count() > 0);
@@ -229,7 +229,7 @@ LxContactPtr LxPhoneBook::ContactOf(QStringView line, QString &groups) const
     std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line);
     if (!record)
         return nullptr;
-    const LxContactPtr contact = CreateContact();
+    LxContactPtr contact = CreateContact();
     try {
         contact->SetName(record->name);
         contact->SetCountryCode(record->countryCode);

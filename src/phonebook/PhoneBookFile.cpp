@@ -1,6 +1,6 @@
 #include "PhoneBookFile.h"
 
-#include "Encodings.h"
+#include "CsvLine.h"
 #include "LxContact.h"
 #include "LxGroup.h"
 #include "TextWriter.h"

@@ -1,3 +1,4 @@
+#include "CsvLine.h"
 #include "Encodings.h"
 #include "Rows.h"
 #include "TextFile.h"

@@ -174,7 +174,7 @@ std::optional<LxContactList> Compose::Recipients()
 LxContactPtr Compose::NewRecipient(const QString &typed)
 {
     const LxPhoneBook &phoneBook = m_services.phoneBook.ReadOnlyPhoneBook();
-    const LxContactPtr contact = phoneBook.CreateHomeContact();
+    LxContactPtr contact = phoneBook.CreateHomeContact();
     const bool isNumber = PhoneNumbers::IsValidPhoneNumber(PhoneNumbers::CleanPhoneNumber(typed));
     const PhoneBook::NewContactOptions options{.name = typed, .number = isNumber ? typed : QString()};
     if (!m_services.phoneBook.EditNewContact(contact, options, this))
