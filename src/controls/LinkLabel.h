@@ -26,6 +26,7 @@ protected:
             QLabel::focusNextPrevChild(true);
     }
 
-    /// Leaves the label, whose link has the focus already.
+    /// Leaves the label, whose link has the focus already: QLabel's own would go to the link.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 };

@@ -34,10 +34,7 @@ CsvFields ParseCSVLine(QStringView line)
 {
     CsvFields fields;
     QString field;
-    const auto appendField = [&fields, &field] {
-        fields.append(std::move(field));
-        field.clear();
-    };
+    const auto appendField = [&fields, &field] { fields.append(std::exchange(field, {})); };
     State state = State::BeforeString;
     qsizetype i = 0;
     while (i < line.size()) {

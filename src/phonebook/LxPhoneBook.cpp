@@ -166,7 +166,7 @@ QString LxPhoneBook::SavePhoneBook()
     const bool exists = Utils::FileExists(m_fileName);
     if (exists && !m_lock.IsHeld())
         m_lock.Acquire(m_fileName);
-    const QString keptFile = exists && m_mustKeepOldFile ? KeepOldFile() : QString();
+    QString keptFile = exists && m_mustKeepOldFile ? KeepOldFile() : QString();
     try {
         SaveFile(m_fileName, Content(), FilePrivacy::AsUsual, &m_lock);
     } catch (const Error &) {
@@ -229,7 +229,7 @@ LxContactPtr LxPhoneBook::ContactOf(QStringView line, QString &groups) const
     std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line);
     if (!record)
         return nullptr;
-    const LxContactPtr contact = CreateContact();
+    LxContactPtr contact = CreateContact();
     try {
         contact->SetName(record->name);
         contact->SetCountryCode(record->countryCode);

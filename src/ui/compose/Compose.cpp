@@ -182,7 +182,7 @@ std::optional<LxContactList> Compose::Recipients()
 LxContactPtr Compose::NewRecipient(const QString &typed)
 {
     LxPhoneBook &phoneBook = m_services.phoneBook.ReadOnlyPhoneBook();
-    const LxContactPtr contact = phoneBook.CreateHomeContact();
+    LxContactPtr contact = phoneBook.CreateHomeContact();
     const bool isNumber = PhoneNumbers::IsValidPhoneNumber(PhoneNumbers::CleanPhoneNumber(typed));
     constexpr bool kIsNew = true;
     constexpr bool kAddToCurrentGroup = false;

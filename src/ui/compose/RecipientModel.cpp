@@ -16,7 +16,7 @@ RecipientModel::Items RecipientModel::ItemsOf(const LxPhoneBook &phoneBook)
 {
     const LxGroupList groups = phoneBook.GroupsExcludingAllContacts();
     Items items;
-    items.reserve(static_cast<size_t>(phoneBook.AllContacts().Count() + groups.Count()));
+    items.reserve(size_t(phoneBook.AllContacts().Count()) + size_t(groups.Count()));
     for (const LxContactPtr &contact : phoneBook.AllContacts())
         items.push_back({contact->ContactID(), contact->Name()});
     for (const LxGroup *group : groups)
