@@ -35,7 +35,7 @@ brevio_layer(src/ui/results PUBLIC Qt6::Widgets Brevio::base Brevio::messaging B
 brevio_layer(src/ui/account
   PUBLIC Qt6::Widgets Brevio::base Brevio::messaging
   PRIVATE Brevio::encodings Brevio::numbers Brevio::controls)
-brevio_layer(src/ui/about PUBLIC Qt6::Widgets PRIVATE Brevio::base Brevio::controls)
+brevio_layer(src/ui/about PUBLIC Qt6::Widgets Brevio::base PRIVATE Brevio::controls)
 
 # But this one, which opens the others.
 brevio_layer(src/ui/compose
@@ -44,7 +44,7 @@ brevio_layer(src/ui/compose
 
 brevio_layer(src/startup
   PUBLIC Qt6::Widgets Brevio::base Brevio::messaging Brevio::controls Brevio::ui_post
-  PRIVATE Brevio::numbers Brevio::ui_phonebook Brevio::ui_compose)
+  PRIVATE Brevio::numbers Brevio::phonebook Brevio::ui_phonebook Brevio::ui_compose)
 brevio_layer(src PRIVATE Qt6::Widgets Brevio::base Brevio::controls Brevio::startup)
 brevio_layer(src/gateway PUBLIC Qt6::Core PRIVATE Brevio::base PkgConfig::HTTPLIB Threads::Threads)
 brevio_layer(tools/tour PRIVATE Qt6::Widgets Brevio::base Brevio::startup)
