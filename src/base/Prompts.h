@@ -18,6 +18,8 @@ struct MessageBoxRequest
     PromptButtons buttons = PromptButtons::Ok;
     /// An empty caption stands for the application title.
     QString caption = {};
+    /// What Enter answers to a question.
+    PromptAnswer defaultAnswer = PromptAnswer::Yes;
 };
 
 /// A choice of files, such as "Text" for "*.txt". The pattern "*.*" stands for every file.
@@ -36,6 +38,8 @@ struct FileDialogRequest
     /// The full path that the dialog proposes.
     QString initialPath;
     bool confirmOverwrite = false;
+    /// A folder that the dialog offers beside the user's own; empty for none.
+    QString offeredFolder = {};
 };
 
 /// Every question to the user, so that windows run without one in tests.

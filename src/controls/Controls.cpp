@@ -165,6 +165,8 @@ void SetUpReport(QTreeView &list)
     list.setUniformRowHeights(true);
     list.setAllColumnsShowFocus(true);
     list.setTabKeyNavigation(false);
+    // An order of columns that the next start forgets is no use.
+    list.header()->setSectionsMovable(false);
     list.setSelectionBehavior(QAbstractItemView::SelectRows);
 }
 

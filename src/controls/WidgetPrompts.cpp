@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -39,6 +40,8 @@ QString Run(QFileDialog &dialog, const FileDialogRequest &request)
 {
     dialog.setWindowModality(Qt::ApplicationModal);
     dialog.setNameFilters(FileFilters::ForQt(request.filters));
+    if (!request.offeredFolder.isEmpty())
+        dialog.setSidebarUrls(dialog.sidebarUrls() << QUrl::fromLocalFile(request.offeredFolder));
     const QFileInfo initial(request.initialPath);
     dialog.setDirectory(initial.path());
     if (!initial.fileName().isEmpty())
@@ -59,7 +62,7 @@ PromptAnswer WidgetPrompts::ShowMessageBox(const MessageBoxRequest &request, QOb
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     box.setWindowModality(Qt::ApplicationModal);
     if (asksYesNo) {
-        box.setDefaultButton(QMessageBox::Yes);
+        box.setDefaultButton(request.defaultAnswer == PromptAnswer::No ? QMessageBox::No : QMessageBox::Yes);
         box.setEscapeButton(QMessageBox::No);
     }
     const int answer = box.exec();

@@ -104,9 +104,19 @@ void Compose::EnableSending()
 
 bool Compose::event(QEvent *event)
 {
-    if (event->type() == QEvent::WindowActivate)
+    if (event->type() == QEvent::WindowActivate) {
         m_ui->cboTo->Refill(m_services.phoneBook.ReadOnlyPhoneBook());
+        if (!m_isSending)
+            TellNotices();
+    }
     return QMainWindow::event(event);
+}
+
+void Compose::TellNotices()
+{
+    // Beside what stands there, which may be the outcome of a send.
+    if (const QString notices = m_services.phoneBook.TakeNotices(); !notices.isEmpty())
+        SetStatus(m_ui->StatusBar->currentMessage() + "; "_L1 + notices);
 }
 
 bool Compose::eventFilter(QObject *watched, QEvent *event)

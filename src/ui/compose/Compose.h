@@ -44,6 +44,7 @@ private:
     void LoadDraft();
     void ShowCount();
     void SetStatus(const QString &text);
+    void TellNotices();
     void TextChanged(const QString &invalidChars);
     void EnableSending();
 

@@ -7,6 +7,7 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -27,8 +28,6 @@ ContactListView::ContactListView(QWidget *parent)
     header()->setSectionsClickable(true);
     header()->setSortIndicatorShown(true);
     connect(header(), &QHeaderView::sectionClicked, this, &ContactListView::SortByClick);
-    // Queued: the list stops waiting to open the editor for the first click only after it has told of the second.
-    connect(this, &QTreeView::doubleClicked, this, &ContactListView::OpenAsked, Qt::QueuedConnection);
 }
 
 void ContactListView::SetPhoneBook(const LxPhoneBook &phoneBook)
@@ -130,6 +129,12 @@ void ContactListView::Select(const LxContact &contact)
     scrollTo(index);
 }
 
+void ContactListView::SelectFirst()
+{
+    if (RowCount() > 0)
+        Select(*m_model->ContactAt(0));
+}
+
 void ContactListView::SortByClick(int column)
 {
     CommitEditor();
@@ -175,4 +180,15 @@ void ContactListView::keyPressEvent(QKeyEvent *event)
         emit OpenAsked();
     else
         NameListView::keyPressEvent(event);
+}
+
+void ContactListView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    NameListView::mouseDoubleClickEvent(event);
+    const QModelIndex clicked = indexAt(event->position().toPoint());
+    if (event->button() != Qt::LeftButton || !clicked.isValid())
+        return;
+    selectionModel()->setCurrentIndex(clicked, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    // Later, as what it opens would take the release of the button away from the list.
+    QMetaObject::invokeMethod(this, &ContactListView::OpenAsked, Qt::QueuedConnection);
 }

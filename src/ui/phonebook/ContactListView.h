@@ -41,6 +41,8 @@ public:
     [[nodiscard]] int RowCount() const;
     /// Makes the contact's row the only selected one and scrolls to it; selects nothing when it has none.
     void Select(const LxContact &contact);
+    /// Makes the first row the only selected one, where there is one.
+    void SelectFirst();
 
     /// The order and the widths of the columns, as the settings keep them.
     void RestoreColumns(const Settings &settings);
@@ -48,10 +50,11 @@ public:
 
 signals:
     void SelectionChanged();
-    /// The user pressed Enter on the list or clicked a row twice.
+    /// The user pressed Enter on the list, or clicked a row twice, which alone is selected then.
     void OpenAsked();
 
 protected:
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:

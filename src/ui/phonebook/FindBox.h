@@ -1,18 +1,21 @@
 #pragma once
 
-#include <QKeyEvent>
-#include <QLineEdit>
+#include "OneLineEdit.h"
 
-/// The find box: Escape empties it, Enter asks to leave it for the list.
-class FindBox final : public QLineEdit
+#include <QKeyEvent>
+
+/// The find box: Escape empties it, Enter and Down leave it for the list.
+class FindBox final : public OneLineEdit
 {
     Q_OBJECT
 
 public:
-    using QLineEdit::QLineEdit;
+    using OneLineEdit::OneLineEdit;
 
 signals:
-    void LeaveAsked();
+    void EnterPressed();
+    void DownPressed();
+    void GotFocus();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override
@@ -20,13 +23,22 @@ protected:
         switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            emit LeaveAsked();
+            emit EnterPressed();
+            break;
+        case Qt::Key_Down:
+            emit DownPressed();
             break;
         case Qt::Key_Escape:
             clear();
             break;
         default:
-            QLineEdit::keyPressEvent(event);
+            OneLineEdit::keyPressEvent(event);
         }
+    }
+
+    void focusInEvent(QFocusEvent *event) override
+    {
+        OneLineEdit::focusInEvent(event);
+        emit GotFocus();
     }
 };

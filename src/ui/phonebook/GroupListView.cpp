@@ -3,6 +3,7 @@
 #include "GroupModel.h"
 #include "LxGroup.h"
 
+#include <QMouseEvent>
 #include <QSignalBlocker>
 
 GroupListView::GroupListView(QWidget *parent)
@@ -60,6 +61,15 @@ bool GroupListView::HasOtherGroups() const
 void GroupListView::RowChanged(const LxGroup &group)
 {
     m_model->RowChanged(group);
+}
+
+void GroupListView::mousePressEvent(QMouseEvent *event)
+{
+    const int before = currentIndex().row();
+    NameListView::mousePressEvent(event);
+    // To the selection a click on the chosen group is no change.
+    if (const QModelIndex pressed = indexAt(event->position().toPoint()); pressed.isValid() && pressed.row() == before)
+        emit GroupChosen();
 }
 
 void GroupListView::KeepSelected()

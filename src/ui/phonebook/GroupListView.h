@@ -32,8 +32,11 @@ public:
     void RowChanged(const LxGroup &group);
 
 signals:
-    /// The user chose another group.
+    /// The user chose a group, be it the chosen one once more.
     void GroupChosen();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
 
 private:
     void KeepSelected();

@@ -9,6 +9,8 @@
 #include "RememberedFile.h"
 #include "Utils.h"
 
+#include <QFileInfo>
+
 using namespace Qt::StringLiterals;
 
 using Shown = PhoneBookChange::Shown;
@@ -47,13 +49,17 @@ PhoneBookChange MaintenanceCommands::MergeDuplicates() const
     const PromptAnswer answer = m_services.prompts.ShowMessageBox({.text = question,
                                                                    .icon = PromptIcon::None,
                                                                    .buttons = PromptButtons::YesNo,
-                                                                   .caption = tr("Merge Duplicates")},
+                                                                   .caption = tr("Merge Duplicates"),
+                                                                   .defaultAnswer = PromptAnswer::No},
                                                                   m_window);
     if (answer != PromptAnswer::Yes)
         return {};
     const WaitCursor hourglass;
+    const int before = m_phoneBook.AllContacts().Count();
     Maintenance::MergeDuplicates(m_phoneBook);
-    return {.shown = Shown::Everything};
+    const int gone = before - m_phoneBook.AllContacts().Count();
+    return {.shown = Shown::Everything,
+            .status = gone == 1 ? tr("1 contact merged") : tr("%1 contacts merged").arg(gone)};
 }
 
 PhoneBookChange MaintenanceCommands::DeleteByList() const
@@ -68,11 +74,16 @@ PhoneBookChange MaintenanceCommands::DeleteByList() const
 
 QString MaintenanceCommands::AskBackupFile(bool isForRestore) const
 {
-    const FileDialogRequest request{.title = isForRestore ? tr("Select Backup File to Restore")
-                                                          : tr("Select File to Backup to"),
-                                    .filters = {{tr("Brevio Phonebook"), {u"*.kpb"_s}}},
-                                    .initialPath = Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s,
-                                    .confirmOverwrite = !isForRestore};
+    FileDialogRequest request{.title = isForRestore ? tr("Select Backup File to Restore")
+                                                    : tr("Select File to Backup to"),
+                              .filters = {{tr("Brevio Phonebook"), {u"*.kpb"_s}}},
+                              .initialPath = Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s,
+                              .confirmOverwrite = !isForRestore};
+    if (isForRestore) {
+        // The copies that saves have kept lie beside the phone book.
+        request.filters.first().patterns += u"*.kpb.*.bak"_s;
+        request.offeredFolder = QFileInfo(m_phoneBook.FileName()).path();
+    }
     const RememberedFile file(m_services, u"Backup Phonebook"_s);
     return isForRestore ? file.AskToOpen(request, m_window) : file.AskToSave(request, m_window);
 }

@@ -3,11 +3,13 @@
 /// Which commands of the phone book window can be given.
 namespace MenuRules {
 
+/// What had the focus last; opening a menu by keyboard takes it away.
+enum class Place { Find, Groups, Contacts };
+
 /// What the window shows and what is selected in it.
 struct Situation
 {
-    /// Whether the list of groups had the focus last.
-    bool isInGroups = false;
+    Place place = Place::Contacts;
     bool isEveryoneChosen = true;
     bool hasSelectedContact = false;
     bool hasRows = false;
@@ -23,7 +25,16 @@ struct Situation
 
 [[nodiscard]] constexpr bool CanDelete(const Situation &s)
 {
-    return s.isInGroups ? !s.isEveryoneChosen : s.hasSelectedContact;
+    switch (s.place) {
+    case Place::Find:
+        // There the key deletes text.
+        return false;
+    case Place::Groups:
+        return !s.isEveryoneChosen;
+    case Place::Contacts:
+        break;
+    }
+    return s.hasSelectedContact;
 }
 
 [[nodiscard]] constexpr bool CanActOnContacts(const Situation &s)
@@ -38,7 +49,7 @@ struct Situation
 
 [[nodiscard]] constexpr bool CanSelectAll(const Situation &s)
 {
-    return !s.isInGroups && s.hasRows;
+    return s.place != Place::Groups && s.hasRows;
 }
 
 [[nodiscard]] constexpr bool HasRows(const Situation &s)

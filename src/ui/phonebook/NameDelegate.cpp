@@ -1,6 +1,7 @@
 #include "NameDelegate.h"
 
 #include "NameValidator.h"
+#include "OneLineEdit.h"
 
 NameDelegate::NameDelegate(int maxLength, QObject *parent)
     : QStyledItemDelegate(parent)
@@ -10,7 +11,7 @@ NameDelegate::NameDelegate(int maxLength, QObject *parent)
 
 QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &) const
 {
-    auto *editor = new QLineEdit(parent);
+    auto *editor = new OneLineEdit(parent);
     editor->setMaxLength(m_maxLength);
     editor->setValidator(new NameValidator(editor));
     editor->setAccessibleName(tr("Name"));

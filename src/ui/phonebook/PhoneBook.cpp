@@ -5,18 +5,26 @@
 #include "Icons.h"
 #include "PhoneBookLists.h"
 #include "RowKeys.h"
-#include "SelectAllOnFocus.h"
+#include "Settings.h"
 #include "VendorPages.h"
 #include "VendorSite.h"
 #include "ui_PhoneBook.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLayout>
 #include <QScopedValueRollback>
 
 #include <utility>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kSection = u"PhoneBook"_s;
+const QString kNotice = u"Notice"_s;
+
+} // namespace
 
 PhoneBook::PhoneBook(const Services &services, std::unique_ptr<LxPhoneBook> phoneBook)
     : m_services(services)
@@ -25,6 +33,8 @@ PhoneBook::PhoneBook(const Services &services, std::unique_ptr<LxPhoneBook> phon
     , m_maintenance(*m_phoneBook, services.countries, services.clock, services.window, this)
 {
     setObjectName(u"PhoneBook"_s);
+    // What nobody was there to be told of at the last end.
+    AddNotice(m_services.window.settings.Get(kSection, kNotice));
 }
 
 PhoneBook::~PhoneBook()
@@ -41,6 +51,8 @@ void PhoneBook::BuildControls()
     m_ui->actProperties->setIcon(Icons::Get("properties"_L1));
     m_ui->actNewGroup->setIcon(Icons::Get("new-group"_L1));
     m_ui->actImport->setIcon(Icons::Get("import"_L1));
+    // It has no tip of its own, and would show its caption as one.
+    m_ui->tbToolBar->widgetForAction(m_ui->actProperties)->setToolTip({});
     // The pop-ups come by the mouse or the menu key, not in the bar.
     m_ui->menuBar->removeAction(m_ui->mnuPopupGroups->menuAction());
     m_ui->menuBar->removeAction(m_ui->mnuPopupContacts->menuAction());
@@ -72,11 +84,8 @@ void PhoneBook::ConnectLists()
     connect(&contacts, &ContactListView::OpenAsked, m_ui->mnuEditContact, &QAction::trigger);
     connect(&contacts, &QTreeView::customContextMenuRequested, this,
             [this](const QPoint &position) { PopUp(*m_ui->mnuPopupContacts, *m_ui->lvwContacts, position); });
-    connect(&groups, &QTreeView::customContextMenuRequested, this, [this](const QPoint &position) {
-        // A right click on the chosen group chooses it as well.
-        m_lists->ClearFind();
-        PopUp(*m_ui->mnuPopupGroups, *m_ui->lvwGroups, position);
-    });
+    connect(&groups, &QTreeView::customContextMenuRequested, this,
+            [this](const QPoint &position) { PopUp(*m_ui->mnuPopupGroups, *m_ui->lvwGroups, position); });
 }
 
 /// A new command is one row here and one function of the command classes.
@@ -276,15 +285,32 @@ void PhoneBook::Status(const QString &text)
 
 void PhoneBook::AddNotice(const QString &notice)
 {
-    if (!notice.isEmpty())
-        m_notices += notice;
+    if (notice.isEmpty())
+        return;
+    m_notices += notice;
+    KeepNotices();
+}
+
+QString PhoneBook::TakeNotices()
+{
+    const QString notices = std::exchange(m_notices, {}).join("; "_L1);
+    KeepNotices();
+    return notices;
 }
 
 void PhoneBook::TellNotices()
 {
     // While nobody can see the window, the notices wait.
     if (m_isLoaded && !m_notices.isEmpty())
-        Status(std::exchange(m_notices, {}).join("; "_L1));
+        Status(TakeNotices());
+}
+
+void PhoneBook::KeepNotices()
+{
+    Settings &settings = m_services.window.settings;
+    const QString notices = m_notices.join("; "_L1);
+    if (settings.Get(kSection, kNotice) != notices)
+        settings.Save(kSection, kNotice, notices);
 }
 
 LxGroup &PhoneBook::ChosenGroup() const
@@ -336,6 +362,9 @@ void PhoneBook::Load()
         BuildControls();
     const Settings &settings = m_services.window.settings;
     Controls::RestoreWindowPosition(settings, *this);
+    // A splitter shares out the width that it has, which before the layout is not that of the window.
+    layout()->activate();
+    centralWidget()->layout()->activate();
     const auto groups = Controls::StoredControlSize(settings, *m_ui->picGroupsContainer);
     const auto contacts = Controls::StoredControlSize(settings, *m_ui->picContactsContainer);
     if (groups && contacts)
@@ -361,11 +390,12 @@ bool PhoneBook::event(QEvent *event)
     return event->type() == QEvent::StatusTip || QMainWindow::event(event);
 }
 
-void PhoneBook::showEvent(QShowEvent *event)
+void PhoneBook::setVisible(bool visible)
 {
-    if (!m_isLoaded)
+    // Before it is visible, as what is made in a visible window is laid out later.
+    if (visible && !m_isLoaded)
         Load();
-    QMainWindow::showEvent(event);
+    QMainWindow::setVisible(visible);
 }
 
 void PhoneBook::closeEvent(QCloseEvent *event)

@@ -88,6 +88,10 @@ public:
     /// Saves the phone book, and tells the user when that failed or when the old file was kept beside it.
     bool Autosave();
 
+    /// What is to be told of files that were kept, while this window is not there to tell it; empty for nothing. It is
+    /// the caller's to tell then.
+    [[nodiscard]] QString TakeNotices();
+
     /// Puts a text into the status bar.
     void Status(const QString &text);
 
@@ -100,9 +104,10 @@ public:
     /// The program's end: saves and stores the layout as closing does, and closes whatever came of it.
     void CloseForGood();
 
+    void setVisible(bool visible) override;
+
 protected:
     bool event(QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
@@ -130,6 +135,7 @@ private:
     bool Show(const PhoneBookChange &change);
     void AddNotice(const QString &notice);
     void TellNotices();
+    void KeepNotices();
 
     [[nodiscard]] LxGroup &ChosenGroup() const;
     [[nodiscard]] LxContactList Selected() const;
@@ -151,6 +157,6 @@ private:
     bool m_isLoaded = false;
     /// While the window closes, which saves once itself.
     bool m_isClosing = false;
-    /// What the status bar is to tell when the window is next seen.
+    /// What is to be told in the window that is next seen, if need be at the next start.
     QStringList m_notices;
 };

@@ -22,24 +22,17 @@ PhoneBookLists::PhoneBookLists(const LxPhoneBook &phoneBook, GroupListView &grou
     m_contacts.SetPhoneBook(phoneBook);
     new SelectAllOnFocus(&m_find);
     connect(&m_find, &QLineEdit::textChanged, this, &PhoneBookLists::FindTyped);
-    connect(&m_find, &FindBox::LeaveAsked, this, [this] { m_contacts.setFocus(); });
+    connect(&m_find, &FindBox::EnterPressed, this, [this] { GoToContacts(!m_contacts.HasSelected()); });
+    connect(&m_find, &FindBox::DownPressed, this, [this] { GoToContacts(true); });
     connect(&m_groups, &GroupListView::GroupChosen, this, &PhoneBookLists::ShowChosenGroup);
-    // A click on the chosen group is no change, and yet clears the find text.
-    connect(&m_groups, &QTreeView::clicked, this, &PhoneBookLists::ClearFind);
     connect(&m_contacts, &ContactListView::SelectionChanged, this, &PhoneBookLists::SituationChanged);
-    const auto notice = [this](const NameListView &list, bool isGroups) {
-        connect(&list, &NameListView::GotFocus, this, [this, isGroups] {
-            m_isInGroups = isGroups;
-            emit SituationChanged();
-        });
-    };
-    notice(m_groups, true);
-    notice(m_contacts, false);
+    connect(&m_find, &FindBox::GotFocus, this, [this] { WentTo(MenuRules::Place::Find); });
+    connect(&m_groups, &NameListView::GotFocus, this, [this] { WentTo(MenuRules::Place::Groups); });
+    connect(&m_contacts, &NameListView::GotFocus, this, [this] { WentTo(MenuRules::Place::Contacts); });
 }
 
 void PhoneBookLists::Load(const Settings &settings)
 {
-    m_isInGroups = false;
     m_contacts.RestoreColumns(settings);
     m_groups.Fill();
     SelectGroup(m_phoneBook.AllContacts());
@@ -99,7 +92,7 @@ LxContactList PhoneBookLists::Selected() const
 
 MenuRules::Situation PhoneBookLists::CurrentSituation() const
 {
-    return {.isInGroups = m_isInGroups,
+    return {.place = m_place,
             .isEveryoneChosen = &ChosenGroup() == &m_phoneBook.AllContacts(),
             .hasSelectedContact = m_contacts.HasSelected(),
             .hasRows = m_contacts.RowCount() > 0,
@@ -124,12 +117,6 @@ void PhoneBookLists::SelectGroup(const LxGroup &group)
     ShowChosenGroup();
 }
 
-void PhoneBookLists::ClearFind()
-{
-    if (!m_find.text().isEmpty())
-        ShowChosenGroup();
-}
-
 void PhoneBookLists::EditGroupName()
 {
     m_groups.EditCurrentName();
@@ -139,6 +126,19 @@ void PhoneBookLists::CommitEditors()
 {
     m_groups.CommitEditor();
     m_contacts.CommitEditor();
+}
+
+void PhoneBookLists::GoToContacts(bool selectFirst)
+{
+    m_contacts.setFocus();
+    if (selectFirst)
+        m_contacts.SelectFirst();
+}
+
+void PhoneBookLists::WentTo(MenuRules::Place place)
+{
+    m_place = place;
+    emit SituationChanged();
 }
 
 void PhoneBookLists::ShowChosenGroup()

@@ -34,7 +34,7 @@ public:
 
     [[nodiscard]] LxGroup &ChosenGroup() const;
     [[nodiscard]] LxContactList Selected() const;
-    [[nodiscard]] bool IsInGroups() const { return m_isInGroups; }
+    [[nodiscard]] bool IsInGroups() const { return m_place == MenuRules::Place::Groups; }
     [[nodiscard]] MenuRules::Situation CurrentSituation() const;
 
     /// Such as "4 contacts", or "2 contacts found" while there is a find text.
@@ -43,7 +43,6 @@ public:
     void SelectContact(const LxContact &contact);
     /// Nothing for a group without a row.
     void SelectGroup(const LxGroup &group);
-    void ClearFind();
     void EditGroupName();
     void CommitEditors();
 
@@ -54,6 +53,8 @@ signals:
     void SituationChanged();
 
 private:
+    void GoToContacts(bool selectFirst);
+    void WentTo(MenuRules::Place place);
     void ShowChosenGroup();
     void FindTyped();
 
@@ -61,6 +62,5 @@ private:
     GroupListView &m_groups;
     ContactListView &m_contacts;
     FindBox &m_find;
-    /// Whether the list of groups had the focus last; opening a menu by keyboard takes it away.
-    bool m_isInGroups = false;
+    MenuRules::Place m_place = MenuRules::Place::Find;
 };

@@ -4,6 +4,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
+#include <QMenu>
 #include <QStatusBar>
 #include <QTest>
 
@@ -27,6 +28,47 @@ struct PhoneBookFixture : WindowFixture
     }
 
     [[nodiscard]] QString Status() const { return Control<QStatusBar>(phoneBook, "sbStatusBar").currentMessage(); }
+
+    /// Which of the commands that are not always there can be given, by letters, and how each twin in a pop-up differs.
+    [[nodiscard]] QString Enabled() const
+    {
+        const std::pair<QChar, const char *> entries[] = {
+            {u'D', "mnuDelete"},
+            {u'P', "mnuEditContact mnuPopupEditContact mnuPopupDeleteContacts mnuAddContactsTo mnuPopupAddContactsTo "
+                   "mnuAddContactsToNewGroup mnuPopupAddContactsToNewGroup"},
+            {u'E', "mnuAddContactsToExistingGroup mnuPopupAddContactsToExistingGroup"},
+            {u'A', "mnuRemoveContactsFrom mnuPopupRemoveContactsFrom mnuRemoveContactsFromAllGroups "
+                   "mnuPopupRemoveContactsFromAllGroups"},
+            {u'T', "mnuRemoveContactsFromThisGroup mnuPopupRemoveContactsFromThisGroup"},
+            {u'S', "mnuSelectAllContacts"},
+            {u's', "mnuPopupSelectAllContacts"},
+            {u'R', "mnuEditGroupName mnuPopupRenameGroup mnuPopupDeleteGroup"},
+            {u'N', "mnuAddContact mnuNewGroup actNewContact actProperties actNewGroup actImport mnuContactsImport "
+                   "mnuContactsExport mnuBackup mnuRestore mnuMergeDuplicates mnuExclude mnuExit mnuOnlineHelp"}};
+        QString letters;
+        for (const auto &[letter, names] : entries) {
+            const QStringList twins = QString::fromLatin1(names).split(u' ');
+            const auto isEnabled = [this](const QString &name) {
+                const auto *menu = phoneBook.findChild<QMenu *>(name);
+                return menu ? menu->menuAction()->isEnabled()
+                            : Control<QAction>(phoneBook, name.toLatin1()).isEnabled();
+            };
+            const auto count = std::count_if(twins.begin(), twins.end(), isEnabled);
+            letters += count == 0 ? QString() : count == twins.size() ? QString(letter) : letter + QStringLiteral("?");
+        }
+        return letters;
+    }
+
+    /// Presses and lets go of a button over a row's name.
+    void Click(const QTreeView &list, int row, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers modifiers = {}) const
+    {
+        QTest::mouseClick(list.viewport(), button, modifiers, Place(list, row));
+    }
+    [[nodiscard]] static QPoint Place(const QTreeView &list, int row)
+    {
+        return list.visualRect(list.model()->index(row, 0)).center();
+    }
 
     void ChooseGroup(int row) const { Groups().setCurrentIndex(Groups().model()->index(row, 0)); }
 

@@ -1,4 +1,5 @@
 #include "Files.h"
+#include "Mirror.h"
 #include "PhoneBookWindow.h"
 #include "RowKeys.h"
 #include "YesPrompts.h"
@@ -17,6 +18,7 @@ class TestPhoneBookSequences final : public QObject, private YesProfile, private
     Q_OBJECT
 
     QRandomGenerator m_random;
+    QList<Mirror *> m_mirrors;
 
     [[nodiscard]] QString Name()
     {
@@ -113,6 +115,11 @@ class TestPhoneBookSequences final : public QObject, private YesProfile, private
                 return u"no row for "_s + contact->Name();
         }
 
+        for (const Mirror *mirror : m_mirrors) {
+            if (const QString stale = mirror->Stale(); !stale.isEmpty())
+                return stale;
+        }
+
         const QString copy = home.filePath(u"copy.kpb"_s);
         book.Backup(copy);
         return ReadBytes(copy) == ReadBytes(book.FileName()) ? QString() : u"the file"_s;
@@ -136,8 +143,10 @@ private slots:
         settings.Save(u"Import Contacts"_s, u"FileName"_s, home.filePath(u"people"_s));
         phoneBook.LoadData();
         phoneBook.show();
-        for (const QTreeView *list : {&Groups(), &Contacts()})
+        for (const QTreeView *list : {&Groups(), &Contacts()}) {
             new QAbstractItemModelTester(list->model(), this);
+            m_mirrors += new Mirror(list->model());
+        }
         QTimer answers;
         answers.callOnTimeout(this, [this] { AnswerDialog(); });
         answers.start(0);

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QMenu>
 #include <QPushButton>
+#include <QSplitter>
 
 using namespace Qt::StringLiterals;
 
@@ -119,6 +120,118 @@ private slots:
         QCOMPARE(f.Contacts().model()->index(0, 2).data().toString(), isGroup ? name : u"Work"_s);
     }
 
+    // What had the focus last, the chosen group, whether the second contact is selected; what can be given.
+    TABLE_TEST(commandsCanBeGivenWhereTheyDoSomething, (const QString &situation, const QString &enabled),
+               u"find 0 -> SsN", u"find 0 selected -> PEASsN", u"find 1 -> SsRN", u"contacts 0 -> SsN",
+               u"contacts 0 selected -> DPEASsN", u"contacts 1 selected -> DPEATSsRN", u"groups 0 selected -> PEAsN",
+               u"groups 1 -> DsRN", u"groups 2 -> DRN", u"alone 0 selected -> DPSsN")
+    {
+        PhoneBookFixture f;
+        const QStringList words = situation.split(u' ');
+        if (words[0] == u"alone")
+            f.Book().Groups().DestroyGroup(f.work);
+        else
+            f.Book().Groups().CreateGroup(u"Empty"_s);
+        f.Open();
+        f.ChooseGroup(words[1].toInt());
+        if (words.size() > 2)
+            f.Select({1});
+        QWidget *places[] = {&f.Find(), &f.Groups(), &f.Contacts()};
+        places[words[0] == u"find" ? 0 : words[0] == u"groups" ? 1 : 2]->setFocus();
+        QCOMPARE(f.Enabled(), enabled);
+    }
+
+    void mouseActsOnTheRowThatIsClicked()
+    {
+        QApplication::setDoubleClickInterval(50);
+        PhoneBookFixture f;
+        f.Open();
+        const auto waits = [] { QTest::qWait(2 * QApplication::doubleClickInterval()); };
+        f.Contacts().setFocus();
+        f.Click(f.Contacts(), 0);
+        f.Click(f.Contacts(), 2, Qt::LeftButton, Qt::ControlModifier);
+        f.Click(f.Contacts(), 2);
+        QCOMPARE(f.Rows(f.Contacts()), u"Ann Bob Élan*< Zoe"_s);
+        waits();
+        QVERIFY(!f.Editor(f.Contacts())); // several were selected
+        f.Click(f.Contacts(), 2);
+        QTest::keyClick(&f.Contacts(), Qt::Key_F2);
+        QVERIFY(f.Editor(f.Contacts())); // at once
+        QTest::keyClick(f.Editor(f.Contacts()), Qt::Key_Escape);
+        f.Click(f.Contacts(), 2);
+        f.prompts.ExpectBox(u"Are you sure you want to permanently delete 'Élan' from your phone book?"_s,
+                            PromptIcon::Question, PromptAnswer::No, u"Delete Contacts?"_s);
+        QTest::keyClick(&f.Contacts(), Qt::Key_Delete);
+        waits();
+        QVERIFY(!f.Contacts().viewport()->findChild<QLineEdit *>() || f.Editor(f.Contacts())->isHidden());
+        f.Click(f.Contacts(), 2);
+        QTRY_VERIFY(f.Editor(f.Contacts()) && f.Editor(f.Contacts())->isVisible());
+        f.Editor(f.Contacts())->setText(u"Ella"_s);
+        QTest::keyClick(f.Editor(f.Contacts()), Qt::Key_Tab);
+        QTRY_COMPARE(f.Rows(f.Contacts()), u"Ann Bob Ella*< Zoe"_s);
+        QVERIFY(!f.Editor(f.Contacts()) || f.Editor(f.Contacts())->isHidden()); // nor one on the next name
+
+        f.Click(f.Contacts(), 3, Qt::LeftButton, Qt::ControlModifier);
+        WhenDialogOpens(u"ContactProperties"_s,
+                        [](QDialog &dialog) { QCOMPARE(Control<QLineEdit>(dialog, "txtName").text(), u"Zoe"_s); });
+        QTest::mouseDClick(f.Contacts().viewport(), Qt::LeftButton, {}, f.Place(f.Contacts(), 3));
+        QCoreApplication::processEvents();
+        waits();
+        QVERIFY(!f.Editor(f.Contacts()) || f.Editor(f.Contacts())->isHidden());
+    }
+
+    TABLE_TEST(aClickOnTheChosenGroupRefillsIt, (Qt::MouseButton button), {"left", Qt::LeftButton},
+               {"right", Qt::RightButton})
+    {
+        PhoneBookFixture f;
+        f.Open();
+        f.Click(f.Groups(), 1, button);
+        QCOMPARE(f.Status(), u"2 contacts"_s);
+        f.Select({0});
+        f.Trigger(u"mnuRemoveContactsFromThisGroup"_s);
+        f.Find().setText(u"b"_s);
+        f.Click(f.Groups(), 1, button);
+        QCOMPARE(f.Rows(f.Contacts()) + f.Find().text(), u"Bob"_s);
+        QTest::mouseClick(f.Groups().viewport(), Qt::LeftButton, Qt::ControlModifier, f.Place(f.Groups(), 1));
+        QCOMPARE(f.Rows(f.Groups()), u"Everyone Work*<"_s);
+    }
+
+    void layoutComesBack()
+    {
+        PhoneBookFixture f;
+        f.Open();
+        const auto layout = [&f] {
+            const auto &splitter = Control<QSplitter>(f.phoneBook, "Splitter1");
+            return u"%1 %2 %3 %4 %5"_s.arg(f.phoneBook.width())
+                .arg(f.phoneBook.height())
+                .arg(splitter.sizes().first())
+                .arg(f.Contacts().columnWidth(0))
+                .arg(f.Contacts().columnWidth(1));
+        };
+        f.phoneBook.resize(640, 480);
+        Control<QSplitter>(f.phoneBook, "Splitter1").setSizes({222, 400});
+        f.Contacts().setColumnWidth(0, 101);
+        f.Contacts().setColumnWidth(1, 99);
+        const QString before = layout();
+        QVERIFY(f.phoneBook.close());
+        const QString width = f.settings.Get(u"PhoneBook"_s, u"Width"_s);
+        auto book = std::make_unique<LxPhoneBook>(f.countries, f.clock);
+        book->OpenPhoneBook(f.home.filePath(u"other.kpb"_s));
+        PhoneBook again({f.countries, f.clock, f.services}, std::move(book));
+        again.show();
+        QCOMPARE(Control<QTreeView>(again, "lvwContacts").columnWidth(1), 99);
+        QCOMPARE(Control<QSplitter>(again, "Splitter1").sizes().first(), 222);
+        again.showMaximized();
+        again.CloseForGood();
+        QCOMPARE(f.settings.Get(u"PhoneBook"_s, u"Width"_s), width);
+        f.phoneBook.resize(300, 300);
+        Control<QSplitter>(f.phoneBook, "Splitter1").setSizes({100, 200});
+        f.Contacts().setColumnWidth(0, 50);
+        f.phoneBook.show();
+        QCOMPARE(layout(), before);
+        QVERIFY(!f.Contacts().header()->sectionsMovable());
+    }
+
     void commandsTakeWhatTheEditorHolds()
     {
         PhoneBookFixture f;
@@ -216,13 +329,27 @@ private slots:
     {
         PhoneBookFixture f;
         f.Open();
-        QTest::keyClick(&f.Find(), Qt::Key_Return);
         QTest::keyClick(&f.Contacts(), Qt::Key_Return); // nothing is selected
+        QTest::keyClick(&f.Find(), Qt::Key_Return);
+        QVERIFY(f.Contacts().hasFocus());
+        QCOMPARE(f.Rows(f.Contacts()), u"Ann*< Bob Élan Zoe"_s);
+        f.Select({2});
+        f.Find().setFocus();
+        QTest::keyClick(&f.Find(), Qt::Key_Return);
+        QCOMPARE(f.Rows(f.Contacts()), u"Ann Bob Élan*< Zoe"_s);
+        f.Contacts().setCurrentIndex(f.Contacts().currentIndex().siblingAtColumn(1));
+        QTest::keyClick(&f.Contacts(), Qt::Key_Z); // whichever column was clicked
+        QCOMPARE(f.Rows(f.Contacts()), u"Ann Bob Élan Zoe*<"_s);
+        QTest::keyClick(&f.Find(), Qt::Key_Down);
+        QCOMPARE(f.Rows(f.Contacts()), u"Ann*< Bob Élan Zoe"_s);
         QTest::keyClick(&f.phoneBook, Qt::Key_A, Qt::ControlModifier);
         QCOMPARE(f.Contacts().selectionModel()->selectedRows().size(), 4);
         QContextMenuEvent byKey(QContextMenuEvent::Keyboard, {5, 5}, f.Contacts().mapToGlobal(QPoint(5, 5)));
         QApplication::sendEvent(&f.Contacts(), &byKey);
         auto &menu = Control<QMenu>(f.phoneBook, "mnuPopupContacts");
+        QVERIFY(menu.isVisible());
+        QTest::keyClick(&menu, Qt::Key_Escape);
+        QTest::keyClick(&f.Contacts(), Qt::Key_F10, Qt::ShiftModifier);
         QVERIFY(menu.isVisible());
         QTest::keyClick(&menu, Qt::Key_Escape);
         f.Groups().setFocus();
