@@ -1,6 +1,6 @@
 #include "SampleData.h"
 
-#include "LxCountryList.h"
+#include "SampleCountries.h"
 
 #include <array>
 
@@ -26,11 +26,12 @@ QByteArray PhoneBookFile(int contacts, int groups)
     return text;
 }
 
-void FillCountries(LxCountryList &countries)
+LxCountryList Countries()
 {
+    LxCountryList countries = SampleCountries();
     for (qint16 code = 200; code < 430; ++code)
         countries.Add({u"Country %1"_s.arg(code), code, false});
-    countries.Add({u"United Kingdom"_s, 44, true});
+    return countries;
 }
 
 } // namespace SampleData

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QByteArray>
+#include "LxCountryList.h"
 
-class LxCountryList;
+#include <QByteArray>
 
 /// Made-up data of a fixed size, the same in each run.
 namespace SampleData {
@@ -12,6 +12,6 @@ namespace SampleData {
 [[nodiscard]] QByteArray PhoneBookFile(int contacts, int groups);
 
 /// The countries of PhoneBookFile among as many as the program ships.
-void FillCountries(LxCountryList &countries);
+[[nodiscard]] LxCountryList Countries();
 
 } // namespace SampleData

@@ -1,7 +1,8 @@
+#include "Files.h"
 #include "LxContact.h"
 #include "LxGroup.h"
-#include "PhoneBookFixture.h"
 #include "SampleData.h"
+#include "TimedWindow.h"
 
 #include <QFile>
 #include <QPlainTextEdit>
@@ -11,21 +12,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray FileContent(const QString &path)
-{
-    QFile file(path);
-    Require(file.open(QIODevice::ReadOnly));
-    return file.readAll();
-}
-
 /// Three in ten contacts have the number of one before, and are in other groups.
 void MergeDuplicates(benchmark::State &state)
 {
     const auto count = static_cast<int>(state.range(0));
     const int kept = count / 10 * 7;
     for (auto _ : state) {
-        PhoneBookFixture fixture(SampleData::PhoneBookFile(kept, PhoneBookFixture::kGroups) +
-                                 SampleData::PhoneBookFile(count - kept, PhoneBookFixture::kGroups - 1));
+        TimedWindow fixture(SampleData::PhoneBookFile(kept, TimedWindow::kGroups) +
+                            SampleData::PhoneBookFile(count - kept, TimedWindow::kGroups - 1));
         fixture.Show();
         Require(fixture.RowCount() == count);
         Time(state, fixture, [&] { fixture.Trigger(u"mnuMergeDuplicates"_s); });
@@ -64,10 +58,9 @@ void DeleteMany(benchmark::State &state, bool matches)
 {
     const auto lineCount = static_cast<int>(state.range(0));
     for (auto _ : state) {
-        PhoneBookFixture fixture(100 * lineCount);
+        TimedWindow fixture(100 * lineCount);
         fixture.Show();
-        const QString lines =
-            matches ? LinesOfEveryHundredth(fixture.phoneBook.AllContacts()) : LinesOfNobody(lineCount);
+        const QString lines = matches ? LinesOfEveryHundredth(fixture.Book().AllContacts()) : LinesOfNobody(lineCount);
         Require(lines.count(u'\n') + 1 == lineCount);
         Time(state, fixture, [&] {
             fixture.Trigger(u"mnuExclude"_s, [&lines](QWidget &dialog) {
@@ -114,14 +107,15 @@ void Import(benchmark::State &state, bool hasAddresses)
 {
     const auto count = static_cast<int>(state.range(0));
     for (auto _ : state) {
-        PhoneBookFixture fixture(0);
-        const QString path = fixture.folder.filePath(u"contacts.csv"_s);
-        WriteFile(path, ForeignFile(count, hasAddresses));
+        TimedWindow fixture(0);
+        const QString path = fixture.home.filePath(u"contacts.csv"_s);
+        Require(WriteBytes(path, ForeignFile(count, hasAddresses)));
         fixture.settings.Save(u"Import Contacts"_s, u"FileName"_s, path);
         fixture.Show();
         Time(state, fixture, [&] { fixture.Trigger(u"mnuContactsImport"_s, Accept); });
-        Require(fixture.RowCount() == count && fixture.phoneBook.AllContacts().Count() == count);
-        Require(fixture.phoneBook.Groups().Count() == 2);
+        LxPhoneBook &phoneBook = fixture.Book();
+        Require(fixture.RowCount() == count && phoneBook.AllContacts().Count() == count);
+        Require(phoneBook.Groups().Count() == 2);
     }
 }
 BENCHMARK_CAPTURE(Import, NamesAndNumbers, false)
@@ -139,13 +133,13 @@ BENCHMARK_CAPTURE(Import, Addresses, true)
 
 void Export(benchmark::State &state)
 {
-    PhoneBookFixture fixture(static_cast<int>(state.range(0)));
-    fixture.prompts.file = fixture.folder.filePath(u"export.csv"_s);
+    TimedWindow fixture(static_cast<int>(state.range(0)));
+    fixture.prompts.file = fixture.home.filePath(u"export.csv"_s);
     fixture.Show();
     for (auto _ : state) {
         Time(state, fixture, [&] { fixture.Trigger(u"mnuContactsExport"_s); });
         constexpr int kHeadingLines = 5;
-        Require(FileContent(fixture.prompts.file).count('\n') == kHeadingLines + state.range(0));
+        Require(ReadBytes(fixture.prompts.file).count('\n') == kHeadingLines + state.range(0));
         QFile::remove(fixture.prompts.file);
     }
 }
@@ -153,13 +147,13 @@ BENCHMARK(Export)->Arg(50'000)->Arg(100'000)->Unit(benchmark::kMillisecond)->Use
 
 void Backup(benchmark::State &state)
 {
-    const QByteArray phoneBook = SampleData::PhoneBookFile(static_cast<int>(state.range(0)), PhoneBookFixture::kGroups);
-    PhoneBookFixture fixture(phoneBook);
-    fixture.prompts.file = fixture.folder.filePath(u"backup.kpb"_s);
+    const QByteArray phoneBook = SampleData::PhoneBookFile(static_cast<int>(state.range(0)), TimedWindow::kGroups);
+    TimedWindow fixture(phoneBook);
+    fixture.prompts.file = fixture.home.filePath(u"backup.kpb"_s);
     fixture.Show();
     for (auto _ : state) {
         Time(state, fixture, [&] { fixture.Trigger(u"mnuBackup"_s); });
-        Require(FileContent(fixture.prompts.file) == phoneBook);
+        Require(ReadBytes(fixture.prompts.file) == phoneBook);
         QFile::remove(fixture.prompts.file);
     }
 }
@@ -169,9 +163,9 @@ void Restore(benchmark::State &state)
 {
     const auto count = static_cast<int>(state.range(0));
     for (auto _ : state) {
-        PhoneBookFixture fixture(count - 1);
-        fixture.prompts.file = fixture.folder.filePath(u"backup.kpb"_s);
-        WriteFile(fixture.prompts.file, SampleData::PhoneBookFile(count, PhoneBookFixture::kGroups));
+        TimedWindow fixture(count - 1);
+        fixture.prompts.file = fixture.home.filePath(u"backup.kpb"_s);
+        Require(WriteBytes(fixture.prompts.file, SampleData::PhoneBookFile(count, TimedWindow::kGroups)));
         fixture.Show();
         Time(state, fixture, [&] { fixture.Trigger(u"mnuRestore"_s); });
         Require(fixture.RowCount() == count);

@@ -1,5 +1,6 @@
 #include "GatewayProtocol.h"
 #include "LxMessage.h"
+#include "Require.h"
 
 #include <benchmark/benchmark.h>
 
@@ -38,8 +39,7 @@ void BuildEncodeAndParse(benchmark::State &state)
         const QString document = SendingSMS::BuildMessageRequest(requests, u"ann@mail.example"_s, u"ann"_s, u"pw"_s);
         const QByteArray body = SendingSMS::FormBody(document);
         const SendingSMS::Reply reply = SendingSMS::CheckResponse(text, requests);
-        if (reply.count != static_cast<int>(requests.size()) || reply.code != 0)
-            std::abort();
+        Require(reply.count == static_cast<int>(requests.size()) && reply.code == 0);
         state.counters["body_bytes"] = static_cast<double>(body.size());
     }
 }

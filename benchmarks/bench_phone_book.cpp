@@ -1,6 +1,6 @@
 #include "Clock.h"
-#include "LxCountryList.h"
 #include "LxPhoneBook.h"
+#include "Require.h"
 #include "SampleData.h"
 #include "TextFile.h"
 
@@ -22,24 +22,19 @@ constexpr int kGroups = 200;
 /// A phone-book file on disk and the countries that it needs.
 struct Fixture
 {
-    Fixture()
-    {
-        SampleData::FillCountries(countries);
-        Write(bytes);
-    }
+    Fixture() { Write(bytes); }
 
     void Write(const QByteArray &content) const
     {
         QFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
-            std::abort();
+        Require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush());
         ::fsync(file.handle());
     }
 
     QTemporaryDir folder;
     QString path = folder.filePath(u"sample.kpb"_s);
     QByteArray bytes = SampleData::PhoneBookFile(kContacts, kGroups);
-    LxCountryList countries;
+    LxCountryList countries = SampleData::Countries();
     SystemClock clock;
 };
 
@@ -49,8 +44,7 @@ void OpenBaseline(benchmark::State &state)
     const Fixture fixture;
     for (auto _ : state) {
         QFile file(fixture.path);
-        if (!file.open(QIODevice::ReadOnly))
-            std::abort();
+        Require(file.open(QIODevice::ReadOnly));
         const QString text = TextFile::Decode(file.readAll());
         for (const QString &line : text.split(u"\r\n"_s))
             benchmark::DoNotOptimize(line.split(u','));
@@ -64,8 +58,7 @@ void OpenPhoneBook(benchmark::State &state)
     for (auto _ : state) {
         auto phoneBook = std::make_unique<LxPhoneBook>(fixture.countries, fixture.clock);
         phoneBook->OpenPhoneBook(fixture.path);
-        if (phoneBook->AllContacts().Count() != kContacts)
-            std::abort();
+        Require(phoneBook->AllContacts().Count() == kContacts);
         state.PauseTiming();
         phoneBook.reset();
         state.ResumeTiming();

@@ -1,6 +1,8 @@
 #include "ContactColumns.h"
 #include "LxGroup.h"
-#include "PhoneBookFixture.h"
+#include "NameListView.h"
+#include "RowKeys.h"
+#include "TimedWindow.h"
 
 #include <QAbstractItemModel>
 #include <QElapsedTimer>
@@ -18,7 +20,7 @@ constexpr int kContacts = 100'000;
 void OpenWindow(benchmark::State &state)
 {
     for (auto _ : state) {
-        PhoneBookFixture fixture(kContacts);
+        TimedWindow fixture(kContacts);
         QElapsedTimer timer;
         timer.start();
         fixture.Show();
@@ -32,7 +34,7 @@ void MemoryOfContacts(benchmark::State &state)
 {
     for (auto _ : state) {
         const size_t before = mallinfo2().uordblks;
-        PhoneBookFixture fixture(kContacts);
+        TimedWindow fixture(kContacts);
         fixture.Show();
         fixture.Trigger(u"mnuPopupSelectAllContacts"_s);
         fixture.ClickHeader(ContactColumns::Name);
@@ -45,14 +47,14 @@ BENCHMARK(MemoryOfContacts)->Unit(benchmark::kMillisecond)->Iterations(3);
 /// The last character of a text is typed into the find box.
 void TypeToFind(benchmark::State &state, const QString &text)
 {
-    PhoneBookFixture fixture(kContacts);
+    TimedWindow fixture(kContacts);
     fixture.Show();
     for (auto _ : state) {
-        fixture.find->setText(text.chopped(1));
+        fixture.Find().setText(text.chopped(1));
         fixture.Settle();
         Time(state, fixture, [&] {
             QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, text.right(1));
-            QCoreApplication::sendEvent(fixture.find, &press);
+            QCoreApplication::sendEvent(&fixture.Find(), &press);
         });
         state.counters["rows"] = fixture.RowCount();
     }
@@ -65,7 +67,7 @@ BENCHMARK_CAPTURE(TypeToFind, None, u"z"_s)->Unit(benchmark::kMillisecond)->UseM
 /// A click on a column that is not yet sorted by, with as many rows selected as the argument says.
 void ClickColumn(benchmark::State &state, int column)
 {
-    PhoneBookFixture fixture(kContacts);
+    TimedWindow fixture(kContacts);
     fixture.Show();
     if (state.range(0) > 0)
         fixture.SelectRows(static_cast<int>(state.range(0)));
@@ -97,7 +99,7 @@ BENCHMARK_CAPTURE(ClickColumn, GroupMembership, ContactColumns::GroupMembership)
 void DeleteSelected(benchmark::State &state)
 {
     for (auto _ : state) {
-        PhoneBookFixture fixture(static_cast<int>(100 * state.range(0)));
+        TimedWindow fixture(static_cast<int>(100 * state.range(0)));
         fixture.Show();
         fixture.SelectRows(static_cast<int>(state.range(0)));
         Time(state, fixture, [&] { fixture.Trigger(u"mnuPopupDeleteContacts"_s); });
@@ -109,12 +111,12 @@ BENCHMARK(DeleteSelected)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond)->U
 void AddToGroup(benchmark::State &state)
 {
     for (auto _ : state) {
-        PhoneBookFixture fixture(static_cast<int>(10 * state.range(0)));
+        TimedWindow fixture(static_cast<int>(10 * state.range(0)));
         fixture.Show();
         fixture.SelectRows(static_cast<int>(state.range(0)));
         // The dialog's first group is taken.
         Time(state, fixture, [&] { fixture.Trigger(u"mnuPopupAddContactsToExistingGroup"_s, Accept); });
-        LxGroup &group = *fixture.phoneBook.GroupsExcludingAllContacts().GetFirstGroup();
+        LxGroup &group = *fixture.Book().GroupsExcludingAllContacts().GetFirstGroup();
         Require(group.Count() >= state.range(0));
     }
 }
@@ -122,21 +124,22 @@ BENCHMARK(AddToGroup)->Arg(5'000)->Arg(10'000)->Unit(benchmark::kMillisecond)->U
 
 void RenameGroup(benchmark::State &state)
 {
-    PhoneBookFixture fixture(static_cast<int>(2 * state.range(0)));
+    TimedWindow fixture(static_cast<int>(2 * state.range(0)));
     fixture.Show();
-    LxGroup &group = fixture.window.CreateNewGroup(false);
+    LxGroup &group = fixture.phoneBook.CreateNewGroup(false);
     int place = 0;
-    for (const LxContactPtr &contact : fixture.phoneBook.AllContacts()) {
+    for (const LxContactPtr &contact : fixture.Book().AllContacts()) {
         if (++place % 2 == 0)
             group.Add(contact);
     }
-    fixture.find->setFocus();
-    fixture.window.SelectGroup(group);
+    fixture.Find().setFocus();
+    fixture.phoneBook.SelectGroup(group);
     fixture.Settle();
     int round = 0;
     for (auto _ : state) {
         Time(state, fixture, [&] {
-            fixture.groups->model()->setData(fixture.groups->currentIndex(), u"Big %1"_s.arg(++round), Qt::EditRole);
+            emit Control<NameListView>(fixture.phoneBook, "lvwGroups")
+                .NameTyped(RowKeys::OfGroup(group.GroupID()), u"Big %1"_s.arg(++round));
         });
     }
     Require(group.Name() == u"Big %1"_s.arg(round));

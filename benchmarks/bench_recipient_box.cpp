@@ -1,11 +1,11 @@
 #include "Clock.h"
-#include "LxCountryList.h"
+#include "Files.h"
 #include "LxPhoneBook.h"
 #include "RecipientBox.h"
+#include "Require.h"
 #include "SampleData.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLineEdit>
 #include <QTemporaryDir>
 
@@ -20,20 +20,15 @@ struct Fixture
 {
     Fixture()
     {
-        SampleData::FillCountries(countries);
         const QString path = folder.filePath(u"sample.kpb"_s);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            std::abort();
-        file.write(SampleData::PhoneBookFile(100'000, 200));
-        file.close();
+        Require(WriteBytes(path, SampleData::PhoneBookFile(100'000, 200)));
         phoneBook.OpenPhoneBook(path);
         box.show();
         QCoreApplication::processEvents();
     }
 
     QTemporaryDir folder;
-    LxCountryList countries;
+    LxCountryList countries = SampleData::Countries();
     SystemClock clock;
     LxPhoneBook phoneBook{countries, clock};
     RecipientBox box;

@@ -1,21 +1,20 @@
 #include "ApplicationModule.h"
 #include "DesktopSeams.h"
+#include "Files.h"
 #include "LxPhoneBook.h"
+#include "Machine.h"
+#include "Require.h"
 #include "SampleData.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QMainWindow>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -55,23 +54,14 @@ int RunChild(int argc, char *argv[], bool isEmpty)
 
 void Start(benchmark::State &state, const char *what)
 {
-    const QTemporaryDir profile;
-    qputenv("XDG_DATA_HOME", QFile::encodeName(profile.filePath(u"data"_s)));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(profile.filePath(u"config"_s)));
-    const QString path = LxPhoneBook::DefaultFileName();
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        std::abort();
-    file.write(SampleData::PhoneBookFile(10'000, 200));
-    file.close();
+    const Machine machine;
+    Require(WriteBytes(LxPhoneBook::DefaultFileName(), SampleData::PhoneBookFile(10'000, 200)));
     for (auto _ : state) {
         QProcess child;
         QElapsedTimer timer;
         timer.start();
         child.start(QCoreApplication::applicationFilePath(), {u"--child"_s, QString::fromLatin1(what)});
-        if (!child.waitForReadyRead())
-            std::abort();
+        Require(child.waitForReadyRead());
         // Tidying up is no part of the start.
         state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) / 1e9);
         child.waitForFinished();

@@ -1,4 +1,5 @@
 #include "CsvLine.h"
+#include "InputBytes.h"
 #include "Require.h"
 #include "TextFile.h"
 #include "Utils.h"

@@ -1,11 +1,12 @@
 #include "Clock.h"
-#include "Countries.h"
 #include "Error.h"
 #include "ExportFile.h"
+#include "InputBytes.h"
 #include "LxPhoneBook.h"
 #include "PhoneBookFile.h"
 #include "PhoneNumbers.h"
 #include "Require.h"
+#include "SampleCountries.h"
 #include "TextFile.h"
 
 #include <QDate>
@@ -68,7 +69,7 @@ bool KeepsNumber(const LxContact &contact, const LxCountryList &countries)
 /// number that the file can hold.
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
-    static const LxCountryList countries = FewCountries();
+    static const LxCountryList countries = SampleCountries();
     const SystemClock clock;
     LxPhoneBook phoneBook(countries, clock);
     Fill(phoneBook, TextFile::Decode(InputBytes(data, size)));

@@ -1,4 +1,5 @@
 #include "GatewayProtocol.h"
+#include "InputBytes.h"
 #include "Require.h"
 #include "TextFile.h"
 

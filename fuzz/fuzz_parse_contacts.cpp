@@ -1,9 +1,10 @@
 #include "Clock.h"
-#include "Countries.h"
 #include "Error.h"
+#include "InputBytes.h"
 #include "LxContactList.h"
 #include "LxPhoneBook.h"
 #include "Require.h"
+#include "SampleCountries.h"
 #include "TextFile.h"
 
 namespace {
@@ -33,7 +34,7 @@ bool Import(const LxContactList &contacts, LxPhoneBook &phoneBook, LxGroup &grou
 /// the first without a country.
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
-    static const LxCountryList countries = FewCountries();
+    static const LxCountryList countries = SampleCountries();
     const SystemClock clock;
     const QString text = TextFile::DecodeForeign(InputBytes(data, size));
     LxPhoneBook parsed(countries, clock);

@@ -1,9 +1,10 @@
-#include "Countries.h"
 #include "Error.h"
+#include "InputBytes.h"
 #include "LxContact.h"
 #include "LxGroup.h"
 #include "PhoneBookFile.h"
 #include "Require.h"
+#include "SampleCountries.h"
 #include "TextFile.h"
 #include "TextWriter.h"
 
@@ -47,7 +48,7 @@ std::vector<PhoneBookFile::Record> Records(const QString &text)
 /// Reading ends, and the contacts that were accepted are read again, whole and with their groups, from a file of them.
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
-    static const LxCountryList countries = FewCountries();
+    static const LxCountryList countries = SampleCountries();
     const QString text = TextFile::Decode(InputBytes(data, size));
     LxGroupList groups;
     LxGroup &everyone = groups.CreateGroup(u"Everyone"_s);

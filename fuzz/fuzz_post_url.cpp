@@ -1,3 +1,4 @@
+#include "InputBytes.h"
 #include "PostUrl.h"
 #include "Require.h"
 #include "TextFile.h"

@@ -1,3 +1,4 @@
+#include "InputBytes.h"
 #include "ProxyServer.h"
 #include "Require.h"
 #include "TextFile.h"

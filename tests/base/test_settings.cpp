@@ -41,7 +41,7 @@ private slots:
     }
     void cleanup() { m_prompts.VerifyAllCame(); }
 
-    void savesAtTheEndOfTheTurnForItsOwnerAlone()
+    void settingsAreSavedAtTheEndOfTheTurnForTheirOwnerAlone()
     {
         constexpr auto kOwn = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
         const QString text = u"£5 \"quoted\" \\ \r\n 😀"_s;

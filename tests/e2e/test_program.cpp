@@ -71,7 +71,7 @@ class TestProgram final : public QObject
     }
 
 private slots:
-    void sendsAndKeepsEverything()
+    void everythingIsSentAndKept()
     {
         Program p;
         const QByteArray lines = "\"Bob\",44,\"07700900999\",\"Work\"\r\n\"Zo\xEB\",33,\"612345678\",\"Work;Club\"\r\n";
@@ -103,7 +103,7 @@ private slots:
         QVERIFY(ReadBytes(p.settings).contains("\"Text\": \"Draft\\r\\nof two lines\""));
     }
 
-    void importsSendsAndTidies()
+    void importsAreSentToAndTidied()
     {
         Program p;
         const auto path = [&p](const QString &name) { return p.home.filePath(name); };

@@ -64,7 +64,7 @@ private slots:
     }
 
     // The zero in front of a name is dropped too.
-    TABLE_TEST(matchesWholeOrFromTheStart, (const QString &text, const QString &matches),
+    TABLE_TEST(contactsMatchWholeOrFromTheStart, (const QString &text, const QString &matches),
                u"+447700900123  -> whole, start", u"07700900123 -> whole, start", u"7700900123 -> whole, start",
                u" joanne 0LEE  -> whole, start", u"0joanne 0lee -> whole, start", u" -> start", u" 0  -> start",
                u"+ -> start", u"+4 -> start", u" +4477 -> start", u"07700 -> start", u"aNN -> start", u"0Lee -> start",

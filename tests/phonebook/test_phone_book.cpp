@@ -72,7 +72,7 @@ private slots:
         m_book.emplace(m_countries, m_clock);
     }
 
-    TABLE_TEST(readsAndWrites, (const QByteArray &file, const QString &printed, const QByteArray &saved),
+    TABLE_TEST(filesAreReadAndWritten, (const QByteArray &file, const QString &printed, const QByteArray &saved),
                {"plain", kAnn + kBob, u"A 44 1 []\nBob,;  353 0851234567 [Friends;Work] | Everyone;Friends;Work"_s,
                 kAnn + kBob},
                {"blanks", "\n \t\r\nA, +44 ,1\n\nA,44,1", u"A 44 1 []\nA 44 1 [] | Everyone"_s, kAnn + kAnn},
@@ -168,7 +168,7 @@ private slots:
 
     // A file that is empty or was not read whole leaves a copy of the old one; one that is refused leaves all as it
     // was.
-    TABLE_TEST(restoresOrStaysAsItWas, (const QByteArray &file, const QString &printed, bool keepsOld),
+    TABLE_TEST(aRestoreTakesTheFileOrLeavesAllAsItWas, (const QByteArray &file, const QString &printed, bool keepsOld),
                {"whole", "B,44,2,X;Y\r\n", u"B 44 2 [X;Y] | Everyone;X;Y"_s, false},
                {"two lines skipped", "B,44,2,X;Y\r\nC,44\r\nD,99,4\r\n", u"B 44 2 [X;Y] | Everyone;X;Y"_s, true},
                {"empty", "", u" | Everyone"_s, true}, {"the mark alone", "\xEF\xBB\xBF", kOld, false},

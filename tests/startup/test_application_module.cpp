@@ -12,7 +12,7 @@ class TestApplicationModule final : public QObject
     Q_OBJECT
 
 private slots:
-    void startsOnceWhateverCannotBeRead()
+    void theProgramStartsOnceWhateverCannotBeRead()
     {
         Profile p;
         DirectPostRunner runner;

@@ -49,7 +49,7 @@ private slots:
         QCOMPARE(f.Stored(), u"ann|a@b.example"_s);
     }
 
-    void tellsTheBalance()
+    void theBalanceIsTold()
     {
         Fixture f;
         f.settings.Save(u"Account"_s, u"Password"_s, u"se cret"_s);

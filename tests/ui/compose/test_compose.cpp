@@ -83,7 +83,7 @@ private slots:
         QCOMPARE(Control<QPlainTextEdit>(again, "txtTextMessage").toPlainText(), u"one\ntwo"_s);
     }
 
-    void postsNothingWithoutWhatItNeeds()
+    void nothingIsPostedWithoutWhatItNeeds()
     {
         Fixture f;
         WhenDialogOpens(u"ContactProperties"_s, [](QDialog &dialog) {

@@ -73,7 +73,7 @@ private slots:
         QCOMPARE(f.Print() + u", "_s + f.Status(), left);
     }
 
-    void restoresTheChosenGroupByItsName()
+    void aRestoreFindsTheChosenGroupByItsName()
     {
         Fixture f;
         f.ChooseGroup(1);
@@ -121,7 +121,7 @@ private slots:
         QCOMPARE(f.Lists(), u"Everyone*< Work Empty | Ann Bob Élan Zoe"_s);
     }
 
-    void exportsTheChosenGroup()
+    void theChosenGroupIsExported()
     {
         Fixture f;
         f.ChooseGroup(1);
@@ -136,7 +136,7 @@ private slots:
         QCOMPARE(f.Status(), u"2 contacts exported to out.csv"_s);
     }
 
-    void importsIntoAGroupThatIsNamedAtOnce()
+    void anImportMakesAGroupThatIsNamedAtOnce()
     {
         Fixture f;
         f.Find().setText(u"q"_s);

@@ -22,7 +22,7 @@ private slots:
         f.ChooseGroup(1);
         f.Select({0});
         for (const auto *button : {"cmdCancel", "cmdOK"}) {
-            QVERIFY(f.Print().contains(u"Ann:Work Zoe"_s));
+            QVERIFY2(f.Print().contains(u"Ann:Work Zoe"_s), button);
             WhenDialogOpens(u"ChooseGroup"_s, [button](QDialog &dialog) {
                 Control<QComboBox>(dialog, "cboGroup").setCurrentIndex(1);
                 Control<QPushButton>(dialog, button).click();
@@ -268,7 +268,7 @@ private slots:
         QCOMPARE(f.Contacts().currentIndex().data().toString(), u"M%1"_s.arg(12 + count));
     }
 
-    TABLE_TEST(findsWithinTheChosenGroup, (const QString &typed, const QString &found),
+    TABLE_TEST(findingStaysWithinTheChosenGroup, (const QString &typed, const QString &found),
                u"0: -> Ann Bob Élan Zoe, 4 contacts", u"0:079 -> Élan, 1 contacts found", u"0:qq -> , 0 contacts found",
                u"1:B -> Bob, 1 contacts found")
     {
@@ -282,7 +282,7 @@ private slots:
         QCOMPARE(f.Find().text() + f.Status(), typed.startsWith(u'0') ? u"4 contacts"_s : u"2 contacts"_s);
     }
 
-    void sortsByTheClickedColumn()
+    void aClickSortsByItsColumn()
     {
         PhoneBookFixture f;
         f.settings.Save(u"Contact Columns"_s, u"SortBy"_s, u"2"_s);

@@ -1,6 +1,7 @@
-#include "PhoneBookFixture.h"
+#include "TimedWindow.h"
 
 #include "ContactColumns.h"
+#include "Files.h"
 #include "LxPhoneBook.h"
 #include "SampleData.h"
 
@@ -36,60 +37,49 @@ extern "C" int fsync(int descriptor)
     return result;
 }
 
-PhoneBookFixture::PhoneBookFixture(int contactCount)
-    : PhoneBookFixture(SampleData::PhoneBookFile(contactCount, kGroups))
+TimedWindow::TimedWindow(int contactCount)
+    : TimedWindow(SampleData::PhoneBookFile(contactCount, kGroups))
 {
 }
 
-PhoneBookFixture::PhoneBookFixture(const QByteArray &phoneBookFile)
+TimedWindow::TimedWindow(const QByteArray &phoneBookFile)
+    : PhoneBookWindow(static_cast<Machine &>(*this), prompts)
 {
-    qputenv("XDG_DATA_HOME", QFile::encodeName(folder.path()));
-    SampleData::FillCountries(countries);
-    const QString path = LxPhoneBook::DefaultFileName();
-    QDir().mkpath(QFileInfo(path).path());
-    WriteFile(path, phoneBookFile);
-    window.LoadData();
+    countries = SampleData::Countries();
+    Require(WriteBytes(LxPhoneBook::DefaultFileName(), phoneBookFile));
+    phoneBook.LoadData();
 }
 
-void PhoneBookFixture::Show()
+void TimedWindow::Show()
 {
-    window.show();
-    contacts = Child<QTreeView>(u"lvwContacts"_s);
-    groups = Child<QTreeView>(u"lvwGroups"_s);
-    find = Child<QLineEdit>(u"txtFind"_s);
-    contacts->viewport()->installEventFilter(&paints);
+    phoneBook.show();
+    Contacts().viewport()->installEventFilter(&paints);
     Settle();
 }
 
-void PhoneBookFixture::Settle()
+void TimedWindow::Settle()
 {
     QCoreApplication::processEvents();
     paints.isPainted = false;
-    contacts->viewport()->update();
+    Contacts().viewport()->update();
     while (!paints.isPainted)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     QCoreApplication::processEvents();
 }
 
-void PhoneBookFixture::ClickHeader(int column) const
+void TimedWindow::ClickHeader(int column) const
 {
-    emit contacts->header()->sectionClicked(column);
+    emit Contacts().header()->sectionClicked(column);
 }
 
-void PhoneBookFixture::SelectRows(int count)
+void TimedWindow::SelectRows(int count)
 {
     ClickHeader(ContactColumns::Mobile);
-    const QAbstractItemModel &model = *contacts->model();
-    contacts->selectionModel()->select({model.index(0, 0), model.index(count - 1, 0)},
-                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    const QAbstractItemModel &model = *Contacts().model();
+    Contacts().selectionModel()->select({model.index(0, 0), model.index(count - 1, 0)},
+                                        QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     ClickHeader(ContactColumns::Name);
     Settle();
-}
-
-void WriteFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    Require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
 }
 
 void Accept(QWidget &dialog)
