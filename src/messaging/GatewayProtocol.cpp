@@ -14,11 +14,6 @@ using namespace Qt::StringLiterals;
 namespace SendingSMS {
 namespace {
 
-QString Tr(const char *text)
-{
-    return QCoreApplication::translate("SendingSMS", text);
-}
-
 QString Logon(const QString &username, const QString &password)
 {
     // The blank after the first element belongs to the format.
@@ -68,8 +63,9 @@ Reply LogonFailure(QStringView text)
     if (reply.code == ResultCode::kSuccess || reply.code == ResultCode::kCanceled)
         reply.code = ResultCode::kLogonFailed;
     const std::optional<QStringView> reason = Element(text, "REASON"_L1);
-    reply.reason =
-        reason && !reason->trimmed().isEmpty() ? reason->toString() : Tr("Error ") + QString::number(reply.code);
+    reply.reason = reason && !reason->trimmed().isEmpty()
+                       ? reason->toString()
+                       : QCoreApplication::translate("SendingSMS", "Error %1").arg(reply.code);
     return reply;
 }
 
@@ -128,10 +124,11 @@ bool HoldsLogon(const QByteArray &reply)
 Reply ParseResponse(const QString &text, LxMessageRequests &requests)
 {
     if (text.isEmpty())
-        return {.code = ResultCode::kEmptyReply, .reason = Tr("Response is empty")};
+        return {.code = ResultCode::kEmptyReply,
+                .reason = QCoreApplication::translate("SendingSMS", "Response is empty")};
     if (!text.contains("<LOGON>OK</LOGON>"_L1))
         return LogonFailure(text);
-    Reply reply{.reason = Tr("No error!"), .loggedOn = true};
+    Reply reply{.reason = QCoreApplication::translate("SendingSMS", "No error!"), .loggedOn = true};
     ForEachMessage(text, [&reply, &requests](QStringView element) {
         LxMessageResponse response = MessageResponse(element);
         const auto index = static_cast<size_t>(reply.count++);
@@ -150,8 +147,12 @@ Reply CheckResponse(const QString &text, LxMessageRequests &requests)
     if (reply.code != ResultCode::kSuccess || reply.failed == 0)
         return reply;
     reply.code = ResultCode::kMessagesFailed;
-    const QString failed = reply.failed == 1 ? Tr(" message failed out of ") : Tr(" messages failed out of ");
-    reply.reason = QString::number(reply.failed) + failed + QString::number(reply.count);
+    if (reply.failed == 1)
+        reply.reason = QCoreApplication::translate("SendingSMS", "1 message failed out of %1").arg(reply.count);
+    else
+        reply.reason = QCoreApplication::translate("SendingSMS", "%1 messages failed out of %2")
+                           .arg(reply.failed)
+                           .arg(reply.count);
     return reply;
 }
 

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 template <auto kFree>
-struct Freer
+struct FreeBy
 {
     template <typename T>
     void operator()(T *handle) const
@@ -24,7 +24,7 @@ struct Freer
 };
 
 /// Lets go of a notifier that may just be reporting.
-struct Retirer
+struct DeleteLater
 {
     void operator()(QSocketNotifier *notifier) const
     {
@@ -85,13 +85,13 @@ struct HttpClient::Transfer
 
     HttpClient &client;
     const HttpRequest request;
-    std::unique_ptr<curl_slist, Freer<curl_slist_free_all>> headers;
-    std::unique_ptr<CURLM, Freer<curl_multi_cleanup>> multi;
-    std::unique_ptr<CURL, Freer<curl_easy_cleanup>> easy;
+    std::unique_ptr<curl_slist, FreeBy<curl_slist_free_all>> headers;
+    std::unique_ptr<CURLM, FreeBy<curl_multi_cleanup>> multi;
+    std::unique_ptr<CURL, FreeBy<curl_easy_cleanup>> easy;
     struct Notifiers
     {
-        std::unique_ptr<QSocketNotifier, Retirer> read;
-        std::unique_ptr<QSocketNotifier, Retirer> write;
+        std::unique_ptr<QSocketNotifier, DeleteLater> read;
+        std::unique_ptr<QSocketNotifier, DeleteLater> write;
     };
     std::map<curl_socket_t, Notifiers> notifiers;
     bool hasConnected = false;

@@ -4,21 +4,13 @@
 #include "LxContactList.h"
 #include "LxMessage.h"
 #include "PostRunner.h"
-#include "Prompts.h"
 #include "Settings.h"
 #include "VendorSite.h"
 
 #include <QCoreApplication>
 
-using namespace Qt::StringLiterals;
-
 namespace SendingSMS {
 namespace {
-
-QString Tr(const char *text)
-{
-    return QCoreApplication::translate("SendingSMS", text);
-}
 
 /// Posts a document and returns with the post at its end.
 void Run(CGIPost &post, const Gateway &gateway, const QString &document, QObject *owner)
@@ -43,53 +35,45 @@ LxMessageRequests Requests(const LxContactList &recipients, const LxMessage &mes
     return requests;
 }
 
+SendStatus StatusOf(const Reply &reply)
+{
+    if (reply.code == ResultCode::kSuccess)
+        return SendStatus::Sent;
+    return reply.loggedOn ? SendStatus::SomeFailed : SendStatus::Refused;
+}
+
 } // namespace
 
 Reply GetBalance(const Gateway &gateway, const Account &account, QObject *owner)
 {
     CGIPost post(gateway.module);
-    post.SetWindowTitle(Tr("Getting Balance"));
-    post.SetDescription(Tr("Username: ") + account.username);
+    post.SetWindowTitle(QCoreApplication::translate("SendingSMS", "Getting Balance"));
+    post.SetDescription(QCoreApplication::translate("SendingSMS", "Username: %1").arg(account.username));
     Run(post, gateway, BuildBalanceRequest(account.username, account.password), owner);
     if (post.Canceled())
-        return {.code = ResultCode::kCanceled, .reason = Tr("Canceled by user")};
+        return {.code = ResultCode::kCanceled, .reason = QCoreApplication::translate("SendingSMS", "Canceled by user")};
     if (!post.Succeeded())
         return {.code = ResultCode::kTransferFailed, .reason = post.WhyFailed()};
     LxMessageRequests none;
     return CheckResponse(post.Response(), none);
 }
 
-SendOutcome SendMessage(const Gateway &gateway, Prompts &prompts, const Account &account,
-                        const LxContactList &recipients, const LxMessage &message,
-                        const ShowSendResults &showSendResults, QObject *owner)
+SendOutcome SendMessage(const Gateway &gateway, const Account &account, const LxContactList &recipients,
+                        const LxMessage &message, QObject *owner)
 {
-    const auto tell = [&prompts, owner](const QString &what, const QString &why) {
-        prompts.ShowMessageBox({what + u"\r\n\r\n"_s + why, PromptIcon::Exclamation}, owner);
-    };
-    if (recipients.Count() == 0) {
-        tell(Tr("Group contains no contacts. Message was not sent."), Tr("Please add some contacts to this group."));
-        return {};
-    }
+    if (recipients.Count() == 0)
+        return {.status = SendStatus::EmptyGroup};
     LxMessageRequests requests = Requests(recipients, message);
     CGIPost post(gateway.module);
-    post.SetWindowTitle(Tr("Sending Message"));
-    post.SetDescription(Tr("To: ") + recipients.Name());
+    post.SetWindowTitle(QCoreApplication::translate("SendingSMS", "Sending Message"));
+    post.SetDescription(QCoreApplication::translate("SendingSMS", "To: %1").arg(recipients.Name()));
     Run(post, gateway, BuildMessageRequest(requests, account.replyEmail, account.username, account.password), owner);
     if (post.Canceled())
-        return {};
-    if (!post.Succeeded()) {
-        tell(Tr("Could not connect over the internet to Corvane. Message was not sent."),
-             Tr("Please check you are connected to the internet."));
-        return {};
-    }
+        return {.status = SendStatus::Cancelled};
+    if (!post.Succeeded())
+        return {.status = SendStatus::TransferFailed, .reason = post.WhyFailed()};
     const Reply reply = CheckResponse(post.Response(), requests);
-    if (reply.code != ResultCode::kSuccess) {
-        if (reply.loggedOn)
-            showSendResults(requests);
-        else
-            tell(Tr("Your message could not be sent:"), reply.reason);
-    }
-    return {reply.code == ResultCode::kSuccess, reply.balance};
+    return {StatusOf(reply), reply.reason, reply.balance, std::move(requests)};
 }
 
 } // namespace SendingSMS

@@ -4,12 +4,9 @@
 
 #include <QString>
 
-#include <functional>
-
 class LxContactList;
 class LxMessage;
 class PostRunner;
-class Prompts;
 class QObject;
 class Settings;
 struct PostModule;
@@ -34,24 +31,36 @@ struct Account
     QString replyEmail;
 };
 
-struct SendOutcome
-{
-    /// Whether every message to every recipient was accepted.
-    bool isSent = false;
-    /// Messages left on the account; -1 when unknown.
-    int balance = -1;
+enum class SendStatus {
+    /// Every message to every recipient was accepted.
+    Sent,
+    /// There was nobody to send to, so nothing was posted.
+    EmptyGroup,
+    Cancelled,
+    TransferFailed,
+    /// The gateway did not let the user in, or its reply cannot be read. Nothing was sent.
+    Refused,
+    /// Some messages failed, and others may not have.
+    SomeFailed,
 };
 
-using ShowSendResults = std::function<void(const LxMessageRequests &)>;
+struct SendOutcome
+{
+    SendStatus status = SendStatus::Sent;
+    /// How it ended, in the words of the transfer or of the reply; empty when nothing was posted.
+    QString reason = {};
+    /// Messages left on the account; -1 when unknown.
+    int balance = -1;
+    /// What was posted, in order, each with the gateway's response where it gave one.
+    LxMessageRequests requests = {};
+};
 
 /// The gateway's answer on the account. Code -1 when the user cancelled and 1, with the reason, when the transfer
 /// failed; the balance is then -1.
 [[nodiscard]] Reply GetBalance(const Gateway &gateway, const Account &account, QObject *owner);
 
-/// Sends every part of the message to every recipient, in order, and tells the user what failed; `showSendResults`
-/// is called when some messages failed and others may not have. Nothing is ever tried twice.
-SendOutcome SendMessage(const Gateway &gateway, Prompts &prompts, const Account &account,
-                        const LxContactList &recipients, const LxMessage &message,
-                        const ShowSendResults &showSendResults, QObject *owner);
+/// Sends every part of the message to every recipient, in order. Nothing is ever tried twice.
+[[nodiscard]] SendOutcome SendMessage(const Gateway &gateway, const Account &account, const LxContactList &recipients,
+                                      const LxMessage &message, QObject *owner);
 
 } // namespace SendingSMS

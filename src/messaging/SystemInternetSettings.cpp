@@ -10,10 +10,11 @@
 using namespace Qt::StringLiterals;
 
 /// Where a thread leaves its answer for the thread that asked.
-struct SystemInternetSettings::Desk
+struct SystemInternetSettings::AnswerQueue
 {
     QMutex mutex;
-    std::unique_ptr<QObject> clerk = std::make_unique<QObject>();
+    /// Its calls are queued for the thread that asked; none once the settings are gone.
+    std::unique_ptr<QObject> receiver = std::make_unique<QObject>();
 };
 
 namespace {
@@ -37,14 +38,14 @@ InternetSettingsValues SystemProxyFor(const QUrl &url)
 } // namespace
 
 SystemInternetSettings::SystemInternetSettings()
-    : m_desk(std::make_shared<Desk>())
+    : m_answers(std::make_shared<AnswerQueue>())
 {
 }
 
 SystemInternetSettings::~SystemInternetSettings()
 {
-    const QMutexLocker lock(&m_desk->mutex);
-    m_desk->clerk.reset();
+    const QMutexLocker lock(&m_answers->mutex);
+    m_answers->receiver.reset();
 }
 
 void SystemInternetSettings::Query(const QUrl &url, QObject *asker, Answer answer)
@@ -56,11 +57,11 @@ void SystemInternetSettings::Query(const QUrl &url, QObject *asker, Answer answe
     };
     // Nobody waits for the thread: the query can hang for as long as a name server or a desktop service does, and
     // the program must be able to end meanwhile.
-    std::thread([desk = m_desk, url, deliver = std::move(deliver)] {
+    std::thread([answers = m_answers, url, deliver = std::move(deliver)] {
         const InternetSettingsValues values = SystemProxyFor(url);
-        const QMutexLocker lock(&desk->mutex);
-        if (desk->clerk)
+        const QMutexLocker lock(&answers->mutex);
+        if (answers->receiver)
             QMetaObject::invokeMethod(
-                desk->clerk.get(), [deliver, values] { deliver(values); }, Qt::QueuedConnection);
+                answers->receiver.get(), [deliver, values] { deliver(values); }, Qt::QueuedConnection);
     }).detach();
 }

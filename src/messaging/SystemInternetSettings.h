@@ -15,7 +15,7 @@ public:
     void Query(const QUrl &url, QObject *asker, Answer answer) override;
 
 private:
-    struct Desk;
+    struct AnswerQueue;
     /// Shared with the threads that look up, which can outlive this object.
-    std::shared_ptr<Desk> m_desk;
+    std::shared_ptr<AnswerQueue> m_answers;
 };

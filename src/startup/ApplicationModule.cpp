@@ -13,20 +13,7 @@
 #include "Version.h"
 #include "WindowServices.h"
 
-#include <QCoreApplication>
-
 #include <optional>
-
-using namespace Qt::StringLiterals;
-
-namespace {
-
-QString Tr(const char *text)
-{
-    return QCoreApplication::translate("ApplicationModule", text);
-}
-
-} // namespace
 
 /// Everything that lives as long as the program, each after what it needs.
 struct ApplicationModule::Program
@@ -57,10 +44,10 @@ ApplicationModule::~ApplicationModule() = default;
 bool ApplicationModule::Main()
 {
     if (!m_instance->TryToBecome()) {
-        const QString title = ApplicationTitle();
-        m_seams.prompts.ShowMessageBox({title + Tr(" is already running.") + u"\r\n\r\n"_s + Tr("Please select ") +
-                                            title + Tr(" from the task bar to continue."),
-                                        PromptIcon::Information});
+        m_seams.prompts.ShowMessageBox(
+            {tr("%1 is already running.\r\n\r\nPlease select %1 from the task bar to continue.")
+                 .arg(ApplicationTitle()),
+             PromptIcon::Information});
         return false;
     }
     m_program = std::make_unique<Program>(m_seams);
@@ -82,9 +69,9 @@ void ApplicationModule::OpenPhoneBook()
         m_program->phoneBook->LoadData();
     } catch (const Error &error) {
         // No reason not to start: what is in memory serves, and the file is kept beside the next save.
-        m_seams.prompts.ShowMessageBox({Tr("Problem reading from the phone book: ") + error.Description() +
-                                            u"\r\n\r\n"_s + Tr("The phonebook file is: ") + u"\r\n\r\n"_s +
-                                            LxPhoneBook::DefaultFileName(),
-                                        PromptIcon::Exclamation});
+        m_seams.prompts.ShowMessageBox(
+            {tr("Problem reading from the phone book: %1\r\n\r\nThe phonebook file is: \r\n\r\n%2")
+                 .arg(error.Description(), LxPhoneBook::DefaultFileName()),
+             PromptIcon::Exclamation});
     }
 }

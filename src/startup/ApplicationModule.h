@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -16,6 +17,8 @@ class SingleInstance;
 /// compose window.
 class ApplicationModule final
 {
+    Q_DECLARE_TR_FUNCTIONS(ApplicationModule)
+
 public:
     /// The machine and the user; all of it must outlive the module.
     struct Seams

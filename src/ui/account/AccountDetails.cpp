@@ -8,8 +8,6 @@
 #include "SelectAllOnFocus.h"
 #include "ui_AccountDetails.h"
 
-using namespace Qt::StringLiterals;
-
 AccountDetails::AccountDetails(const WindowServices &services, const SendingSMS::Gateway &gateway, QWidget *parent)
     : QDialog(parent)
     , m_services(services)
@@ -73,16 +71,16 @@ void AccountDetails::TellBalance(const QString &username, const SendingSMS::Repl
         return;
     // A reply that does not say the balance is as good as none.
     if (reply.code == ResultCode::kSuccess && reply.balance >= 0) {
-        m_services.prompts.ShowMessageBox({.text = tr("Username: ") + username + u"\r\n"_s + tr("Balance: ") +
-                                                   QString::number(reply.balance) + tr(" Messages Remaining"),
-                                           .icon = PromptIcon::Information,
-                                           .caption = caption},
-                                          this);
+        m_services.prompts.ShowMessageBox(
+            {.text = tr("Username: %1\r\nBalance: %2 Messages Remaining").arg(username, QString::number(reply.balance)),
+             .icon = PromptIcon::Information,
+             .caption = caption},
+            this);
     } else if (reply.code == ResultCode::kLogonRefused) {
         const PromptAnswer answer = m_services.prompts.ShowMessageBox(
-            {.text = tr("Logon Failed.") + u"\r\n\r\n"_s +
-                     tr("Please open a Brevio account, or check your username and password if you have one already.") +
-                     u"\r\n\r\n"_s + tr("Do you want to open a Brevio account now?"),
+            {.text = tr("Logon Failed.\r\n\r\n"
+                        "Please open a Brevio account, or check your username and password if you have one already."
+                        "\r\n\r\nDo you want to open a Brevio account now?"),
              .icon = PromptIcon::Exclamation,
              .buttons = PromptButtons::YesNo,
              .caption = caption},
@@ -91,8 +89,8 @@ void AccountDetails::TellBalance(const QString &username, const SendingSMS::Repl
             OrderPage::Open(m_services, this);
     } else {
         m_services.prompts.ShowMessageBox(
-            {.text = tr("Could not connect over the internet to Corvane. Unable to get balance.") + u"\r\n\r\n"_s +
-                     tr("Please check you are connected to the internet."),
+            {.text = tr("Could not connect over the internet to Corvane. Unable to get balance.\r\n\r\n"
+                        "Please check you are connected to the internet."),
              .icon = PromptIcon::Exclamation,
              .caption = caption},
             this);

@@ -65,11 +65,11 @@ void Compose::ConnectControls()
 void Compose::LoadDraft()
 {
     m_message.SetText(m_ui->txtTextMessage->MessageText());
-    Count();
+    ShowCount();
     m_ui->txtTextMessage->SetMessageText(m_services.window.settings.Get(kSection, kTextKey));
 }
 
-void Compose::Count()
+void Compose::ShowCount()
 {
     const QString &text = m_message.Text();
     EnableSending();
@@ -78,9 +78,8 @@ void Compose::Count()
         return;
     }
     const qsizetype parts = m_message.MessageParts().size();
-    const QString length = QString::number(text.size()) + tr(" characters");
-    SetStatus(parts == 1 ? length + tr(" in 1 text message")
-                         : length + tr(" in ") + QString::number(parts) + tr(" text messages"));
+    SetStatus(parts == 1 ? tr("%1 characters in 1 text message").arg(text.size())
+                         : tr("%1 characters in %2 text messages").arg(text.size()).arg(parts));
 }
 
 void Compose::SetStatus(const QString &text)
@@ -91,9 +90,9 @@ void Compose::SetStatus(const QString &text)
 void Compose::TextChanged(const QString &invalidChars)
 {
     m_message.SetText(m_ui->txtTextMessage->MessageText());
-    Count();
+    ShowCount();
     if (!invalidChars.isEmpty())
-        SetStatus(tr("Character ") + invalidChars + tr(" not allowed in text messages!"));
+        SetStatus(tr("Character %1 not allowed in text messages!").arg(invalidChars));
 }
 
 void Compose::EnableSending()
@@ -132,7 +131,7 @@ void Compose::Send()
     try {
         SendNow();
     } catch (const Error &error) {
-        m_services.window.prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, this);
+        TellProblem(error.Description());
         SetStatus(tr("Message failed"));
     }
     m_isSending = false;
@@ -142,7 +141,7 @@ void Compose::Send()
 void Compose::SendNow()
 {
     if (m_message.Text().isEmpty()) {
-        m_services.window.prompts.ShowMessageBox({tr("Please enter a text message."), PromptIcon::Exclamation}, this);
+        TellProblem(tr("Please enter a text message."));
         m_ui->txtTextMessage->setFocus();
         return;
     }
@@ -154,19 +153,16 @@ void Compose::SendNow()
         return;
     }
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    TellOutcome(SendingSMS::SendMessage(
-        m_services.gateway, m_services.window.prompts, m_account.Get(), *recipients, m_message,
-        [this](const LxMessageRequests &requests) { ShowSendResults(requests); }, this));
+    Tell(SendingSMS::SendMessage(m_services.gateway, m_account.Get(), *recipients, m_message, this));
     m_ui->cboTo->setFocus();
 }
 
 std::optional<LxContactList> Compose::Recipients()
 {
-    const std::optional<int> number = m_ui->cboTo->SelectedNumber();
-    if (number && *number < 0)
-        return m_services.phoneBook.GetGroup(-*number).ContactList();
-    const LxContactPtr contact =
-        number ? m_services.phoneBook.GetContact(*number) : NewRecipient(m_ui->cboTo->currentText());
+    const std::optional<int> id = m_ui->cboTo->SelectedID();
+    if (id && *id < 0)
+        return m_services.phoneBook.GetGroup(-*id).ContactList();
+    const LxContactPtr contact = id ? m_services.phoneBook.GetContact(*id) : NewRecipient(m_ui->cboTo->currentText());
     if (!contact)
         return std::nullopt;
     LxContactList recipients;
@@ -190,11 +186,10 @@ LxContactPtr Compose::NewRecipient(const QString &typed)
 
 void Compose::OfferToBuyMessages()
 {
-    const QString text =
-        tr("Please buy some messages to continue.") + u"\r\n\r\n"_s +
-        tr("If you have already bought messages then please enter your account details sent to you by email, "
-           "subject \"Brevio Account\".") +
-        u"\r\n\r\n"_s + tr("Do you want to buy messages online now?");
+    const QString text = tr("Please buy some messages to continue.\r\n\r\n"
+                            "If you have already bought messages then please enter your account details sent to you by "
+                            "email, subject \"Brevio Account\".\r\n\r\n"
+                            "Do you want to buy messages online now?");
     const PromptAnswer answer =
         m_services.window.prompts.ShowMessageBox({text, PromptIcon::Information, PromptButtons::YesNo}, this);
     if (answer == PromptAnswer::Yes)
@@ -202,19 +197,42 @@ void Compose::OfferToBuyMessages()
     SetStatus(tr("Sending cancelled!"));
 }
 
-void Compose::TellOutcome(const SendingSMS::SendOutcome &outcome)
+void Compose::Tell(const SendingSMS::SendOutcome &outcome)
 {
-    QString text = outcome.isSent ? tr("Message sent") : tr("Message failed");
-    if (outcome.balance >= 0)
-        text += u". "_s + QString::number(outcome.balance) + tr(" messages remaining");
-    SetStatus(text);
+    using enum SendingSMS::SendStatus;
+    switch (outcome.status) {
+    case Sent:
+    case Cancelled:
+        break;
+    case EmptyGroup:
+        TellProblem(tr("Group contains no contacts. Message was not sent.\r\n\r\n"
+                       "Please add some contacts to this group."));
+        break;
+    case TransferFailed:
+        TellProblem(tr("Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
+                       "Please check you are connected to the internet."));
+        break;
+    case Refused:
+        TellProblem(tr("Your message could not be sent:\r\n\r\n%1").arg(outcome.reason));
+        break;
+    case SomeFailed: {
+        SendResults results(m_services.window, this);
+        results.Results(outcome.requests);
+        results.exec();
+        break;
+    }
+    }
+    const bool isSent = outcome.status == Sent;
+    if (outcome.balance < 0)
+        SetStatus(isSent ? tr("Message sent") : tr("Message failed"));
+    else
+        SetStatus((isSent ? tr("Message sent. %1 messages remaining") : tr("Message failed. %1 messages remaining"))
+                      .arg(outcome.balance));
 }
 
-void Compose::ShowSendResults(const LxMessageRequests &requests)
+void Compose::TellProblem(const QString &text)
 {
-    SendResults results(m_services.window, this);
-    results.Results(requests);
-    results.exec();
+    m_services.window.prompts.ShowMessageBox({text, PromptIcon::Exclamation}, this);
 }
 
 void Compose::ShowPhoneBook()
@@ -238,9 +256,9 @@ void Compose::RefreshBalance()
     try {
         const SendingSMS::Reply reply = SendingSMS::GetBalance(m_services.gateway, m_account.Get(), this);
         if (reply.code == SendingSMS::ResultCode::kSuccess && reply.balance >= 0)
-            SetStatus(QString::number(reply.balance) + tr(" Messages Remaining"));
+            SetStatus(tr("%1 Messages Remaining").arg(reply.balance));
     } catch (const Error &error) {
-        m_services.window.prompts.ShowMessageBox({error.Description(), PromptIcon::Exclamation}, this);
+        TellProblem(error.Description());
     }
 }
 

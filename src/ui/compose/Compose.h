@@ -42,7 +42,7 @@ protected:
 private:
     void ConnectControls();
     void LoadDraft();
-    void Count();
+    void ShowCount();
     void SetStatus(const QString &text);
     void TextChanged(const QString &invalidChars);
     void EnableSending();
@@ -54,8 +54,8 @@ private:
     [[nodiscard]] std::optional<LxContactList> Recipients();
     [[nodiscard]] LxContactPtr NewRecipient(const QString &typed);
     void OfferToBuyMessages();
-    void TellOutcome(const SendingSMS::SendOutcome &outcome);
-    void ShowSendResults(const LxMessageRequests &requests);
+    void Tell(const SendingSMS::SendOutcome &outcome);
+    void TellProblem(const QString &text);
 
     void ShowPhoneBook();
     void ShowAccount();

@@ -34,7 +34,6 @@ void RecipientBox::SetItems(RecipientModel::Items items)
 {
     if (items == m_recipients->CurrentItems())
         return;
-    // No item has the number 0.
     const int picked = currentIndex() >= 0 ? currentData().toInt() : 0;
     const QString text = currentText();
     const bool showsPick = picked != 0 && itemText(currentIndex()) == text;
@@ -42,7 +41,7 @@ void RecipientBox::SetItems(RecipientModel::Items items)
     const int selectionStart = lineEdit()->selectionStart();
     const int selectionLength = lineEdit()->selectionLength();
     m_recipients->SetItems(std::move(items));
-    setCurrentIndex(m_recipients->FindByNumber(picked));
+    setCurrentIndex(m_recipients->FindByID(picked));
     // A pick that was renamed meanwhile is still the pick, and shows its new name. Where one is gone, its name must not
     // become somebody else's, to whom the message would go.
     const bool namesAnother = showsPick && currentIndex() < 0 && m_recipients->FindByName(text) >= 0;
@@ -55,18 +54,18 @@ void RecipientBox::SetItems(RecipientModel::Items items)
         lineEdit()->setSelection(selectionStart, selectionLength);
 }
 
-std::optional<int> RecipientBox::SelectedNumber() const
+std::optional<int> RecipientBox::SelectedID() const
 {
     const RecipientModel::Items &items = m_recipients->CurrentItems();
     int row = currentIndex();
     if (row < 0 || items[static_cast<size_t>(row)].name != currentText())
         row = m_recipients->FindByName(currentText());
-    return row < 0 ? std::nullopt : std::optional(items[static_cast<size_t>(row)].number);
+    return row < 0 ? std::nullopt : std::optional(items[static_cast<size_t>(row)].id);
 }
 
-void RecipientBox::Pick(int number)
+void RecipientBox::Pick(int id)
 {
-    setCurrentIndex(m_recipients->FindByNumber(number));
+    setCurrentIndex(m_recipients->FindByID(id));
 }
 
 void RecipientBox::hidePopup()

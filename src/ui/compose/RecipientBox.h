@@ -22,12 +22,12 @@ public:
     /// and now names another item. Waits while the list is open.
     void Refill(const LxPhoneBook &phoneBook);
 
-    /// The number of the item that was picked, while the box still shows its text, or of the first item with the
+    /// The identity of the item that was picked, while the box still shows its text, or of the first item with the
     /// box's text, case ignored; none for any other text.
-    [[nodiscard]] std::optional<int> SelectedNumber() const;
+    [[nodiscard]] std::optional<int> SelectedID() const;
 
-    /// Picks the item of this number, whose name the box then shows.
-    void Pick(int number);
+    /// Picks the item of this identity, whose name the box then shows.
+    void Pick(int id);
 
     void hidePopup() override;
 

@@ -50,9 +50,9 @@ int RecipientModel::FindByPrefix(const QString &text) const
     return FindIf([&text](const Item &item) { return item.name.startsWith(text, Qt::CaseInsensitive); });
 }
 
-int RecipientModel::FindByNumber(int number) const
+int RecipientModel::FindByID(int id) const
 {
-    return FindIf([number](const Item &item) { return item.number == number; });
+    return FindIf([id](const Item &item) { return item.id == id; });
 }
 
 int RecipientModel::rowCount(const QModelIndex &parent) const
@@ -73,9 +73,9 @@ QVariant RecipientModel::data(const QModelIndex &index, int role) const
         // A box takes the first item for a moment, and loading its picture is no work for the program's start.
         if (m_isResetting)
             return {};
-        return item.number < 0 ? m_groupIcon.Get() : m_contactIcon.Get();
+        return item.id < 0 ? m_groupIcon.Get() : m_contactIcon.Get();
     case Qt::UserRole:
-        return item.number;
+        return item.id;
     default:
         return {};
     }

@@ -9,8 +9,8 @@
 
 class LxPhoneBook;
 
-/// Whom a message can go to: every contact, then every group but "Everyone". An item's number is the contact's
-/// identity, or the group's, negated.
+/// Whom a message can go to: every contact, then every group but "Everyone". An item's identity is the
+/// contact's, or the group's, negated; no item has 0.
 class RecipientModel final : public QAbstractListModel
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ class RecipientModel final : public QAbstractListModel
 public:
     struct Item
     {
-        int number = 0;
+        int id = 0;
         QString name;
 
         bool operator==(const Item &) const = default;
@@ -36,8 +36,8 @@ public:
     [[nodiscard]] int FindByName(const QString &name) const;
     /// The row of the first name that begins with `text`, case ignored, or -1.
     [[nodiscard]] int FindByPrefix(const QString &text) const;
-    /// The row of the item with this number, or -1.
-    [[nodiscard]] int FindByNumber(int number) const;
+    /// The row of the item with this identity, or -1.
+    [[nodiscard]] int FindByID(int id) const;
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;

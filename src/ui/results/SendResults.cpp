@@ -49,7 +49,7 @@ void SendResults::SaveAs()
         SaveResultsToFile(path);
     } catch (const Error &error) {
         m_services.prompts.ShowMessageBox(
-            {.text = tr("The results could not be saved to a file: ") + error.Description(),
+            {.text = tr("The results could not be saved to a file: %1").arg(error.Description()),
              .icon = PromptIcon::Information,
              .caption = tr("Save Results Failed")},
             this);

@@ -107,6 +107,16 @@ private slots:
         QCOMPARE(f.shell.opened, QStringList());
     }
 
+    void tellsWhyTheGatewayRefused()
+    {
+        Fixture f;
+        const ScriptedPeer refusing({.pieces = {ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>3</BAL>")}});
+        f.UseGateway(refusing.Address());
+        f.prompts.ExpectBox(u"Your message could not be sent:\r\n\r\nNo"_s, PromptIcon::Exclamation);
+        QCOMPARE(f.Send(u"Ann"_s), u"Message failed 0"_s);
+        QCOMPARE(refusing.Posts(), 1);
+    }
+
     void oneClickIsOnePost()
     {
         Fixture f;
@@ -170,25 +180,25 @@ private slots:
     {
         Fixture f;
         f.to.setEditText(u"ANN"_s);
-        QCOMPARE(f.to.SelectedNumber(), f.contacts[0]->ContactID());
+        QCOMPARE(f.to.SelectedID(), f.contacts[0]->ContactID());
         f.to.setEditText(u"wORK"_s);
-        QCOMPARE(f.to.SelectedNumber(), -f.work.GroupID());
+        QCOMPARE(f.to.SelectedID(), -f.work.GroupID());
         // The second of two with the same name stays picked, whatever keyboard, wheel and refills do.
         const int second = f.contacts[2]->ContactID();
         f.to.Pick(second);
         QTest::keyClick(&f.to, Qt::Key_Return);
         QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
         QApplication::sendEvent(&f.to, &wheel);
-        QCOMPARE(f.to.SelectedNumber(), second);
+        QCOMPARE(f.to.SelectedID(), second);
         f.contacts[0]->Destroy();
         f.contacts[2]->SetName(u"Anna"_s);
         f.to.Refill(f.Book());
         QCOMPARE(f.to.currentText(), u"Anna"_s);
-        QCOMPARE(f.to.SelectedNumber(), second);
+        QCOMPARE(f.to.SelectedID(), second);
         f.contacts[2]->Destroy();
         f.to.Refill(f.Book());
         QCOMPARE(f.to.currentText(), u"Anna"_s);
-        QCOMPARE(f.to.SelectedNumber(), std::nullopt);
+        QCOMPARE(f.to.SelectedID(), std::nullopt);
         // Nobody else of the name takes the place of a pick that is gone.
         f.to.Pick(-f.work.GroupID());
         f.Book().Groups().DestroyGroup(f.Book().Groups().GetGroup(f.work.GroupID()));
@@ -206,7 +216,7 @@ private slots:
         f.to.view()->setCurrentIndex(f.to.model()->index(2, 0));
         QTest::keyClick(f.to.view(), Qt::Key_Return);
         QTRY_COMPARE(f.to.count(), 4);
-        QCOMPARE(f.to.SelectedNumber(), f.contacts[2]->ContactID());
+        QCOMPARE(f.to.SelectedID(), f.contacts[2]->ContactID());
     }
 };
 
