@@ -153,9 +153,9 @@ private slots:
         const auto old = u"Ann 44 1 [X] | Everyone;X;Empty"_s;
         const auto notAPhoneBook = u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s;
         const auto before = "Ann,44,1,X\r\n"_ba;
-        // A file that is empty or was not read whole leaves a copy of the old one.
+        // One that is refused leaves all as it was; any other leaves a copy of the old one.
         const std::tuple<QByteArray, QString, QString, QByteArray> rows[] = {
-            {"B,44,2,X;Y\r\n", u""_s, u"B 44 2 [X;Y] | Everyone;X;Y"_s, ""},
+            {"B,44,2,X;Y\r\n", u""_s, u"B 44 2 [X;Y] | Everyone;X;Y"_s, before},
             {"B,44,2,X;Y\r\nC,44\r\nD,99,4\r\n", u""_s, u"B 44 2 [X;Y] | Everyone;X;Y"_s, before},
             {"", u""_s, u" | Everyone"_s, before},
             {"\xEF\xBB\xBF", notAPhoneBook, old, ""},
