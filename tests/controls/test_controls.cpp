@@ -12,7 +12,7 @@ class TestControls final : public QObject
     Q_OBJECT
 
 private slots:
-    void windowsComeBackWhereTheUserCanReachThem()
+    void windowsComeBackWholeOntoTheScreen()
     {
         const auto place = [](const QString &stored) {
             Profile profile;
@@ -22,21 +22,31 @@ private slots:
                               stored.section(u',', i, i));
             QDialog window;
             window.setObjectName(u"Results"_s);
-            window.setGeometry(50, 60, 300, 200);
-            Controls::RestoreWindowPosition(settings, window);
-            Controls::SaveWindowPosition(settings, window);
+            window.resize(300, 200);
+            window.move(50, 60);
+            // Shown again, and in another session, it is where it was.
+            for (int round = 0; round < 2; ++round) {
+                Controls::RestoreWindowPosition(settings, window);
+                window.show();
+                if (!QTest::qWaitForWindowExposed(&window))
+                    return u"not shown"_s;
+                Controls::SaveWindowPosition(settings, window);
+                window.hide();
+            }
             QDialog again;
             again.setObjectName(u"Results"_s);
             Controls::RestoreWindowPosition(settings, again);
             return u"%1,%2,%3,%4"_s.arg(again.x()).arg(again.y()).arg(again.width()).arg(again.height());
         };
-        // Left, top, width and height in the settings, in twips, and where the window then is, in pixels.
+        // Left, top, width and height in the settings, in twips, and where the window then is, in pixels. Its frame
+        // is 2 pixels wide.
         CompareTable({{u",,,", u"50,60,300,200"},
                       {u"nan,inf,?,1e30", u"50,60,300,200"},
                       {u"152.5,148.4,0,-4500", u"10,10,300,200"},
-                      {u"300000,450,,", u"499,30,300,200"}, // off every screen, and larger than the screen
+                      {u"300000,450,,", u"496,30,300,200"},
                       {u"-60000,-60000,,", u"0,0,300,200"},
-                      {u"0,0,60000,60000", u"0,0,800,800"}},
+                      {u"10800,11400,,", u"496,596,300,200"},
+                      {u"0,0,60000,60000", u"0,0,796,796"}},
                      place);
     }
 };
