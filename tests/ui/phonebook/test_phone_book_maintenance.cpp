@@ -65,7 +65,7 @@ private slots:
             WhenDialogOpens(u"DeleteMany"_s, [typed = typed, button = button](QDialog &dialog) {
                 auto &box = Control<QPlainTextEdit>(dialog, "txtExclude");
                 QCOMPARE(dialog.windowTitle() + box.textCursor().selectedText(),
-                         u"Delete Multiple07971001234\u2029Fred Bloggs"_s);
+                         u"Delete Multiple07971001234\u2029Fred Bloggs\u2029"_s);
                 box.insertPlainText(typed);
                 Control<QPushButton>(dialog, button).click();
             });
