@@ -4,6 +4,7 @@
 #include "TextTable.h"
 
 #include <QDialog>
+#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -48,6 +49,27 @@ private slots:
                       {u"10800,11400,,", u"496,596,300,200"},
                       {u"0,0,60000,60000", u"0,0,796,796"}},
                      place);
+    }
+
+    void aDialogFitsOnceAndStaysWhereTheUserPutsIt()
+    {
+        struct Large final : QWidget
+        {
+            [[nodiscard]] QSize sizeHint() const override { return {3000, 2000}; }
+        };
+        QDialog dialog;
+        auto *layout = new QVBoxLayout(&dialog);
+        layout->addWidget(new Large);
+        Controls::FitToContents(dialog);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QCOMPARE(dialog.frameGeometry(), QRect(0, 0, 800, 800));
+        dialog.resize(300, 900);
+        dialog.move(700, 10);
+        dialog.hide();
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QCOMPARE(dialog.frameGeometry(), QRect(700, 10, 304, 904));
     }
 };
 

@@ -151,6 +151,7 @@ private slots:
         QCOMPARE(ReadBytes(kept), "\"Day 15\",44,\"1\"\r\n");
         QCOMPARE(Printed(*m_book), u"A 44 1 [] | Everyone"_s);
         QVERIFY(QFile::exists(oldest));
+        QVERIFY(!(QFile::permissions(kept) & (QFile::ReadGroup | QFile::ReadOther)));
         // It was told once; the next save has nothing to tell.
         QCOMPARE(m_book->SavePhoneBook(), QString());
     }
