@@ -9,6 +9,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -64,25 +65,25 @@ bool ScreenFit::eventFilter(QObject *watched, QEvent *event)
     // The desktop tells the frame between showing the window and asking for its contents.
     if (event->type() == QEvent::Show && m_window.windowHandle())
         m_window.windowHandle()->installEventFilter(this);
-    else if (event->type() == QEvent::Expose && m_isDue && m_window.windowHandle()->isExposed())
+    else if (event->type() == QEvent::Expose && static_cast<QWindow *>(watched)->isExposed() &&
+             std::exchange(m_isDue, false))
         Fit();
     return QObject::eventFilter(watched, event);
 }
 
 void ScreenFit::Fit()
 {
-    const QWindow *shown = m_window.windowHandle();
-    const bool isShown = shown && shown->isExposed();
-    m_isDue = m_isDue && !isShown;
     if (m_window.isMaximized() || m_window.isFullScreen())
         return;
-    const QMargins margins = shown ? shown->frameMargins() : QMargins();
+    const QMargins margins = m_window.windowHandle() ? m_window.windowHandle()->frameMargins() : QMargins();
     const QRect wanted(m_position.value_or(m_window.pos()), m_window.size().grownBy(margins));
     const QRect screen = ScreenOf(wanted, m_window);
     if (Controls::IsSizable(m_window))
         m_window.resize(m_window.size().boundedTo(screen.size().shrunkBy(margins)));
     QRect frame(wanted.topLeft(), m_window.size().grownBy(margins));
-    if (!Controls::HasPosition() || (!m_position && !isShown))
+    // Until the window is shown, a place of its own would keep the desktop from choosing one.
+    const bool isPlaced = m_position || !m_isDue;
+    if (!Controls::HasPosition() || !isPlaced)
         return;
     if (!IsWhollyVisible(frame)) {
         frame.moveRight(qMin(frame.right(), screen.right()));

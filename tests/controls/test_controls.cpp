@@ -5,6 +5,7 @@
 
 #include <QDialog>
 #include <QVBoxLayout>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +52,24 @@ private slots:
                      place);
     }
 
+    void aDialogOfFixedSizeDoesNotClimb()
+    {
+        Profile profile;
+        Settings settings(Settings::DefaultFileName(), profile.prompts);
+        QDialog dialog;
+        dialog.setObjectName(u"Fixed"_s);
+        (new QVBoxLayout(&dialog))->setSizeConstraint(QLayout::SetFixedSize);
+        dialog.move(50, 60);
+        Controls::SaveWindowPosition(settings, dialog);
+        Controls::RestoreWindowPosition(settings, dialog);
+        // As the desktop does, since such a layout makes Qt forget that the position includes the title bar.
+        dialog.move(49, 40);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QCOMPARE(dialog.pos(), QPoint(50, 60));
+        QVERIFY(settings.Get(u"Fixed"_s, u"Width"_s).isEmpty());
+    }
+
     void aDialogFitsOnceAndStaysWhereTheUserPutsIt()
     {
         struct Large final : QWidget
@@ -67,6 +86,7 @@ private slots:
         dialog.resize(300, 900);
         dialog.move(700, 10);
         dialog.hide();
+        QTRY_VERIFY(!dialog.windowHandle()->isExposed());
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         QCOMPARE(dialog.frameGeometry(), QRect(700, 10, 304, 904));

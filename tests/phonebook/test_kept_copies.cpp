@@ -90,6 +90,8 @@ private slots:
         constexpr auto kOthers = QFile::ReadGroup | QFile::ReadOther;
         QVERIFY(!(QFile::permissions(m_path) & kOthers));
         QVERIFY(!(QFile::permissions(m_folder->filePath(u"new"_s)) & kOthers));
+        QCOMPARE(Raised([this] { m_book->OpenPhoneBook(m_path + u"/new/ann.kpb"_s); }),
+                 u"75 Corvane.PhoneBook: Not a directory"_s);
     }
 
     void theNewestSevenDaysStay()
@@ -138,14 +140,21 @@ private slots:
         QCOMPARE(Copy(u"20041116.bak"_s), u"\"Day 15\",44,\"1\"\r\n"_s);
     }
 
+    void aRestoreKeepsTheFileThatItReplacesAndTheOneThatItReads_data()
+    {
+        QTest::addColumn<bool>("isSavedFirst");
+        QTest::newRow("the phone book was saved, which drops the oldest day") << true;
+        QTest::newRow("it is the first save of the day") << false;
+    }
     void aRestoreKeepsTheFileThatItReplacesAndTheOneThatItReads()
     {
+        QFETCH(const bool, isSavedFirst);
         Open("A,44,1\r\n");
         SaveDaily(7);
         m_clock.now = m_clock.now.addDays(1);
         const QString oldest = m_path + u".20041109.bak"_s;
-        // As the command does it: the phone book is saved first, which drops the oldest day of any other.
-        m_book->SavePhoneBook(oldest);
+        if (isSavedFirst)
+            m_book->SavePhoneBook(oldest);
         const QString kept = m_book->Restore(oldest);
         QCOMPARE(kept, m_path + u".20041116-103000.bak"_s);
         QCOMPARE(ReadBytes(kept), "\"Day 15\",44,\"1\"\r\n");

@@ -93,6 +93,16 @@ private slots:
         QVERIFY(f.Status().startsWith(u"The old phone book file was kept as "_s));
     }
 
+    void restoresTheOldestCopyByTheFirstSaveOfADay()
+    {
+        Fixture f;
+        const QString copy = f.Book().FileName() + u".2004110%1.bak"_s;
+        for (int day = 1; day <= 7; ++day)
+            QVERIFY(WriteBytes(copy.arg(day), "\"Day " + QByteArray::number(day) + "\",44,\"1\"\r\n"));
+        f.TriggerWithFile(u"mnuRestore"_s, copy.arg(1));
+        QCOMPARE(f.Lists(), u"Everyone*< | Day 1"_s);
+    }
+
     void aFailureLeavesEverythingAsItWas()
     {
         Fixture f;
