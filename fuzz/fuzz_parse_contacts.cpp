@@ -12,8 +12,8 @@ namespace {
 int CountLinesOfFields(const QString &text)
 {
     int count = 0;
-    TextFile::ForEachLine(text,
-                          [&count](QStringView line) { count += line.contains(u',') || line.contains(u'\t') ? 1 : 0; });
+    TextFile::ForEachForeignLine(
+        text, [&count](QStringView line) { count += line.contains(u',') || line.contains(u'\t') ? 1 : 0; });
     return count;
 }
 

@@ -32,8 +32,16 @@ void Close(int &fileDescriptor)
 
 int OpenForLocking(const QByteArray &path)
 {
-    // A lock needs no right to write; a read-only phone book can be held too.
-    return ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    constexpr int kFlags = O_CLOEXEC | O_NONBLOCK;
+    // Network file systems lock only what is open for writing; a read-only phone book can be held elsewhere.
+    const int writable = ::open(path.constData(), O_RDWR | kFlags);
+    return writable >= 0 ? writable : ::open(path.constData(), O_RDONLY | kFlags);
+}
+
+/// False when another program holds it. A file system that has no locks is no reason to do without the file.
+bool TryToLock(int fileDescriptor)
+{
+    return ::flock(fileDescriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
 bool IsStillAt(int fileDescriptor, const QByteArray &path)
@@ -61,16 +69,12 @@ void FileLock::Acquire(const QString &path)
         m_held = OpenForLocking(name);
         if (m_held < 0)
             RaiseAccessError(path, errno);
-        if (::flock(m_held, LOCK_EX | LOCK_NB) != 0) {
-            const int code = errno;
-            Release();
-            if (code != EWOULDBLOCK)
-                RaiseAccessError(path, code);
-            break;
-        }
-        if (IsStillAt(m_held, name))
+        const bool isFree = TryToLock(m_held);
+        if (isFree && IsStillAt(m_held, name))
             return;
         Release();
+        if (!isFree)
+            break;
     }
     throw Error(ErrorNumber::kFileInUse, u"FileLock"_s,
                 QCoreApplication::translate("FileLock", "The file is in use by another program."));
@@ -81,7 +85,7 @@ void FileLock::Prepare(int fileDescriptor)
     Close(m_prepared);
     // The copy shares the lock of the original, and keeps it when the original is closed.
     m_prepared = ::fcntl(fileDescriptor, F_DUPFD_CLOEXEC, 0);
-    if (m_prepared < 0 || ::flock(m_prepared, LOCK_EX | LOCK_NB) != 0) {
+    if (m_prepared < 0 || !TryToLock(m_prepared)) {
         const int code = errno;
         Close(m_prepared);
         throw Error(ErrorNumber::kFileAccess, u"FileLock"_s, qt_error_string(code));

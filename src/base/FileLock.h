@@ -3,7 +3,8 @@
 #include <QString>
 
 /// An advisory lock on a file, held from Acquire to Release or the end of the object, across saves that replace the
-/// file. A second holder, in this process or another, is refused.
+/// file. A second holder, in this process or another, is refused. On a file system without locks nobody is: all goes on
+/// as if the lock were held.
 class FileLock final
 {
 public:

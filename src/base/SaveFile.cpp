@@ -34,18 +34,30 @@ void FlushFolder(const QString &folder)
 
 void SaveFile(const QString &path, const QByteArray &bytes, FilePrivacy privacy, FileLock *lock)
 {
+    const bool isNew = !QFileInfo::exists(path);
     QSaveFile file(path);
     file.setDirectWriteFallback(false);
-    if (!file.open(QIODevice::WriteOnly))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         RaiseSaveError(file.errorString());
     const auto fail = [&file](const QString &reason) {
         file.cancelWriting();
         RaiseSaveError(reason);
     };
-    if (privacy == FilePrivacy::OwnerOnly && !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
+    const bool becomesPrivate = privacy == FilePrivacy::OwnerOnly || (privacy == FilePrivacy::OwnerOnlyIfNew && isNew);
+    const bool isPrivate = becomesPrivate && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    // Some memory sticks have no modes to set, which must not cost the contacts.
+    if (privacy == FilePrivacy::OwnerOnly && !isPrivate)
         fail(file.errorString());
     // QSaveFile::commit alone has been seen to succeed over a cut file on a full disk, so each step is checked here.
-    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError)
+    qint64 size = 0;
+    while (size < bytes.size()) {
+        // When a disk gets full, a part is written first, and only what follows is told why it is not.
+        const qint64 written = file.write(bytes.constData() + size, bytes.size() - size);
+        if (written <= 0)
+            fail(file.errorString());
+        size += written;
+    }
+    if (!file.flush() || file.error() != QFileDevice::NoError)
         fail(file.errorString());
     if (file.size() != bytes.size())
         fail(QCoreApplication::translate("SaveFile", "The file could not be written whole."));

@@ -8,6 +8,8 @@ class FileLock;
 enum class FilePrivacy {
     /// A new file gets the user's usual mode; one that is replaced keeps its own.
     AsUsual,
+    /// A new file is readable by its owner alone; one that is replaced keeps its own mode.
+    OwnerOnlyIfNew,
     /// Readable by its owner alone from the first byte on.
     OwnerOnly,
 };

@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStandardPaths>
 #include <QVariant>
 
 #include <utility>
@@ -46,7 +45,7 @@ Settings::~Settings()
 
 QString Settings::DefaultFileName()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/Corvane/Brevio.json"_s;
+    return Utils::GetSpecialFolder(Utils::SpecialFolder::AppConfig) + u"/Corvane/Brevio.json"_s;
 }
 
 void Settings::Load()
@@ -137,9 +136,9 @@ bool Settings::Flush()
         sections.insert(section.key(), keys);
     }
     try {
-        if (!m_whyUnwritable.isEmpty())
-            throw Error(ErrorNumber::kFileAccess, u"Settings"_s, m_whyUnwritable);
-        Utils::EnsureFolderExists(m_path);
+        QString why = m_whyUnwritable;
+        if (!why.isEmpty() || !Utils::EnsureFolderExists(m_path, &why))
+            throw Error(ErrorNumber::kFileAccess, u"Settings"_s, why);
         SaveFile(m_path, QJsonDocument(sections).toJson(), FilePrivacy::OwnerOnly);
     } catch (const Error &error) {
         // Told once: every later write would bring the same box again.

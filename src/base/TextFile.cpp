@@ -21,6 +21,14 @@ bool IsLineBreak(QChar c)
     return c == u'\r' || c == u'\n' || c == u'\u0085' || c == u'\u2028' || c == u'\u2029';
 }
 
+/// Whether the bytes are UTF-8 but for their end, where a character is cut, and hold a whole one that is not ASCII.
+bool IsCutUtf8(const QByteArray &bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString whole = decoder.decode(bytes);
+    return !decoder.hasError() && std::any_of(whole.begin(), whole.end(), [](QChar c) { return c > u'\u007F'; });
+}
+
 } // namespace
 
 int CodePageByte(char16_t character)
@@ -58,9 +66,12 @@ bool DecodesWhole(const QByteArray &bytes)
 
 QString DecodeForeign(const QByteArray &bytes)
 {
+    // A decoder without a state does not wait for the rest of a character.
     if (const auto marked = QStringConverter::encodingForData(bytes))
-        return QStringDecoder(*marked).decode(bytes);
-    return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : DecodeCodePage(bytes);
+        return QStringDecoder(*marked, QStringDecoder::Flag::Stateless).decode(bytes);
+    if (bytes.isValidUtf8() || IsCutUtf8(bytes))
+        return QString::fromUtf8(bytes);
+    return DecodeCodePage(bytes);
 }
 
 QByteArray Encode(const QString &text)

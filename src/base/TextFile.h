@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <algorithm>
+
 /// The bytes of the program's text files, and their text.
 ///
 /// Text is Windows-1252, whose five unassigned bytes stand for the C1 controls of the same number, so that every
@@ -26,7 +28,8 @@ inline constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
 [[nodiscard]] bool DecodesWhole(const QByteArray &bytes);
 
 /// Text of a file that another program wrote: in UTF-8, UTF-16 or UTF-32 when it starts with a byte order mark (which
-/// is taken off), else in UTF-8 when all its bytes are valid so, else in Windows-1252.
+/// is taken off), else in UTF-8 when all its bytes are valid so, else in Windows-1252. A file that was cut within its
+/// last character is read as the rest tells, unless that is plain ASCII, and ends with U+FFFD.
 [[nodiscard]] QString DecodeForeign(const QByteArray &bytes);
 
 /// Bytes that Decode reads back as the same text.
@@ -43,6 +46,19 @@ void ForEachLine(QStringView text, Visitor visit)
         text = end < 0 ? QStringView() : text.sliced(end + 1);
         if (end >= 0 && line.endsWith(u'\r'))
             line.chop(1);
+        visit(line);
+    }
+}
+
+/// The same for the text of a file that another program wrote: CR, LF and CR LF each end a line.
+template <typename Visitor>
+void ForEachForeignLine(QStringView text, Visitor visit)
+{
+    while (!text.isEmpty()) {
+        const auto end = std::find_if(text.begin(), text.end(), [](QChar c) { return c == u'\n' || c == u'\r'; });
+        const QStringView line = text.first(end - text.begin());
+        text = text.sliced(line.size());
+        text = text.sliced(text.startsWith(u"\r\n") ? 2 : qMin(text.size(), qsizetype(1)));
         visit(line);
     }
 }

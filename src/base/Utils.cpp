@@ -9,7 +9,9 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <cerrno>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -22,13 +24,32 @@ namespace {
     throw Error(ErrorNumber::kFileAccess, u"ReadTextFile"_s, description);
 }
 
+/// The folder that the variable names; empty text for a path that is not absolute, as programs are to pass it over.
+QString Environment(const char *variable)
+{
+    const QString path = qEnvironmentVariable(variable);
+    return QDir::isAbsolutePath(path) ? QDir::cleanPath(path) : QString();
+}
+
 } // namespace
 
 QString GetSpecialFolder(SpecialFolder folder)
 {
-    const auto location =
-        folder == SpecialFolder::AppData ? QStandardPaths::GenericDataLocation : QStandardPaths::DocumentsLocation;
-    return QDir::cleanPath(QStandardPaths::writableLocation(location));
+    // Without a home Qt would take the root of all files for it.
+    const QString home = Environment("HOME");
+    const auto below = [&home](const QString &path) {
+        return home.isEmpty() ? QString() : QDir::cleanPath(home + path);
+    };
+    switch (folder) {
+    case SpecialFolder::AppData:
+        return IfEmpty(Environment("XDG_DATA_HOME"), below(u"/.local/share"_s));
+    case SpecialFolder::AppConfig:
+        return IfEmpty(Environment("XDG_CONFIG_HOME"), below(u"/.config"_s));
+    case SpecialFolder::MyDocuments:
+        break;
+    }
+    return home.isEmpty() ? QString()
+                          : QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
 }
 
 QString AppDataFolder()
@@ -87,10 +108,22 @@ QString FileNameOfPath(const QString &path)
     return path.sliced(qMax(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1);
 }
 
-bool EnsureFolderExists(const QString &path)
+bool EnsureFolderExists(const QString &path, QString *reason)
 {
-    const qsizetype end = path.lastIndexOf(u'/');
-    return end <= 0 || QDir().mkpath(path.first(end));
+    constexpr mode_t kOwnerOnly = 0700;
+    for (qsizetype end = path.indexOf(u'/', 1); end >= 0; end = path.indexOf(u'/', end + 1)) {
+        const QString folder = path.first(end);
+        if (QFileInfo(folder).isDir() || ::mkdir(QFile::encodeName(folder).constData(), kOwnerOnly) == 0)
+            continue;
+        const int code = errno == EEXIST ? ENOTDIR : errno;
+        // Another program may have made it just now.
+        if (QFileInfo(folder).isDir())
+            continue;
+        if (reason)
+            *reason = qt_error_string(code);
+        return false;
+    }
+    return true;
 }
 
 QString QuoteCsvField(const QString &text)

@@ -8,9 +8,10 @@ class QAbstractItemModel;
 /// Folders, files and comma-separated text.
 namespace Utils {
 
-enum class SpecialFolder { AppData, MyDocuments };
+enum class SpecialFolder { AppData, AppConfig, MyDocuments };
 
-/// The path of a folder of the user's without a separator at its end, or empty text when there is none.
+/// The path of a folder of the user's without a separator at its end, or empty text when the environment tells none:
+/// neither HOME nor, for the first two, the folder's own variable.
 [[nodiscard]] QString GetSpecialFolder(SpecialFolder folder);
 
 /// `$XDG_DATA_HOME`, by default `~/.local/share`.
@@ -40,9 +41,10 @@ template <typename T>
 /// The part after the last "/" or "\".
 [[nodiscard]] QString FileNameOfPath(const QString &path);
 
-/// Creates every folder on the way to the last "/" of the path; what follows it is taken for a file and left alone.
-/// False when a folder can neither be entered nor made.
-bool EnsureFolderExists(const QString &path);
+/// Creates every folder on the way to the last "/" of the path, for its owner alone; what follows it is taken for a
+/// file and left alone, as are folders that exist. False when a folder can neither be entered nor made; `reason`, where
+/// given, then says why.
+bool EnsureFolderExists(const QString &path, QString *reason = nullptr);
 
 /// The text between double quotes, with those inside it doubled.
 [[nodiscard]] QString QuoteCsvField(const QString &text);

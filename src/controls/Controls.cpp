@@ -1,5 +1,6 @@
 #include "Controls.h"
 
+#include "ScreenFit.h"
 #include "Settings.h"
 
 #include <QComboBox>
@@ -7,7 +8,6 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLayout>
-#include <QScreen>
 #include <QTreeView>
 
 #include <cmath>
@@ -40,29 +40,6 @@ std::optional<int> StoredLength(const Settings &settings, const QString &section
     return pixels && *pixels > 0 ? pixels : std::nullopt;
 }
 
-bool IsSizable(const QWidget &window)
-{
-    const bool layoutFixesIt = window.layout() && window.layout()->sizeConstraint() == QLayout::SetFixedSize;
-    return !layoutFixesIt && window.minimumSize() != window.maximumSize();
-}
-
-bool HasPosition()
-{
-    return !QGuiApplication::platformName().startsWith("wayland"_L1);
-}
-
-/// Whether enough of the window's top edge is on a screen to take hold of it.
-bool IsReachable(const QRect &frame)
-{
-    constexpr int kHandle = 40;
-    const QRect top(frame.left(), frame.top(), frame.width(), kHandle / 2);
-    const QList<QScreen *> screens = QGuiApplication::screens();
-    return std::any_of(screens.begin(), screens.end(), [&top](const QScreen *screen) {
-        const QRect visible = screen->availableGeometry().intersected(top);
-        return visible.width() >= kHandle && !visible.isEmpty();
-    });
-}
-
 QString WidthsSection(const QTreeView &list)
 {
     return list.objectName() + " Column Widths"_L1;
@@ -74,6 +51,17 @@ QString Caption(const QTreeView &list, int column)
 }
 
 } // namespace
+
+bool IsSizable(const QWidget &window)
+{
+    const bool layoutFixesIt = window.layout() && window.layout()->sizeConstraint() == QLayout::SetFixedSize;
+    return !layoutFixesIt && window.minimumSize() != window.maximumSize();
+}
+
+bool HasPosition()
+{
+    return !QGuiApplication::platformName().startsWith("wayland"_L1);
+}
 
 void SaveWindowPosition(Settings &settings, const QWidget &window)
 {
@@ -96,22 +84,13 @@ void RestoreWindowPosition(const Settings &settings, QWidget &window)
     if (IsSizable(window)) {
         const int width = StoredLength(settings, section, u"Width"_s).value_or(window.width());
         const int height = StoredLength(settings, section, u"Height"_s).value_or(window.height());
-        const QSize most = window.screen()->availableGeometry().size();
-        window.resize(QSize(width, height).boundedTo(most));
+        window.resize(width, height);
     }
-    if (!HasPosition())
-        return;
     const std::optional<int> left = StoredPosition(settings, section, u"Left"_s);
     const std::optional<int> top = StoredPosition(settings, section, u"Top"_s);
-    if (!left && !top)
-        return;
-    QPoint position(left.value_or(window.x()), top.value_or(window.y()));
-    if (!IsReachable(QRect(position, window.size()))) {
-        const QRect screen = window.screen()->availableGeometry();
-        position.setX(qBound(screen.left(), position.x(), qMax(screen.left(), screen.right() - window.width())));
-        position.setY(qBound(screen.top(), position.y(), qMax(screen.top(), screen.bottom() - window.height())));
-    }
-    window.move(position);
+    const bool isPlaced = left || top;
+    ScreenFit::Apply(window, isPlaced ? std::optional(QPoint(left.value_or(window.x()), top.value_or(window.y())))
+                                      : std::nullopt);
 }
 
 void SaveControlSize(Settings &settings, const QWidget &control)
@@ -155,7 +134,8 @@ void FitToContents(QDialog &dialog)
     QSize size = dialog.layout()->totalSizeHint();
     if (dialog.layout()->hasHeightForWidth())
         size.setHeight(dialog.layout()->totalHeightForWidth(size.width()));
-    dialog.resize(size.boundedTo(dialog.screen()->availableGeometry().size()));
+    dialog.resize(size);
+    ScreenFit::Apply(dialog);
 }
 
 void SetUpReport(QTreeView &list)

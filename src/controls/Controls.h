@@ -17,12 +17,18 @@ namespace Controls {
 
 inline constexpr int kTwipsPerPixel = 15;
 
+/// Whether the user may change the window's size.
+[[nodiscard]] bool IsSizable(const QWidget &window);
+
+/// False on Wayland, where windows neither know nor choose where they are.
+[[nodiscard]] bool HasPosition();
+
 /// Keys "Left" and "Top", and for a window that can be resized "Width" and "Height". Nothing is written while the
-/// window is minimised or maximised; positions neither on Wayland, which has none to give.
+/// window is minimised or maximised.
 void SaveWindowPosition(Settings &settings, const QWidget &window);
 
-/// A value that is missing, no number, not positive where it is a size, or absurd is passed over. A window that would
-/// lie off every screen is moved onto one.
+/// A value that is missing, no number, not positive where it is a size, or absurd is passed over. The window, its frame
+/// included, is made to fit the screen and moved until all of it can be seen.
 void RestoreWindowPosition(const Settings &settings, QWidget &window);
 
 void SaveControlSize(Settings &settings, const QWidget &control);

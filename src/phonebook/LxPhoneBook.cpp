@@ -4,6 +4,7 @@
 #include "Error.h"
 #include "ExportFile.h"
 #include "ImportLine.h"
+#include "KeptCopies.h"
 #include "LxCountryList.h"
 #include "PhoneBookFile.h"
 #include "PhoneNumbers.h"
@@ -131,7 +132,8 @@ void LxPhoneBook::OpenPhoneBook(QString name)
     m_mustKeepOldFile = true;
     try {
         if (!Utils::FileExists(m_fileName)) {
-            Utils::EnsureFolderExists(m_fileName);
+            if (QString why; !Utils::EnsureFolderExists(m_fileName, &why))
+                throw Error(ErrorNumber::kFileAccess, u"Corvane.PhoneBook"_s, why);
             SavePhoneBook();
             return;
         }
@@ -156,37 +158,36 @@ void LxPhoneBook::ClosePhoneBook()
     m_fileName.clear();
 }
 
-QString LxPhoneBook::SavePhoneBook()
+QString LxPhoneBook::SavePhoneBook(const QString &sparedCopy)
 {
     if (m_fileName.isEmpty()) {
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
                     QCoreApplication::translate("LxPhoneBook", "No phone book file is open"));
     }
     // After an open that failed the file is not held, and may be another program's.
-    const bool exists = Utils::FileExists(m_fileName);
-    if (exists && !m_lock.IsHeld())
+    if (!m_lock.IsHeld() && Utils::FileExists(m_fileName))
         m_lock.Acquire(m_fileName);
-    QString keptFile = exists && m_mustKeepOldFile ? KeepOldFile() : QString();
+    const bool isWorthKeeping = QFileInfo(m_fileName).size() > 0;
+    QString toldCopy;
+    QString dayCopy;
     try {
-        SaveFile(m_fileName, Content(), FilePrivacy::AsUsual, &m_lock);
+        if (isWorthKeeping && m_mustKeepOldFile)
+            toldCopy = KeptCopies::Keep(m_fileName, m_clock.Now());
+        if (isWorthKeeping)
+            dayCopy = KeptCopies::KeepForDay(m_fileName, m_clock.Now().date());
+        SaveFile(m_fileName, Content(), FilePrivacy::OwnerOnlyIfNew, &m_lock);
     } catch (const Error &) {
-        // The next attempt makes the copy anew; on a full disk it would be one too many.
-        if (!keptFile.isEmpty())
-            QFile::remove(keptFile);
+        // The next attempt makes the copies anew; on a full disk they would be too many.
+        for (const QString &copy : {toldCopy, dayCopy}) {
+            if (!copy.isEmpty())
+                QFile::remove(copy);
+        }
         throw;
     }
     m_mustKeepOldFile = false;
-    return keptFile;
-}
-
-QString LxPhoneBook::KeepOldFile() const
-{
-    const QString stem = m_fileName + u'.' + m_clock.Now().toString(u"yyyyMMdd-HHmmss"_s);
-    QString name = stem + u".bak"_s;
-    for (int n = 2; Utils::FileExists(name); ++n)
-        name = stem + u'-' + QString::number(n) + u".bak"_s;
-    SaveFile(name, Utils::ReadTextFile(m_fileName), FilePrivacy::OwnerOnly);
-    return name;
+    if (!dayCopy.isEmpty())
+        KeptCopies::RemoveOldDays(m_fileName, {dayCopy, sparedCopy});
+    return toldCopy;
 }
 
 QString LxPhoneBook::Backup(const QString &name)
@@ -206,16 +207,16 @@ QString LxPhoneBook::Restore(const QString &name)
     LxGroup *const oldContacts = m_allContacts;
     const bool oldMustKeep = m_mustKeepOldFile;
     ClearAll();
-    const bool isWhole = AddContacts(bytes);
+    AddContacts(bytes);
     try {
         if (!bytes.isEmpty() && m_allContacts->Count() == 0) {
             throw Error(
                 ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
                 QCoreApplication::translate("LxPhoneBook", "%1 is not a phone book").arg(Utils::FileNameOfPath(name)));
         }
-        // A backup that was cut or damaged must not be all that is left.
-        m_mustKeepOldFile = oldMustKeep || !isWhole || (bytes.isEmpty() && oldContacts->Count() > 0);
-        return SavePhoneBook();
+        // Whatever was restored, by mistake too, must not be all that is left.
+        m_mustKeepOldFile = true;
+        return SavePhoneBook(name);
     } catch (const Error &) {
         m_mustKeepOldFile = oldMustKeep;
         m_groups = std::move(oldGroups);
@@ -263,30 +264,47 @@ void LxPhoneBook::AddContact(const LxContactPtr &contact, const QString &groups,
     finder.AddTo(groups, contact);
 }
 
-int LxPhoneBook::ParseContacts(const QString &text)
+LxContactPtr LxPhoneBook::ImportedContactOf(QStringView line, QString &groups) const
 {
-    int passedOver = 0;
+    try {
+        ImportLine::Fields fields = ImportLine::Parse(line, m_countries);
+        const LxContactPtr contact = CreateContact();
+        contact->SetName(fields.name);
+        if (fields.countryCode != 0)
+            contact->SetCountryCode(fields.countryCode);
+        contact->SetMobile(fields.mobile);
+        // What is left behind the country code may be no number, on which the import of all others would stop.
+        contact->SetUserMobile(contact->UserMobile());
+        groups = std::move(fields.groups);
+        return contact;
+    } catch (const Error &) {
+        return nullptr;
+    }
+}
+
+LxPhoneBook::ParsedLines LxPhoneBook::ParseContacts(const QString &text)
+{
+    ParsedLines parsed;
     GroupFinder finder(m_groups);
-    TextFile::ForEachLine(text, [&](QStringView line) {
+    QString names;
+    int number = 0;
+    TextFile::ForEachForeignLine(text, [&](QStringView line) {
+        ++number;
+        const bool isCut = line.endsWith(QChar::ReplacementCharacter) && line.end() == QStringView(text).end();
         line = ImportLine::WithoutComment(line);
         if (line.isEmpty())
             return;
-        try {
-            const ImportLine::Fields fields = ImportLine::Parse(line, m_countries);
-            const LxContactPtr contact = CreateContact();
-            contact->SetName(fields.name);
-            if (fields.countryCode != 0)
-                contact->SetCountryCode(fields.countryCode);
-            contact->SetMobile(fields.mobile);
-            // What is left behind the country code may be no number, on which the import of all others would stop.
-            contact->SetUserMobile(contact->UserMobile());
-            AddContact(contact, fields.groups, finder);
-        } catch (const Error &) {
-            // A heading, or a line of something else, costs its own contact only. Of a comment a quote may be left.
-            passedOver += std::any_of(line.begin(), line.end(), [](QChar c) { return c.isLetterOrNumber(); }) ? 1 : 0;
+        // A heading, or a line of something else, costs its own contact only.
+        if (const LxContactPtr contact = isCut ? nullptr : ImportedContactOf(line, names)) {
+            AddContact(contact, names, finder);
+            parsed.lineOf.push_back(number);
+            return;
         }
+        // Of a comment a quote may be left.
+        const bool hasText = std::any_of(line.begin(), line.end(), [](QChar c) { return c.isLetterOrNumber(); });
+        parsed.passedOver += isCut || hasText ? 1 : 0;
     });
-    return passedOver;
+    return parsed;
 }
 
 void LxPhoneBook::Import(const LxContactList &contacts, LxGroup *group)

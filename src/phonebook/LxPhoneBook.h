@@ -8,6 +8,8 @@
 
 #include <QString>
 
+#include <vector>
+
 class Clock;
 class LxCountryList;
 
@@ -42,11 +44,12 @@ public:
     /// Throws away what is not saved by loading the file again.
     void RevertToSaved();
 
-    /// Writes the whole phone book to its file. When the last load skipped a line that was not blank or bytes
-    /// that were no text, or the open failed, the old file is first kept beside it, byte for byte, as
-    /// "<name>.<date-time>.bak"; a save that fails leaves no such copy. Returns the path of the copy, or empty text
-    /// when none was due.
-    QString SavePhoneBook();
+    /// Writes the whole phone book to its file. An old file that is not empty is first kept beside it, byte for byte:
+    /// as "<name>.<date>.bak" by the first save of a day, of which copies the newest seven stay (and `sparedCopy`,
+    /// which is wanted still), and as "<name>.<date-time>.bak" when the last load skipped a line that was not blank or
+    /// bytes that were no text, or the open failed. A save that fails, also where a copy cannot be made, leaves no new
+    /// copy and removes none. Returns the path of the second kind of copy, which is to be told, or empty text.
+    QString SavePhoneBook(const QString &sparedCopy = {});
 
     /// Releases the file. The contacts in memory stay.
     void ClosePhoneBook();
@@ -54,15 +57,23 @@ public:
     /// Writes the whole phone book to another file. Onto its own it is a save, and returns what SavePhoneBook does.
     QString Backup(const QString &name);
 
-    /// Replaces the contacts by those of the named file and saves the phone book; returns what SavePhoneBook does. The
-    /// old file is kept as there when the named file was not read whole, or is empty while the phone book was not.
-    /// Raises "<file> is not a phone book" when the file is not empty and has no readable line. Whatever is raised,
-    /// the phone book is as it was, groups without members included.
+    /// Replaces the contacts by those of the named file and saves the phone book. The old file, unless it is empty, is
+    /// kept as "<name>.<date-time>.bak"; returns the path of that copy, which is to be told, or empty text. Raises
+    /// "<file> is not a phone book" when the file is not empty and has no readable line. Whatever is raised, the phone
+    /// book is as it was, groups without members included.
     QString Restore(const QString &name);
 
+    struct ParsedLines
+    {
+        /// How many lines that are no comment hold no contact.
+        int passedOver = 0;
+        /// The line of every contact that was added, in their order, counted from 1 with all lines of the text.
+        std::vector<int> lineOf;
+    };
     /// Adds every contact that can be read in the text of a contact file of another program, in the order of its lines,
-    /// and to the groups that its line names. Returns how many lines that are no comment were passed over.
-    int ParseContacts(const QString &text);
+    /// and to the groups that its line names. CR, LF and CR LF each end a line; one that was cut within a character, as
+    /// TextFile::DecodeForeign tells, holds no contact.
+    ParsedLines ParseContacts(const QString &text);
 
     /// Adds a clone of every contact, in no other group than `group`, where one is given. Nothing is saved.
     /// Raises what LxContact::Clone raises for a contact without a country or a number; those before it stay added.
@@ -85,11 +96,12 @@ private:
     void AddContact(const LxContactPtr &contact, const QString &groups, GroupFinder &finder);
     /// The line's contact; null for a line that breaks the rules. `groups` becomes the names of its groups.
     [[nodiscard]] LxContactPtr ContactOf(QStringView line, QString &groups) const;
+    /// The same for a line of another program's file.
+    [[nodiscard]] LxContactPtr ImportedContactOf(QStringView line, QString &groups) const;
     /// Adds the contacts of a phone-book file. False when a line that was not blank or bytes that were no text were
     /// skipped.
     bool AddContacts(const QByteArray &bytes);
     [[nodiscard]] QByteArray Content() const;
-    [[nodiscard]] QString KeepOldFile() const;
 
     const LxCountryList &m_countries;
     const Clock &m_clock;

@@ -10,6 +10,7 @@
 #include "Settings.h"
 #include "SingleInstance.h"
 #include "UpgradeSettings.h"
+#include "Utils.h"
 #include "Version.h"
 #include "WindowServices.h"
 
@@ -48,6 +49,15 @@ bool ApplicationModule::Main()
             {tr("%1 is already running.\r\n\r\nPlease select %1 from the task bar to continue.")
                  .arg(ApplicationTitle()),
              PromptIcon::Information});
+        return false;
+    }
+    // Nothing could be kept, and what the user enters would be gone at the end.
+    if (Utils::AppDataFolder().isEmpty() || Utils::GetSpecialFolder(Utils::SpecialFolder::AppConfig).isEmpty()) {
+        m_seams.prompts.ShowMessageBox(
+            {tr("%1 cannot start, as there is no folder for your phone book and your settings.\r\n\r\nPlease set the "
+                "environment variable HOME to your home folder.")
+                 .arg(ApplicationTitle()),
+             PromptIcon::Critical});
         return false;
     }
     m_program = std::make_unique<Program>(m_seams);

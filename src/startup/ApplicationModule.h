@@ -35,7 +35,7 @@ public:
     ~ApplicationModule();
 
     /// Shows the compose window, after which the program lives until its last window closes. False when another copy
-    /// runs, which is told; nothing is then made or written.
+    /// runs, or when there is no folder for the user's files, which is told; nothing is then made or written.
     [[nodiscard]] bool Main();
 
 private:

@@ -4,6 +4,8 @@
 #include "Settings.h"
 
 #include <QDialog>
+#include <QVBoxLayout>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -12,11 +14,12 @@ class TestControls final : public QObject
     Q_OBJECT
 
 private slots:
-    // Left, top, width and height in the settings, in twips, and where the window then is, in pixels.
-    TABLE_TEST(windowsComeBackWhereTheUserCanReachThem, (const QString &stored, const QString &place),
+    // Left, top, width and height in the settings, in twips, and where the window then is, in pixels. Its frame is 2
+    // pixels wide.
+    TABLE_TEST(windowsComeBackWholeOntoTheScreen, (const QString &stored, const QString &place),
                u",,, -> 50,60,300,200", u"nan,inf,?,1e30 -> 50,60,300,200", u"152.5,148.4,0,-4500 -> 10,10,300,200",
-               u"300000,450,, -> 499,30,300,200", // off every screen, and larger than the screen
-               u"-60000,-60000,, -> 0,0,300,200", u"0,0,60000,60000 -> 0,0,800,800")
+               u"300000,450,, -> 496,30,300,200", u"-60000,-60000,, -> 0,0,300,200",
+               u"10800,11400,, -> 496,596,300,200", u"0,0,60000,60000 -> 0,0,796,796")
     {
         Profile profile;
         Settings settings(Settings::DefaultFileName(), profile.prompts);
@@ -25,13 +28,60 @@ private slots:
                           stored.section(u',', i, i));
         QDialog window;
         window.setObjectName(u"Results"_s);
-        window.setGeometry(50, 60, 300, 200);
-        Controls::RestoreWindowPosition(settings, window);
-        Controls::SaveWindowPosition(settings, window);
+        window.resize(300, 200);
+        window.move(50, 60);
+        // Shown again, and in another session, it is where it was.
+        for (int round = 0; round < 2; ++round) {
+            Controls::RestoreWindowPosition(settings, window);
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            Controls::SaveWindowPosition(settings, window);
+            window.hide();
+        }
         QDialog again;
         again.setObjectName(u"Results"_s);
         Controls::RestoreWindowPosition(settings, again);
         QCOMPARE(u"%1,%2,%3,%4"_s.arg(again.x()).arg(again.y()).arg(again.width()).arg(again.height()), place);
+    }
+
+    void aDialogOfFixedSizeDoesNotClimb()
+    {
+        Profile profile;
+        Settings settings(Settings::DefaultFileName(), profile.prompts);
+        QDialog dialog;
+        dialog.setObjectName(u"Fixed"_s);
+        (new QVBoxLayout(&dialog))->setSizeConstraint(QLayout::SetFixedSize);
+        dialog.move(50, 60);
+        Controls::SaveWindowPosition(settings, dialog);
+        Controls::RestoreWindowPosition(settings, dialog);
+        // As the desktop does, since such a layout makes Qt forget that the position includes the title bar.
+        dialog.move(49, 40);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QCOMPARE(dialog.pos(), QPoint(50, 60));
+        QVERIFY(settings.Get(u"Fixed"_s, u"Width"_s).isEmpty());
+    }
+
+    void aDialogFitsOnceAndStaysWhereTheUserPutsIt()
+    {
+        struct Large final : QWidget
+        {
+            [[nodiscard]] QSize sizeHint() const override { return {3000, 2000}; }
+        };
+        QDialog dialog;
+        auto *layout = new QVBoxLayout(&dialog);
+        layout->addWidget(new Large);
+        Controls::FitToContents(dialog);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QCOMPARE(dialog.frameGeometry(), QRect(0, 0, 800, 800));
+        dialog.resize(300, 900);
+        dialog.move(700, 10);
+        dialog.hide();
+        QTRY_VERIFY(!dialog.windowHandle()->isExposed());
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QCOMPARE(dialog.frameGeometry(), QRect(700, 10, 304, 904));
     }
 };
 

@@ -166,10 +166,9 @@ private slots:
         QCOMPARE(RaisedByOpening(m_path), u""_s);
     }
 
-    // A file that is empty or was not read whole leaves a copy of the old one; one that is refused leaves all as it
-    // was.
+    // One that is refused leaves all as it was; any other leaves a copy of the old one.
     TABLE_TEST(aRestoreTakesTheFileOrLeavesAllAsItWas, (const QByteArray &file, const QString &printed, bool keepsOld),
-               {"whole", "B,44,2,X;Y\r\n", u"B 44 2 [X;Y] | Everyone;X;Y"_s, false},
+               {"whole", "B,44,2,X;Y\r\n", u"B 44 2 [X;Y] | Everyone;X;Y"_s, true},
                {"two lines skipped", "B,44,2,X;Y\r\nC,44\r\nD,99,4\r\n", u"B 44 2 [X;Y] | Everyone;X;Y"_s, true},
                {"empty", "", u" | Everyone"_s, true}, {"the mark alone", "\xEF\xBB\xBF", kOld, false},
                {"all lines skipped", "B,99,2\r\nC,98,3\r\n", kOld, false})

@@ -42,6 +42,28 @@ private slots:
         QVERIFY(second.Main());
         QVERIFY(FindWindow(u"Compose"_s)->isVisible());
     }
+
+    void withoutAFolderForItsFilesItEndsAtOnce_data()
+    {
+        QTest::addColumn<QByteArray>("missing");
+        QTest::newRow("data") << "XDG_DATA_HOME"_ba;
+        QTest::newRow("settings") << "XDG_CONFIG_HOME"_ba;
+    }
+    void withoutAFolderForItsFilesItEndsAtOnce()
+    {
+        QFETCH(const QByteArray, missing);
+        Profile p;
+        const QByteArray home = qgetenv("HOME");
+        qunsetenv("HOME");
+        qunsetenv(missing.constData());
+        DirectPostRunner runner;
+        ApplicationModule module({p.prompts, p.shell, p.clock, p.internetSettings, runner}, p.home.path(), {});
+        p.prompts.ExpectBoxBeginning(u"Brevio cannot start, as there is no folder for your phone book"_s,
+                                     PromptIcon::Critical);
+        const bool isStarted = module.Main();
+        qputenv("HOME", home);
+        QVERIFY(!isStarted && !FindWindow(u"Compose"_s));
+    }
 };
 
 QTEST_MAIN(TestApplicationModule)

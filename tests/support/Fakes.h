@@ -21,11 +21,13 @@ public:
     QStringList opened;
 };
 
-/// 15 November 2004, half past ten.
+/// 15 November 2004, half past ten, until it is set.
 class FixedClock final : public Clock
 {
 public:
-    [[nodiscard]] QDateTime Now() const override { return QDateTime(QDate(2004, 11, 15), QTime(10, 30)); }
+    [[nodiscard]] QDateTime Now() const override { return now; }
+
+    QDateTime now{QDate(2004, 11, 15), QTime(10, 30)};
 };
 
 /// Answers with what it was given, or, when told so, never.

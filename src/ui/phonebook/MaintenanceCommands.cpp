@@ -107,7 +107,7 @@ PhoneBookChange MaintenanceCommands::Restore(const LxGroup &chosen) const
         return {};
     const QString caption = tr("Restore Failed");
     QString kept;
-    const QString notSaved = Attempt([&] { kept = m_phoneBook.SavePhoneBook(); });
+    const QString notSaved = Attempt([&] { kept = m_phoneBook.SavePhoneBook(path); });
     // The icons of the two failures differ, and that is meant.
     if (!notSaved.isEmpty()) {
         return {.failure =
@@ -174,9 +174,10 @@ MaintenanceCommands::ParsedContacts MaintenanceCommands::Parse(const QString &te
     const WaitCursor hourglass;
     // The user's phone book does not take over the groups that the lines name.
     LxPhoneBook scratch(m_countries, m_clock);
-    const int passedOver = scratch.ParseContacts(text);
+    LxPhoneBook::ParsedLines lines = scratch.ParseContacts(text);
+    const int passedOver = lines.passedOver;
     const bool isTold = passedOver > 0 && scratch.AllContacts().Count() > 0;
-    return {scratch.AllContacts().ContactList(),
+    return {scratch.AllContacts().ContactList(), std::move(lines),
             isTold ? tr("Lines of the file that hold no contact: %1").arg(passedOver) : QString()};
 }
 

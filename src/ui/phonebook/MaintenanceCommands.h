@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LxContactList.h"
+#include "LxPhoneBook.h"
 #include "PhoneBookChange.h"
 #include "WindowServices.h"
 
@@ -9,7 +10,6 @@
 
 class Clock;
 class LxCountryList;
-class LxPhoneBook;
 class QWidget;
 
 /// The commands for the whole phone book and those that read or write other files: each asks where it must, does its
@@ -22,6 +22,7 @@ public:
     struct ParsedContacts
     {
         LxContactList contacts;
+        LxPhoneBook::ParsedLines lines;
         /// What to tell about lines that were passed over.
         QString notice;
     };

@@ -72,6 +72,18 @@ private slots:
         QTEST(f.Rows(), "rows");
     }
 
+    void lettersSortBesideTheirPlainOnes_data()
+    {
+        QTest::addColumn<QString>("key");
+        const std::pair<const char *, const char *> rows[] = {{"Éa", "ea"},  {"İa", "ia"}, {"ıa", "ia"},  {"Ła", "la"},
+                                                              {"Øa", "oa"},  {"Ǿa", "oa"}, {"ßa", "ssa"}, {"ẞa", "ssa"},
+                                                              {"Đa", "da"},  {"Ħa", "ha"}, {"Ŧa", "ta"},  {"Æa", "aea"},
+                                                              {"Œa", "oea"}, {"Яa", "яa"}, {"A Z", "a z"}};
+        for (const auto &[text, key] : rows)
+            QTest::newRow(text) << QString::fromUtf8(key);
+    }
+    void lettersSortBesideTheirPlainOnes() { QTEST(SortKey(QString::fromUtf8(QTest::currentDataTag())), "key"); }
+
     void newAndGoneMembersKeepTheOrder()
     {
         Fixture f;

@@ -65,7 +65,7 @@ private slots:
         WhenDialogOpens(u"DeleteMany"_s, [name = button.toLatin1()](QDialog &dialog) {
             auto &box = Control<QPlainTextEdit>(dialog, "txtExclude");
             QCOMPARE(dialog.windowTitle() + box.textCursor().selectedText(),
-                     u"Delete Multiple07971001234\u2029Fred Bloggs"_s);
+                     u"Delete Multiple07971001234\u2029Fred Bloggs\u2029"_s);
             box.insertPlainText(u"ann\n\n ZOE \n07971 001234\nNobody"_s);
             Control<QPushButton>(dialog, name).click();
         });
@@ -89,6 +89,16 @@ private slots:
         f.TriggerWithFile(u"mnuRestore"_s, file);
         QCOMPARE(f.Lists(), u"Everyone*< | Di"_s);
         QVERIFY(f.Status().startsWith(u"The old phone book file was kept as "_s));
+    }
+
+    void restoresTheOldestCopyByTheFirstSaveOfADay()
+    {
+        Fixture f;
+        const QString copy = f.Book().FileName() + u".2004110%1.bak"_s;
+        for (int day = 1; day <= 7; ++day)
+            QVERIFY(WriteBytes(copy.arg(day), "\"Day " + QByteArray::number(day) + "\",44,\"1\"\r\n"));
+        f.TriggerWithFile(u"mnuRestore"_s, copy.arg(1));
+        QCOMPARE(f.Lists(), u"Everyone*< | Day 1"_s);
     }
 
     void aFailureLeavesEverythingAsItWas()
