@@ -196,7 +196,11 @@ private slots:
         QCOMPARE(settings[u"Import Contacts"_s][u"FileName"_s].toString(), path(u"people.txt"_s));
         QCOMPARE(settings[u"Backup Phonebook"_s][u"File"_s].toString(), path(u"backup.kpb"_s));
         QCOMPARE(settings[u"Account"_s][u"Password"_s].toString(), u"secret"_s);
+        // The first file of the day that was not empty is from before the group got its name.
+        const QByteArray firstOfDay = QByteArray(imported).replace("Friends", "Imported");
         const QMap<QString, QByteArray> expected = {{p.phoneBook, merged},
+                                                    {p.phoneBook + u".20041115.bak"_s, firstOfDay},
+                                                    {p.phoneBook + u".20041115-103000.bak"_s, bob + zoe},
                                                     {path(u"backup.kpb"_s), merged},
                                                     {path(u"people.txt"_s), source},
                                                     {path(u"results.csv"_s), results},
