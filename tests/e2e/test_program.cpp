@@ -157,7 +157,7 @@ private slots:
 
         const QByteArray merged = line("Annie", "44,\"7700900123\",\"Friends\"") + bob + zoe;
         for (const PromptAnswer answer : {PromptAnswer::No, PromptAnswer::Yes}) {
-            p.prompts.ExpectBox(
+            p.prompts.ExpectCarefulQuestion(
                 u"This will merge contacts with the same mobile phone number across the entire phone book."
                 "\r\n\r\nAre you sure you want to merge duplicate contacts?"_s,
                 PromptIcon::None, answer, u"Merge Duplicates"_s);
@@ -174,7 +174,8 @@ private slots:
         });
         trigger("mnuExclude");
         QCOMPARE(ReadBytes(p.phoneBook), bob + zoe);
-        file(u"Select Backup File to Restore"_s, backups, path(u"backup.kpb"_s), u"backup.kpb"_s, false);
+        const QList<FileFilter> backupsAndCopies = {{u"Brevio Phonebook"_s, {u"*.kpb"_s, u"*.kpb.*.bak"_s}}};
+        file(u"Select Backup File to Restore"_s, backupsAndCopies, path(u"backup.kpb"_s), u"backup.kpb"_s, false);
         trigger("mnuRestore");
         QVERIFY(compose->close());
         const auto taken = [](int id, const QString &name, const QString &number) {

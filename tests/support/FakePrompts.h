@@ -20,6 +20,17 @@ public:
         m_expected.append({Print({text, icon, buttons, caption}), answer});
     }
 
+    /// The next box must ask this, and Enter would answer No; it is answered with `answer`.
+    void ExpectCarefulQuestion(const QString &text, PromptIcon icon, PromptAnswer answer, const QString &caption)
+    {
+        m_expected.append({Print({.text = text,
+                                  .icon = icon,
+                                  .buttons = PromptButtons::YesNo,
+                                  .caption = caption,
+                                  .defaultAnswer = PromptAnswer::No}),
+                           answer});
+    }
+
     /// The next box may have any text that begins so.
     void ExpectBoxBeginning(const QString &text, PromptIcon icon)
     {
@@ -59,7 +70,8 @@ private:
     static QString Print(const MessageBoxRequest &box)
     {
         const auto style = QStringLiteral("icon %1, buttons %2, %3|%4").arg(int(box.icon)).arg(int(box.buttons));
-        return style.arg(box.caption, box.text);
+        const bool isCareful = box.defaultAnswer == PromptAnswer::No;
+        return style.arg(box.caption, box.text) + (isCareful ? QStringLiteral(" (No)") : QString());
     }
     static QString Print(const FileDialogRequest &file)
     {

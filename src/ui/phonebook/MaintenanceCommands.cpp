@@ -74,8 +74,8 @@ PhoneBookChange MaintenanceCommands::DeleteByList() const
 
 QString MaintenanceCommands::AskBackupFile(bool isForRestore) const
 {
-    FileDialogRequest request{.title = isForRestore ? tr("Select Backup File to Restore")
-                                                    : tr("Select File to Backup to"),
+    FileDialogRequest request{.title =
+                                  isForRestore ? tr("Select Backup File to Restore") : tr("Select File to Backup to"),
                               .filters = {{tr("Brevio Phonebook"), {u"*.kpb"_s}}},
                               .initialPath = Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s,
                               .confirmOverwrite = !isForRestore};
@@ -165,7 +165,17 @@ PhoneBookChange MaintenanceCommands::ImportFile() const
         return {};
     const ParsedContacts parsed = Parse(dialog.ContactData());
     PhoneBookChange change = ImportContacts(parsed.contacts);
-    change.notices = {parsed.notice};
+    if (parsed.contacts.Count() == 0)
+        return change;
+    const int imported = change.group ? change.group->Count() : 0;
+    const bool isStopped = imported < parsed.contacts.Count();
+    if (!isStopped && parsed.notice.isEmpty())
+        return change;
+    change.notices = {tr("%1 contacts").arg(imported)};
+    if (isStopped)
+        change.notices +=
+            tr("line %1 of the file stopped the import").arg(parsed.lineOf[static_cast<size_t>(imported)]);
+    change.notices += parsed.notice;
     return change;
 }
 
@@ -175,10 +185,10 @@ MaintenanceCommands::ParsedContacts MaintenanceCommands::Parse(const QString &te
     // The user's phone book does not take over the groups that the lines name.
     LxPhoneBook scratch(m_countries, m_clock);
     LxPhoneBook::ParsedLines lines = scratch.ParseContacts(text);
-    const int passedOver = lines.passedOver;
-    const bool isTold = passedOver > 0 && scratch.AllContacts().Count() > 0;
-    return {scratch.AllContacts().ContactList(), std::move(lines),
-            isTold ? tr("Lines of the file that hold no contact: %1").arg(passedOver) : QString()};
+    ParsedContacts parsed{scratch.AllContacts().ContactList(), std::move(lines.lineOf), {}};
+    if (lines.passedOver > 0 && parsed.contacts.Count() > 0)
+        parsed.notice = tr("lines of the file that hold no contact: %1").arg(lines.passedOver);
+    return parsed;
 }
 
 PhoneBookChange MaintenanceCommands::ImportContacts(const LxContactList &contacts) const

@@ -1,15 +1,17 @@
 #pragma once
 
 #include "LxContactList.h"
-#include "LxPhoneBook.h"
 #include "PhoneBookChange.h"
 #include "WindowServices.h"
 
 #include <QCoreApplication>
 #include <QString>
 
+#include <vector>
+
 class Clock;
 class LxCountryList;
+class LxPhoneBook;
 class QWidget;
 
 /// The commands for the whole phone book and those that read or write other files: each asks where it must, does its
@@ -22,7 +24,8 @@ public:
     struct ParsedContacts
     {
         LxContactList contacts;
-        LxPhoneBook::ParsedLines lines;
+        /// The line of the file of each contact, counted from 1.
+        std::vector<int> lineOf;
         /// What to tell about lines that were passed over.
         QString notice;
     };

@@ -36,9 +36,12 @@ bool PhoneBookCommands::IsEveryone(const LxGroup &group) const
 
 bool PhoneBookCommands::Confirms(const QString &question, const QString &caption) const
 {
-    return m_services.prompts.ShowMessageBox(
-               {.text = question, .icon = PromptIcon::Question, .buttons = PromptButtons::YesNo, .caption = caption},
-               m_window) == PromptAnswer::Yes;
+    const MessageBoxRequest box{.text = question,
+                                .icon = PromptIcon::Question,
+                                .buttons = PromptButtons::YesNo,
+                                .caption = caption,
+                                .defaultAnswer = PromptAnswer::No};
+    return m_services.prompts.ShowMessageBox(box, m_window) == PromptAnswer::Yes;
 }
 
 PhoneBookChange PhoneBookCommands::Edit(const LxContactPtr &contact, QWidget *parent) const

@@ -152,20 +152,24 @@ private slots:
         f.Find().setText(u"q"_s);
         const auto file = "Zo\xC3\xAB,+441,Friends\r\nName;Mobile\n\"# Name\"\nCy\t33\t0612345678,"_ba;
         f.ImportFile(file);
-        QCOMPARE(f.Lists() + f.Status(), u"Everyone Work Imported*< | CyLines of the file that hold no contact: 2"_s);
+        QCOMPARE(f.Lists() + f.Status(),
+                 u"Everyone Work Imported*< | Cy1 contacts; lines of the file that hold no contact: 2"_s);
         f.ImportFile(file);
         QTest::keyClicks(f.Editor(f.Groups()), u"Club\r"_s);
         QTRY_COMPARE(f.Rows(f.Groups()), u"Everyone Work Imported Club*<"_s);
         QVERIFY(f.Saved().endsWith("\"Cy\",33,\"0612345678\",\"Imported\"\r\n\"Cy\",33,\"0612345678\",\"Club\"\r\n"));
     }
 
-    TABLE_TEST(whatCouldNotBeImportedIsTold, (const QByteArray &bytes, const QString &failure, const QString &added),
-               {"some without a country", "Cy,+447700900123\nDi,07700900124\nEd,+447700900125", kInvalid,
-                u"Cy:Imported | Work,Imported"_s},
-               {"all without a country", "Di,07700900124", kInvalid, u"| Work"_s},
-               {"another separator", "Cy;44;07700900123\nDi;44;07700900124", kNothing, u"| Work"_s},
-               {"a blank line", "\r\n", kNothing, u"| Work"_s},
-               {"no text", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, kNothing, u"| Work"_s})
+    TABLE_TEST(whatCouldNotBeImportedIsTold,
+               (const QByteArray &bytes, const QString &failure, const QString &added, const QString &status),
+               {"some without a country", "# all\r\rname\rCy,+447700900123\nDi,07700900124\nEd,+447700900125", kInvalid,
+                u"Cy:Imported | Work,Imported"_s,
+                u"1 contacts; line 5 of the file stopped the import; lines of the file that hold no contact: 1"_s},
+               {"all without a country", "Di,07700900124", kInvalid, u"| Work"_s,
+                u"0 contacts; line 1 of the file stopped the import"_s},
+               {"another separator", "Cy;44;07700900123\nDi;44;07700900124", kNothing, u"| Work"_s, u"4 contacts"_s},
+               {"a blank line", "\r\n", kNothing, u"| Work"_s, u"4 contacts"_s},
+               {"no text", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, kNothing, u"| Work"_s, u"4 contacts"_s})
     {
         Fixture f;
         const QString before = f.Print().remove(u"| Work"_s);
@@ -175,6 +179,25 @@ private slots:
         QCOMPARE(f.Print(), before + added);
         QCOMPARE(f.Saved().count('\n'), f.Book().AllContacts().Count());
         QVERIFY(!f.Editor(f.Groups()));
+        QCOMPARE(f.Status(), status);
+    }
+
+    void mergingTellsHowManyWentAndAsksFirst()
+    {
+        Fixture f;
+        const auto merge = [&f](PromptAnswer answer) {
+            f.prompts.ExpectCarefulQuestion(
+                u"This will merge contacts with the same mobile phone number across the entire phone book.\r\n\r\n"
+                "Are you sure you want to merge duplicate contacts?"_s,
+                PromptIcon::None, answer, u"Merge Duplicates"_s);
+            f.Trigger(u"mnuMergeDuplicates"_s);
+            return f.Status();
+        };
+        f.Add(u"Anne"_s, u"07700 900003"_s);
+        QCOMPARE(merge(PromptAnswer::No), u"4 contacts"_s);
+        QCOMPARE(merge(PromptAnswer::Yes), u"1 contact merged"_s);
+        QCOMPARE(f.Lists(), u"Everyone*< Work | Anne Bob Élan Zoe"_s);
+        QCOMPARE(merge(PromptAnswer::Yes), u"0 contacts merged"_s);
     }
 
     void theImportDialogStaysUntilAFileIsRead()

@@ -60,7 +60,7 @@ private slots:
         const QString before = f.Print();
         for (const PromptAnswer answer : {PromptAnswer::No, PromptAnswer::Yes}) {
             QCOMPARE(f.Print(), before);
-            f.prompts.ExpectBox(question, PromptIcon::Question, answer, title);
+            f.prompts.ExpectCarefulQuestion(question, PromptIcon::Question, answer, title);
             f.Trigger(starter);
         }
         QCOMPARE(f.Print(), left);
@@ -159,8 +159,8 @@ private slots:
         QVERIFY(f.Editor(f.Contacts())); // at once
         QTest::keyClick(f.Editor(f.Contacts()), Qt::Key_Escape);
         f.Click(f.Contacts(), 2);
-        f.prompts.ExpectBox(u"Are you sure you want to permanently delete 'Élan' from your phone book?"_s,
-                            PromptIcon::Question, PromptAnswer::No, u"Delete Contacts?"_s);
+        f.prompts.ExpectCarefulQuestion(u"Are you sure you want to permanently delete 'Élan' from your phone book?"_s,
+                                        PromptIcon::Question, PromptAnswer::No, u"Delete Contacts?"_s);
         QTest::keyClick(&f.Contacts(), Qt::Key_Delete);
         waits();
         QVERIFY(!f.Contacts().viewport()->findChild<QLineEdit *>() || f.Editor(f.Contacts())->isHidden());
@@ -258,9 +258,9 @@ private slots:
         f.Open();
         for (int row = 4 + count; row > 4; --row) // upwards: the current row is the first
             f.SelectRow(row);
-        f.prompts.ExpectBox(u"Are you sure you want to permanently delete the %1 selected contacts "
-                            "from your phone book?"_s.arg(count),
-                            PromptIcon::Question, PromptAnswer::Yes, u"Delete Contacts?"_s);
+        f.prompts.ExpectCarefulQuestion(u"Are you sure you want to permanently delete the %1 selected contacts "
+                                        "from your phone book?"_s.arg(count),
+                                        PromptIcon::Question, PromptAnswer::Yes, u"Delete Contacts?"_s);
         f.Contacts().setFocus();
         QTest::keyClick(&f.Contacts(), Qt::Key_Delete);
         QCOMPARE(f.Status(), u"%1 contacts"_s.arg(34 - count));
