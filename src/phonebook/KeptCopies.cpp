@@ -6,6 +6,7 @@
 #include <QDate>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -49,7 +50,7 @@ QString KeepForDay(const QString &file, const QDate &today)
 
 void RemoveOldDays(const QString &file, const QStringList &spared)
 {
-    const QString beginning = Utils::FileNameOfPath(file) + u'.';
+    const QString beginning = QFileInfo(file).fileName() + u'.';
     const QDir folder = QFileInfo(file).dir();
     QStringList copies = folder.entryList(QDir::Files | QDir::Hidden, QDir::Name);
     copies.removeIf([&beginning](const QString &name) {
