@@ -41,8 +41,9 @@ class TestSendFlow final : public QObject, private PostRunner
         const QStringList statuses = {u"sent"_s,   u"empty"_s,   u"cancelled"_s,
                                       u"failed"_s, u"refused"_s, u"some failed"_s};
         const bool hasResults = outcome.requests.size() == 6 && outcome.requests[0].Response;
-        return u"%1 %2%3: %4"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
-                                    hasResults ? u", results"_s : u""_s, outcome.reason);
+        return u"%1 %2%3%4: %5"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
+                                      hasResults ? u", results"_s : u""_s,
+                                      outcome.requestWentOut ? u", went out"_s : u""_s, outcome.reason);
     }
 
 private slots:
@@ -71,7 +72,7 @@ private slots:
              u"some failed 5, results: 1 message failed out of 1"_s},
             {ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"refused -1: No"_s},
             {ScriptedPeer::Ok(""), u"refused -1: Response is empty"_s},
-            {{}, u"failed -1: The connection was closed without a reply"_s},
+            {{}, u"failed -1, went out: The connection was closed without a reply"_s},
         };
         for (const auto &[reply, outcome] : rows) {
             ScriptedPeer peer({.pieces = {reply}});
