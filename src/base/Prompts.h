@@ -18,6 +18,8 @@ struct MessageBoxRequest
     PromptButtons buttons = PromptButtons::Ok;
     /// An empty caption stands for the application title.
     QString caption = {};
+    /// Shown when the user asks for it; plain text too.
+    QString details = {};
 };
 
 /// A choice of files, such as "Text" for "*.txt". The pattern "*.*" stands for every file.

@@ -14,10 +14,10 @@ public:
 
     /// The next box must have this text; it is answered with `answer`.
     void ExpectBox(const QString &text, PromptIcon icon, PromptAnswer answer = PromptAnswer::Ok,
-                   const QString &caption = {})
+                   const QString &caption = {}, const QString &details = {})
     {
         const auto buttons = answer == PromptAnswer::Ok ? PromptButtons::Ok : PromptButtons::YesNo;
-        m_expected.append({Print({text, icon, buttons, caption}), answer});
+        m_expected.append({Print({text, icon, buttons, caption, details}), answer});
     }
 
     /// The next box may have any text that begins so.
@@ -59,7 +59,7 @@ private:
     static QString Print(const MessageBoxRequest &box)
     {
         const auto style = QStringLiteral("icon %1, buttons %2, %3|%4").arg(int(box.icon)).arg(int(box.buttons));
-        return style.arg(box.caption, box.text);
+        return style.arg(box.caption, box.text) + (box.details.isEmpty() ? box.details : u'|' + box.details);
     }
     static QString Print(const FileDialogRequest &file)
     {
