@@ -44,7 +44,8 @@ struct WindowFixture : Profile
     PostModule posts{internetSettings};
     DirectPostRunner runner;
     SendingSMS::Gateway gateway{settings, posts, runner};
-    const WindowServices windowServices{settings, prompts, shell};
+    /// What is started may be started again at once.
+    const WindowServices windowServices{settings, prompts, shell, std::chrono::milliseconds(0)};
     /// Until the window takes it.
     std::unique_ptr<LxPhoneBook> newBook = std::make_unique<LxPhoneBook>(countries, clock);
     LxPhoneBook &book = *newBook;
