@@ -20,6 +20,8 @@ struct MessageBoxRequest
     QString caption = {};
     /// What Enter answers to a question.
     PromptAnswer defaultAnswer = PromptAnswer::Yes;
+    /// Shown when the user asks for it; plain text too.
+    QString details = {};
 };
 
 /// A choice of files, such as "Text" for "*.txt". The pattern "*.*" stands for every file.

@@ -8,6 +8,6 @@ class Shell
 public:
     virtual ~Shell() = default;
 
-    /// False when the desktop has nothing to open the target with. Callers need not look.
-    virtual bool OpenWithShell(const QString &target) = 0;
+    /// False when the desktop has nothing to open the target with, which callers tell the user.
+    [[nodiscard]] virtual bool OpenWithShell(const QString &target) = 0;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 class Prompts;
 class Settings;
 class Shell;
@@ -10,4 +12,7 @@ struct WindowServices
     Settings &settings;
     Prompts &prompts;
     Shell &shell;
+    /// For how long a start must not have been tried before a second one counts as meant. Longer than a key must be
+    /// held until it repeats, which is 660 ms at first.
+    std::chrono::milliseconds quietTime = std::chrono::milliseconds(900);
 };

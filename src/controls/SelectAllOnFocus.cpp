@@ -2,7 +2,10 @@
 
 #include <QFocusEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
+
+#include <utility>
 
 namespace {
 
@@ -34,16 +37,27 @@ SelectAllOnFocus::SelectAllOnFocus(QWidget *textBox)
         area->viewport()->installEventFilter(this);
 }
 
+void SelectAllOnFocus::NoteButton(Qt::MouseButton button)
+{
+    const bool broughtFocus = std::exchange(m_mouseBroughtFocus, false);
+    // The press sets the caret, so a click selects when it ends.
+    m_selectsOnRelease = broughtFocus && button == Qt::LeftButton;
+    if (broughtFocus && button == Qt::RightButton && qobject_cast<QLineEdit *>(m_textBox))
+        SelectAll(m_textBox);
+}
+
 bool SelectAllOnFocus::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn && watched == m_textBox) {
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        m_clickBroughtFocus = reason == Qt::MouseFocusReason;
+        m_mouseBroughtFocus = reason == Qt::MouseFocusReason;
         // At once, or it would come after what is typed next, and the key after that would erase it.
         if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
             SelectAll(m_textBox);
-    } else if (event->type() == QEvent::MouseButtonRelease && std::exchange(m_clickBroughtFocus, false)) {
-        // The press sets the caret, so a click selects when it ends, unless it was a drag that selected a part.
+    } else if (event->type() == QEvent::MouseButtonPress) {
+        NoteButton(static_cast<QMouseEvent *>(event)->button());
+    } else if (event->type() == QEvent::MouseButtonRelease && std::exchange(m_selectsOnRelease, false)) {
+        // After the box has had the release. A drag that selected a part has chosen already.
         QMetaObject::invokeMethod(
             this,
             [this] {

@@ -4,8 +4,9 @@
 
 class QWidget;
 
-/// Selects the whole text of a text box when the user goes there by Tab, click or access key, so that typing replaces
-/// it. Not when its window merely becomes active again: one key would erase what was written.
+/// Selects the whole text of a text box when the user goes there by Tab, access key or the left mouse button, so that
+/// typing replaces it; in a box of one line also by the right one, so that Paste in its menu does. Not when its window
+/// merely becomes active again, nor for a paste by the middle button: one key would erase what was written.
 class SelectAllOnFocus final : public QObject
 {
     Q_OBJECT
@@ -17,6 +18,9 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void NoteButton(Qt::MouseButton button);
+
     QWidget *m_textBox;
-    bool m_clickBroughtFocus = false;
+    bool m_mouseBroughtFocus = false;
+    bool m_selectsOnRelease = false;
 };

@@ -54,11 +54,12 @@ QString Run(QFileDialog &dialog, const FileDialogRequest &request)
 PromptAnswer WidgetPrompts::ShowMessageBox(const MessageBoxRequest &request, QObject *owner)
 {
     const bool asksYesNo = request.buttons == PromptButtons::YesNo;
-    QString text = request.text;
-    text.replace("\r\n"_L1, "\n"_L1);
-    QMessageBox box(IconOf(request.icon), request.caption.isEmpty() ? ApplicationTitle() : request.caption, text,
-                    asksYesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, ParentOf(owner));
+    const auto lines = [](QString text) { return text.replace("\r\n"_L1, "\n"_L1); };
+    QMessageBox box(IconOf(request.icon), request.caption.isEmpty() ? ApplicationTitle() : request.caption,
+                    lines(request.text), asksYesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok,
+                    ParentOf(owner));
     box.setTextFormat(Qt::PlainText);
+    box.setDetailedText(lines(request.details));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     box.setWindowModality(Qt::ApplicationModal);
     if (asksYesNo) {

@@ -104,6 +104,10 @@ void CGIPost::End(const QString &interimStatus, const QString &lastStatus)
 {
     m_phase = Phase::Ended;
     m_lookUpLimit.stop();
+    if (m_client) {
+        m_client->Disconnect();
+        m_requestWentOut = m_client->RequestWentOut();
+    }
     m_client.reset();
     m_finishTimer.start(kFinishDelayMs);
     const QPointer<CGIPost> self(this);

@@ -58,6 +58,8 @@ public:
     /// The whole reply, once it is there.
     [[nodiscard]] const QString &Response() const { return m_response; }
     [[nodiscard]] const QString &WhyFailed() const { return m_whyFailed; }
+    /// Of a post that has ended: whether the gateway may have got the whole request, and so may have acted on it.
+    [[nodiscard]] bool RequestWentOut() const { return m_requestWentOut; }
 
     /// Starts the post; does nothing when it was started or cancelled before.
     void Start();
@@ -97,6 +99,7 @@ private:
     bool m_failed = false;
     QString m_response;
     QString m_whyFailed;
+    bool m_requestWentOut = false;
 
     std::unique_ptr<HttpClient> m_client;
     QTimer m_lookUpLimit;

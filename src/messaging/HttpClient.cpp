@@ -73,6 +73,7 @@ struct HttpClient::Transfer
     [[nodiscard]] QString SetUp();
     [[nodiscard]] QString FailureOf(CURLcode code) const;
     [[nodiscard]] QString FailureOfReply() const;
+    [[nodiscard]] bool RequestWentOut() const;
     void NoteHeader(QByteArrayView line);
     void Watch(curl_socket_t socket, int what);
 
@@ -95,6 +96,7 @@ struct HttpClient::Transfer
     };
     std::map<curl_socket_t, Notifiers> notifiers;
     bool hasConnected = false;
+    bool isConnected = false;
     bool hasReceived = false;
     bool isHeaderWhole = false;
     bool isTooLong = false;
@@ -215,7 +217,9 @@ int HttpClient::Transfer::OnNewSocket(void *, curl_socket_t socket, curlsocktype
 
 int HttpClient::Transfer::OnConnected(void *self, char *, char *, int, int)
 {
-    static_cast<Transfer *>(self)->hasConnected = true;
+    auto &transfer = *static_cast<Transfer *>(self);
+    transfer.hasConnected = true;
+    transfer.isConnected = true;
     return CURL_PREREQFUNC_OK;
 }
 
@@ -300,6 +304,13 @@ QString HttpClient::Transfer::FailureOfReply() const
     return tr("The server answered: %1").arg(shown);
 }
 
+bool HttpClient::Transfer::RequestWentOut() const
+{
+    curl_off_t sent = 0;
+    curl_easy_getinfo(easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
+    return isConnected && (sent >= request.body.size() || !status.isEmpty());
+}
+
 HttpClient::HttpClient(std::chrono::milliseconds timeOut, QObject *parent)
     : QObject(parent)
 {
@@ -328,6 +339,7 @@ void HttpClient::Post(const HttpRequest &request)
 
 void HttpClient::Disconnect()
 {
+    m_requestWentOut = m_requestWentOut || (m_transfer && m_transfer->RequestWentOut());
     m_transfer.reset();
     m_stepTimer.stop();
     m_idleTimer.stop();

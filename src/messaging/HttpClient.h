@@ -52,6 +52,10 @@ public:
     /// The body of the reply, as far as it has come.
     [[nodiscard]] const QByteArray &Reply() const { return m_reply; }
 
+    /// Whether, by the end of the transfer, the connection had taken the whole request: the peer may then have acted
+    /// on it, whatever came after.
+    [[nodiscard]] bool RequestWentOut() const { return m_requestWentOut; }
+
 signals:
     /// The connection stands; the request goes out.
     void Connected();
@@ -73,6 +77,7 @@ private:
 
     std::unique_ptr<Transfer> m_transfer;
     QByteArray m_reply;
+    bool m_requestWentOut = false;
     QTimer m_stepTimer;
     QTimer m_idleTimer;
 };

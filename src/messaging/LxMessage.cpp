@@ -1,5 +1,7 @@
 #include "LxMessage.h"
 
+#include <QSet>
+
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +32,7 @@ bool LxMessage::IsAllowed(QChar c)
 LxMessage::CleanedText LxMessage::RemoveInvalidChars(const QString &text)
 {
     CleanedText cleaned;
+    QSet<char32_t> rejected;
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (IsAllowed(text[i])) {
             cleaned.text += text[i];
@@ -38,8 +41,11 @@ LxMessage::CleanedText LxMessage::RemoveInvalidChars(const QString &text)
         // A character outside the basic plane is reported whole.
         const bool isPair = text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
         const QStringView character = QStringView(text).sliced(i, isPair ? 2 : 1);
-        if (!cleaned.invalidChars.contains(character))
+        const char32_t codePoint = isPair ? QChar::surrogateToUcs4(text[i], text[i + 1]) : text[i].unicode();
+        if (!rejected.contains(codePoint)) {
+            rejected.insert(codePoint);
             cleaned.invalidChars += character;
+        }
         if (isPair)
             ++i;
     }

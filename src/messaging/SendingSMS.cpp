@@ -21,6 +21,8 @@ void Run(CGIPost &post, const Gateway &gateway, const QString &document, QObject
     // Whatever happens next, what the user typed is safe.
     gateway.settings.Flush();
     gateway.runner.Run(post, owner);
+    // The end of the program ends every wait, this one too. What has not ended by then is given up.
+    post.Cancel();
 }
 
 LxMessageRequests Requests(const LxContactList &recipients, const LxMessage &message)
@@ -71,7 +73,8 @@ SendOutcome SendMessage(const Gateway &gateway, const Account &account, const Lx
     if (post.Canceled())
         return {.status = SendStatus::Cancelled};
     if (!post.Succeeded())
-        return {.status = SendStatus::TransferFailed, .reason = post.WhyFailed()};
+        return {
+            .status = SendStatus::TransferFailed, .reason = post.WhyFailed(), .requestWentOut = post.RequestWentOut()};
     const Reply reply = CheckResponse(post.Response(), requests);
     return {StatusOf(reply), reply.reason, reply.balance, std::move(requests)};
 }

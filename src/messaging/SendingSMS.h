@@ -53,6 +53,8 @@ struct SendOutcome
     int balance = -1;
     /// What was posted, in order, each with the gateway's response where it gave one.
     LxMessageRequests requests = {};
+    /// Of a failed transfer: whether the gateway may have taken the messages all the same.
+    bool requestWentOut = false;
 };
 
 /// The gateway's answer on the account. Code -1 when the user cancelled and 1, with the reason, when the transfer

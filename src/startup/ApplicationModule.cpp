@@ -1,12 +1,12 @@
 #include "ApplicationModule.h"
 
 #include "Compose.h"
+#include "EndSignals.h"
 #include "Error.h"
 #include "LxCountryList.h"
 #include "LxPhoneBook.h"
 #include "PhoneBook.h"
 #include "PostModule.h"
-#include "Prompts.h"
 #include "Settings.h"
 #include "SingleInstance.h"
 #include "UpgradeSettings.h"
@@ -14,14 +14,17 @@
 #include "Version.h"
 #include "WindowServices.h"
 
+#include <QApplication>
+#include <QDialog>
+
 #include <optional>
 
 /// Everything that lives as long as the program, each after what it needs.
 struct ApplicationModule::Program
 {
-    explicit Program(const Seams &seams)
-        : settings(Settings::DefaultFileName(), seams.prompts)
-        , posts{seams.internetSettings}
+    Program(Prompts &prompts, InternetSettings &internetSettings)
+        : settings(Settings::DefaultFileName(), prompts)
+        , posts{internetSettings}
     {
     }
 
@@ -34,6 +37,7 @@ struct ApplicationModule::Program
 
 ApplicationModule::ApplicationModule(const Seams &seams, QString programFolder, QStringList arguments)
     : m_seams(seams)
+    , m_quietPrompts(seams.prompts)
     , m_programFolder(std::move(programFolder))
     , m_arguments(std::move(arguments))
     , m_instance(std::make_unique<SingleInstance>())
@@ -44,33 +48,36 @@ ApplicationModule::~ApplicationModule() = default;
 
 bool ApplicationModule::Main()
 {
+    m_endSignals = std::make_unique<EndSignals>();
+    connect(m_endSignals.get(), &EndSignals::Received, this, &ApplicationModule::End);
     if (!m_instance->TryToBecome()) {
-        m_seams.prompts.ShowMessageBox(
-            {tr("%1 is already running.\r\n\r\nPlease select %1 from the task bar to continue.")
-                 .arg(ApplicationTitle()),
-             PromptIcon::Information});
+        m_prompts.ShowMessageBox({tr("%1 is already running.\r\n\r\nPlease select %1 from the task bar to continue.")
+                                      .arg(ApplicationTitle()),
+                                  PromptIcon::Information});
         return false;
     }
     // Nothing could be kept, and what the user enters would be gone at the end.
     if (Utils::AppDataFolder().isEmpty() || Utils::GetSpecialFolder(Utils::SpecialFolder::AppConfig).isEmpty()) {
-        m_seams.prompts.ShowMessageBox(
+        m_prompts.ShowMessageBox(
             {tr("%1 cannot start, as there is no folder for your phone book and your settings.\r\n\r\nPlease set the "
                 "environment variable HOME to your home folder.")
                  .arg(ApplicationTitle()),
              PromptIcon::Critical});
         return false;
     }
-    m_program = std::make_unique<Program>(m_seams);
-    m_program->countries.LoadCountries(m_programFolder, m_arguments, m_seams.prompts);
+    m_program = std::make_unique<Program>(m_prompts, m_seams.internetSettings);
+    m_program->countries.LoadCountries(m_programFolder, m_arguments, m_prompts);
     UpgradeSettings(m_program->settings);
-    const WindowServices services{m_program->settings, m_seams.prompts, m_seams.shell};
+    WindowServices services{m_program->settings, m_prompts, m_seams.shell};
+    services.quietTime = m_seams.quietTime.value_or(services.quietTime);
     m_program->phoneBook.emplace(PhoneBook::Services{m_program->countries, m_seams.clock, services},
                                  std::make_unique<LxPhoneBook>(m_program->countries, m_seams.clock));
     OpenPhoneBook();
     m_program->compose.emplace(Compose::Services{
         services, {m_program->settings, m_program->posts, m_seams.postRunner}, *m_program->phoneBook});
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &ApplicationModule::Store);
     m_program->compose->show();
-    return true;
+    return !m_isEnding;
 }
 
 void ApplicationModule::OpenPhoneBook()
@@ -79,9 +86,34 @@ void ApplicationModule::OpenPhoneBook()
         m_program->phoneBook->LoadData();
     } catch (const Error &error) {
         // No reason not to start: what is in memory serves, and the file is kept beside the next save.
-        m_seams.prompts.ShowMessageBox(
-            {tr("Problem reading from the phone book: %1\r\n\r\nThe phonebook file is: \r\n\r\n%2")
-                 .arg(error.Description(), LxPhoneBook::DefaultFileName()),
-             PromptIcon::Exclamation});
+        m_prompts.ShowMessageBox({tr("Problem reading from the phone book: %1\r\n\r\nThe phonebook file is: \r\n\r\n%2")
+                                      .arg(error.Description(), LxPhoneBook::DefaultFileName()),
+                                  PromptIcon::Exclamation});
     }
+}
+
+void ApplicationModule::Store()
+{
+    // The session may not wait for an answer.
+    m_quietPrompts.SetQuiet(true);
+    // The draft comes first: whatever else fails, the text is kept.
+    if (m_program && m_program->compose)
+        m_program->compose->Store();
+    if (m_program && m_program->phoneBook)
+        m_program->phoneBook->Store();
+    if (m_program)
+        m_program->settings.Flush();
+    m_quietPrompts.SetQuiet(m_isEnding);
+}
+
+void ApplicationModule::End()
+{
+    m_isEnding = true;
+    Store();
+    // Each does what it does when it is cancelled: the progress window gives up its post.
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (auto *dialog = qobject_cast<QDialog *>(window); dialog && dialog->isVisible())
+            dialog->reject();
+    }
+    QApplication::exit();
 }

@@ -1,9 +1,15 @@
 #include "Controls.h"
 #include "Profile.h"
 #include "Rows.h"
+#include "SelectAllOnFocus.h"
 #include "Settings.h"
+#include "WidgetPrompts.h"
 
 #include <QDialog>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -82,6 +88,62 @@ private slots:
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         QCOMPARE(dialog.frameGeometry(), QRect(700, 10, 304, 904));
+    }
+
+    void goingToABoxSelectsItsText()
+    {
+        QWidget window;
+        QHBoxLayout layout(&window);
+        QLineEdit other;
+        QLineEdit line(u"text"_s);
+        QPlainTextEdit text(u"text"_s);
+        for (QWidget *box : std::initializer_list<QWidget *>{&other, &line, &text})
+            layout.addWidget(box);
+        new SelectAllOnFocus(&line);
+        new SelectAllOnFocus(&text);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const auto selected = [&](QWidget &box, auto go) {
+            other.setFocus();
+            line.deselect();
+            text.setTextCursor(QTextCursor(text.document()));
+            go(box);
+            QCoreApplication::processEvents();
+            return line.selectedText() + text.textCursor().selectedText();
+        };
+        const auto by = [&window](Qt::MouseButton button) {
+            return [&window, button](QWidget &box) {
+                QTest::mouseClick(window.windowHandle(), button, {}, box.mapTo(&window, QPoint(4, 8)));
+            };
+        };
+        const auto byFocus = [](Qt::FocusReason reason) { return [reason](QWidget &box) { box.setFocus(reason); }; };
+        for (QWidget *box : std::initializer_list<QWidget *>{&line, &text}) {
+            const bool isLine = box == &line;
+            QCOMPARE(selected(*box, by(Qt::LeftButton)), u"text"_s);
+            QCOMPARE(selected(*box, by(Qt::RightButton)), isLine ? u"text"_s : u""_s);
+            QCOMPARE(selected(*box, by(Qt::MiddleButton)), u""_s);
+            QCOMPARE(selected(*box, byFocus(Qt::TabFocusReason)), u"text"_s);
+            QCOMPARE(selected(*box, byFocus(Qt::BacktabFocusReason)), u"text"_s);
+            QCOMPARE(selected(*box, byFocus(Qt::ShortcutFocusReason)), u"text"_s);
+            QCOMPARE(selected(*box, byFocus(Qt::ActiveWindowFocusReason)), u""_s);
+            // A second click sets the caret.
+            box->setFocus();
+            QCOMPARE(selected(*box, [&](QWidget &) { by(Qt::LeftButton)(*box), by(Qt::LeftButton)(*box); }), u""_s);
+        }
+    }
+
+    void boxTellsDetails()
+    {
+        WidgetPrompts prompts;
+        QTimer::singleShot(0, this, [] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            QCOMPARE(box->text() + u'|' + box->detailedText(), u"<b>\ntwo|<i>\ntwo"_s);
+            QCOMPARE(box->textFormat(), Qt::PlainText);
+            QTest::keyClick(box, Qt::Key_Escape);
+        });
+        QCOMPARE(prompts.ShowMessageBox({.text = u"<b>\r\ntwo"_s, .details = u"<i>\r\ntwo"_s}, nullptr),
+                 PromptAnswer::Ok);
     }
 };
 

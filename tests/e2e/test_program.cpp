@@ -48,7 +48,9 @@ struct Program : Profile
     const QString phoneBook = LxPhoneBook::DefaultFileName();
     SystemInternetSettings systemSettings;
     WindowPostRunner runner;
-    ApplicationModule module{{prompts, shell, clock, systemSettings, runner}, QStringLiteral(PROGRAM_FOLDER), {}};
+    ApplicationModule module{{prompts, shell, clock, systemSettings, runner, std::chrono::milliseconds(0)},
+                             QStringLiteral(PROGRAM_FOLDER),
+                             {}};
 };
 
 } // namespace
@@ -96,7 +98,8 @@ private slots:
         QVERIFY(p.process.waitForFinished(10000));
         p.prompts.ExpectBox(u"Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
                             "Please check you are connected to the internet."_s,
-                            PromptIcon::Exclamation);
+                            PromptIcon::Exclamation, PromptAnswer::Ok, {},
+                            u"Could not connect to 127.0.0.1: Connection refused"_s);
         QCOMPARE(Send(u"ann"_s, u"Draft\nof two lines"_s), u"Message failed"_s);
         QVERIFY(compose->close());
         QCOMPARE(ReadBytes(p.phoneBook), lines + "\"Ann Lee\",44,\"7700900123\"\r\n");

@@ -178,7 +178,20 @@ private slots:
         m_runner.Run(stuck.post, nullptr);
         QCOMPARE(texts.mid(texts.size() - 2), (QStringList{stuck.Status(), u"Failed: Connection timed out"_s}));
         QVERIFY(stuck.peer.Posts() <= 1);
+        QCOMPARE(stuck.post.RequestWentOut(), phase == StuckPost::Requesting || phase == StuckPost::Receiving);
         VerifyNextPostWorks();
+    }
+
+    void partOfARequestDoesNotCountAsOut()
+    {
+        m_module.timeOut = 500ms;
+        ScriptedPeer peer({.pauseMs = 60'000, .readBytes = 1000});
+        CGIPost post(m_module);
+        post.SetUrl(peer.Address());
+        post.SetParameters(QByteArray(20'000'000, 'x'));
+        m_runner.Run(post, nullptr);
+        QCOMPARE(post.WhyFailed(), u"Connection timed out"_s);
+        QVERIFY(!post.RequestWentOut());
     }
 
     void slowReaderIsNotCutOff()

@@ -42,8 +42,9 @@ class TestSendFlow final : public QObject, private PostRunner
         const QStringList statuses = {u"sent"_s,   u"empty"_s,   u"cancelled"_s,
                                       u"failed"_s, u"refused"_s, u"some failed"_s};
         const bool hasResults = outcome.requests.size() == 6 && outcome.requests[0].Response;
-        return u"%1 %2%3: %4"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
-                                    hasResults ? u", results"_s : u""_s, outcome.reason);
+        return u"%1 %2%3%4: %5"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
+                                      hasResults ? u", results"_s : u""_s,
+                                      outcome.requestWentOut ? u", went out"_s : u""_s, outcome.reason);
     }
 
 private slots:
@@ -64,7 +65,7 @@ private slots:
                 u"some failed 5, results: 1 message failed out of 1"_s},
                {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"refused -1: No"_s},
                {"nothing", ScriptedPeer::Ok(""), u"refused -1: Response is empty"_s},
-               {"no reply", QByteArray(), u"failed -1: The connection was closed without a reply"_s})
+               {"no reply", QByteArray(), u"failed -1, went out: The connection was closed without a reply"_s})
     {
         LxMessageRequests requests;
         for (const LxContactPtr &contact : m_group) {

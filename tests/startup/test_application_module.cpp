@@ -4,6 +4,20 @@
 #include "Files.h"
 #include "LxPhoneBook.h"
 #include "Profile.h"
+#include "Rows.h"
+#include "ScriptedPeer.h"
+#include "Settings.h"
+#include "WindowPostRunner.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QJsonDocument>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTreeView>
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -43,15 +57,9 @@ private slots:
         QVERIFY(FindWindow(u"Compose"_s)->isVisible());
     }
 
-    void withoutAFolderForItsFilesItEndsAtOnce_data()
+    TABLE_TEST(withoutAFolderForItsFilesItEndsAtOnce, (const QByteArray &missing), {"data", "XDG_DATA_HOME"},
+               {"settings", "XDG_CONFIG_HOME"})
     {
-        QTest::addColumn<QByteArray>("missing");
-        QTest::newRow("data") << "XDG_DATA_HOME"_ba;
-        QTest::newRow("settings") << "XDG_CONFIG_HOME"_ba;
-    }
-    void withoutAFolderForItsFilesItEndsAtOnce()
-    {
-        QFETCH(const QByteArray, missing);
         Profile p;
         const QByteArray home = qgetenv("HOME");
         qunsetenv("HOME");
@@ -63,6 +71,69 @@ private slots:
         const bool isStarted = module.Main();
         qputenv("HOME", home);
         QVERIFY(!isStarted && !FindWindow(u"Compose"_s));
+    }
+
+    TABLE_TEST(everyEndStoresAll, (int signal, const QString &busyWith), {"SIGTERM at rest", SIGTERM, u""_s},
+               {"SIGHUP in a dialog", SIGHUP, u"AccountDetails"_s}, {"SIGINT during a post", SIGINT, u"CGIPost"_s},
+               {"the session's end in a dialog", 0, u"AccountDetails"_s})
+    {
+        Profile p;
+        WindowPostRunner runner;
+        const ScriptedPeer peer({.then = ScriptedPeer::Then::StayOpen});
+        WriteBytes(Settings::DefaultFileName(),
+                   R"({"Account":{"Username":"ann"},"Gateway":{"Host":")" + peer.Address().toUtf8() + R"("}})");
+        const QByteArray ann = "\"Ann\",44,\"07700900123\"\r\n";
+        WriteBytes(LxPhoneBook::DefaultFileName(), ann + "\"Carl\",44,\"07700900999\"\r\n");
+        WriteBytes(p.home.filePath(u"countries.csv"_s), "Code,Country,Guaranteed\r\n44,United Kingdom,1\r\n");
+        auto module = std::make_unique<ApplicationModule>(
+            ApplicationModule::Seams{p.prompts, p.shell, p.clock, p.internetSettings, runner}, p.home.path(),
+            QStringList());
+        QVERIFY(module->Main());
+        QWidget &compose = *FindWindow(u"Compose"_s);
+        compose.move(11, 22);
+        QVERIFY(QTest::qWaitForWindowActive(&compose));
+        Control<QComboBox>(compose, "cboTo").setEditText(u"Ann"_s);
+        Control<QPushButton>(compose, "cmdPhoneBook").click();
+        QWidget &phoneBook = *FindWindow(u"PhoneBook"_s);
+        phoneBook.resize(777, 555);
+        // A name that is just being edited.
+        auto &contacts = Control<QTreeView>(phoneBook, "lvwContacts");
+        contacts.setCurrentIndex(contacts.model()->index(1, 0));
+        contacts.edit(contacts.currentIndex());
+        contacts.viewport()->findChild<QLineEdit *>()->setText(u"Bob"_s);
+        Control<QPlainTextEdit>(compose, "txtTextMessage").setPlainText(u"unsent"_s);
+        bool isStored = false;
+        const auto end = [&] {
+            if (signal != 0) {
+                ::raise(signal);
+                return;
+            }
+            // Nobody looks at the manager.
+            emit qApp->commitDataRequest(*reinterpret_cast<QSessionManager *>(&p));
+            isStored = ReadBytes(Settings::DefaultFileName()).contains("\"Text\": \"unsent\"");
+            QVERIFY2(QApplication::activeModalWidget(), "the session may yet go on");
+            QApplication::exit();
+        };
+        if (busyWith.isEmpty())
+            QTimer::singleShot(0, &compose, end);
+        else
+            WhenDialogOpens(busyWith, [&](QDialog &) {
+                end();
+                QTest::qWait(50);
+            });
+        if (busyWith == "AccountDetails"_L1)
+            QTimer::singleShot(0, &compose, [&] { Control<QAction>(compose, "mnuAccount").trigger(); });
+        else if (!busyWith.isEmpty())
+            QTimer::singleShot(0, &compose, [&] { Control<QPushButton>(compose, "cmdSend").click(); });
+        QCOMPARE(QApplication::exec(), 0);
+        QVERIFY(isStored || signal != 0);
+        module.reset();
+        const QJsonDocument settings = QJsonDocument::fromJson(ReadBytes(Settings::DefaultFileName()));
+        QCOMPARE(settings[u"Compose"_s][u"Text"_s].toString(), u"unsent"_s);
+        QCOMPARE(settings[u"Compose"_s][u"Left"_s].toString(), u"165"_s);
+        QCOMPARE(settings[u"PhoneBook"_s][u"Width"_s].toString(), u"11655"_s);
+        QCOMPARE(ReadBytes(LxPhoneBook::DefaultFileName()), ann + "\"Bob\",44,\"07700900999\"\r\n");
+        QVERIFY(peer.Posts() <= 1);
     }
 };
 

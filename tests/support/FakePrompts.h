@@ -14,10 +14,10 @@ public:
 
     /// The next box must have this text; it is answered with `answer`.
     void ExpectBox(const QString &text, PromptIcon icon, PromptAnswer answer = PromptAnswer::Ok,
-                   const QString &caption = {})
+                   const QString &caption = {}, const QString &details = {})
     {
         const auto buttons = answer == PromptAnswer::Ok ? PromptButtons::Ok : PromptButtons::YesNo;
-        m_expected.append({Print({text, icon, buttons, caption}), answer});
+        m_expected.append({Print({.text = text, .icon = icon, .buttons = buttons, .caption = caption, .details = details}), answer});
     }
 
     /// The next box must ask this, and Enter would answer No; it is answered with `answer`.
@@ -71,7 +71,8 @@ private:
     {
         const auto style = QStringLiteral("icon %1, buttons %2, %3|%4").arg(int(box.icon)).arg(int(box.buttons));
         const bool isCareful = box.defaultAnswer == PromptAnswer::No;
-        return style.arg(box.caption, box.text) + (isCareful ? QStringLiteral(" (No)") : QString());
+        return style.arg(box.caption, box.text) + (isCareful ? QStringLiteral(" (No)") : QString()) +
+               (box.details.isEmpty() ? box.details : u'|' + box.details);
     }
     static QString Print(const FileDialogRequest &file)
     {

@@ -8,17 +8,18 @@
 
 #include <QEventLoop>
 
-/// Notes what was handed to the desktop.
+/// Notes what was handed to the desktop, which opens it or not.
 class RecordingShell final : public Shell
 {
 public:
     bool OpenWithShell(const QString &target) override
     {
         opened += target;
-        return true;
+        return opens;
     }
 
     QStringList opened;
+    bool opens = true;
 };
 
 /// 15 November 2004, half past ten, until it is set.

@@ -18,8 +18,10 @@ int main(int argc, char *argv[])
                                "Takes pictures of Brevio's windows into FOLDER and sends one message.\n";
         return 2;
     }
-    DesktopSeams seams;
-    ApplicationModule module(seams.All(), QApplication::applicationDirPath(), {});
+    DesktopSeams desktop;
+    ApplicationModule::Seams seams = desktop.All();
+    seams.quietTime = std::chrono::milliseconds(0); // faster than a hand
+    ApplicationModule module(seams, QApplication::applicationDirPath(), {});
     if (!module.Main())
         return 1;
     Tour tour(QDir(arguments.first()));

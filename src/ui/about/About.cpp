@@ -2,7 +2,6 @@
 
 #include "Controls.h"
 #include "Icons.h"
-#include "Shell.h"
 #include "VendorPages.h"
 #include "Version.h"
 #include "ui_About.h"
@@ -24,7 +23,7 @@ About::About(const WindowServices &services, QWidget *parent)
     m_ui->lblName->setFont(large);
     connect(m_ui->lblWebSite, &QLabel::linkActivated, this, [this] { VendorPages::Open(u"/"_s, m_services, this); });
     connect(m_ui->lblSupport, &QLabel::linkActivated, this,
-            [this](const QString &address) { m_services.shell.OpenWithShell(address); });
+            [this](const QString &address) { VendorPages::OpenAddress(address, m_services, this); });
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &About::accept);
     Controls::FitToContents(*this);
 }

@@ -92,7 +92,8 @@ void AccountDetails::TellBalance(const QString &username, const SendingSMS::Repl
             {.text = tr("Could not connect over the internet to Corvane. Unable to get balance.\r\n\r\n"
                         "Please check you are connected to the internet."),
              .icon = PromptIcon::Exclamation,
-             .caption = caption},
+             .caption = caption,
+             .details = reply.code == ResultCode::kSuccess ? tr("The reply does not tell the balance.") : reply.reason},
             this);
     }
 }
@@ -105,12 +106,13 @@ void AccountDetails::accept()
     } else if (EmailAddresses::IsValidEmailAddress(address)) {
         m_account.SetReplyEmailAddress(address);
     } else {
-        m_ui->txtEmail->setFocus();
         m_services.prompts.ShowMessageBox(
             {.text = tr("Please enter a valid email address, or leave the Reply-To Email box blank."),
              .icon = PromptIcon::Exclamation,
              .caption = tr("Reply-To Email")},
             this);
+        m_ui->txtEmail->setFocus();
+        m_ui->txtEmail->selectAll();
         return;
     }
     m_account.SetUsername(m_ui->txtUserName->text());

@@ -17,9 +17,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QMouseEvent>
-
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -34,9 +31,14 @@ Compose::Compose(const Services &services)
     : m_services(services)
     , m_account(services.window.settings)
     , m_ui(std::make_unique<Ui::Compose>())
+    , m_sending(services.window.quietTime)
+    , m_help(services.window.quietTime)
 {
     m_ui->setupUi(this);
-    m_ui->StatusBar->showMessage(tr("160 characters (1 SMS)"));
+    m_draftTimer.setSingleShot(true);
+    m_draftTimer.setInterval(std::chrono::seconds(1));
+    connect(&m_draftTimer, &QTimer::timeout, this, &Compose::StoreDraft);
+    SetStatus(tr("160 characters (1 SMS)"));
     new SelectAllOnFocus(m_ui->txtTextMessage);
     ConnectControls();
     Controls::RestoreWindowPosition(m_services.window.settings, *this);
@@ -56,10 +58,9 @@ void Compose::ConnectControls()
     connect(m_ui->mnuPhoneBook, &QAction::triggered, this, &Compose::ShowPhoneBook);
     connect(m_ui->mnuAccount, &QAction::triggered, this, &Compose::ShowAccount);
     connect(m_ui->mnuOnlineHelp, &QAction::triggered, this,
-            [this] { VendorPages::Open(VendorSite::kHelpPath, m_services.window, this); });
+            [this] { m_help.Start([this] { VendorPages::Open(VendorSite::kHelpPath, m_services.window, this); }); });
     connect(m_ui->mnuAbout, &QAction::triggered, this, [this] { About(m_services.window, this).exec(); });
     connect(m_ui->mnuExit, &QAction::triggered, this, &Compose::close);
-    m_ui->cmdSend->installEventFilter(this);
 }
 
 void Compose::LoadDraft()
@@ -67,6 +68,18 @@ void Compose::LoadDraft()
     m_message.SetText(m_ui->txtTextMessage->MessageText());
     ShowCount();
     m_ui->txtTextMessage->SetMessageText(m_services.window.settings.Get(kSection, kTextKey));
+}
+
+void Compose::StoreDraft()
+{
+    m_services.window.settings.Save(kSection, kTextKey, m_ui->txtTextMessage->MessageText());
+}
+
+void Compose::Store()
+{
+    StoreDraft();
+    Controls::SaveWindowPosition(m_services.window.settings, *this);
+    m_services.window.settings.Flush();
 }
 
 void Compose::ShowCount()
@@ -84,20 +97,21 @@ void Compose::ShowCount()
 
 void Compose::SetStatus(const QString &text)
 {
-    m_ui->StatusBar->showMessage(text);
+    m_ui->StatusBar->ShowStatus(text);
 }
 
 void Compose::TextChanged(const QString &invalidChars)
 {
+    m_draftTimer.start();
     m_message.SetText(m_ui->txtTextMessage->MessageText());
     ShowCount();
     if (!invalidChars.isEmpty())
-        SetStatus(tr("Character %1 not allowed in text messages!").arg(invalidChars));
+        m_ui->StatusBar->ShowRefusal(invalidChars);
 }
 
 void Compose::EnableSending()
 {
-    const bool enabled = !m_message.Text().isEmpty() && !m_isSending;
+    const bool enabled = !m_message.Text().isEmpty() && !m_sending.IsGoingOn();
     m_ui->cmdSend->setEnabled(enabled);
     m_ui->mnuSend->setEnabled(enabled);
 }
@@ -106,7 +120,7 @@ bool Compose::event(QEvent *event)
 {
     if (event->type() == QEvent::WindowActivate) {
         m_ui->cboTo->Refill(m_services.phoneBook.ReadOnlyPhoneBook());
-        if (!m_isSending)
+        if (!m_sending.IsGoingOn())
             TellNotices();
     }
     return QMainWindow::event(event);
@@ -119,32 +133,17 @@ void Compose::TellNotices()
         SetStatus(m_ui->StatusBar->currentMessage() + "; "_L1 + notices);
 }
 
-bool Compose::eventFilter(QObject *watched, QEvent *event)
-{
-    const bool isSecond = event->type() == QEvent::MouseButtonDblClick;
-    if (watched == m_ui->cmdSend && (isSecond || event->type() == QEvent::MouseButtonPress)) {
-        // The later presses of a double or triple click are no wish to send the message again.
-        const quint64 now = static_cast<QMouseEvent *>(event)->timestamp();
-        const std::optional<quint64> before = std::exchange(m_sendPressedAt, now);
-        if (isSecond || (before && now - *before < static_cast<quint64>(QApplication::doubleClickInterval())))
-            return true;
-    }
-    return QMainWindow::eventFilter(watched, event);
-}
-
 void Compose::Send()
 {
-    if (m_isSending)
-        return;
-    m_isSending = true;
-    EnableSending();
-    try {
-        SendNow();
-    } catch (const Error &error) {
-        TellProblem(error.Description());
-        SetStatus(tr("Message failed"));
-    }
-    m_isSending = false;
+    m_sending.Start([this] {
+        EnableSending();
+        try {
+            SendNow();
+        } catch (const Error &error) {
+            TellProblem(error.Description());
+            SetStatus(tr("Message failed"));
+        }
+    });
     EnableSending();
 }
 
@@ -155,6 +154,7 @@ void Compose::SendNow()
         m_ui->txtTextMessage->setFocus();
         return;
     }
+    StoreDraft();
     const std::optional<LxContactList> recipients = Recipients();
     if (!recipients)
         return;
@@ -220,7 +220,12 @@ void Compose::Tell(const SendingSMS::SendOutcome &outcome)
         break;
     case TransferFailed:
         TellProblem(tr("Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
-                       "Please check you are connected to the internet."));
+                       "Please check you are connected to the internet."),
+                    outcome.requestWentOut
+                        ? tr("%1\r\n\r\nThe whole request had gone out by then, so the gateway may have "
+                             "taken the message.")
+                              .arg(outcome.reason)
+                        : outcome.reason);
         break;
     case Refused:
         TellProblem(tr("Your message could not be sent:\r\n\r\n%1").arg(outcome.reason));
@@ -240,9 +245,9 @@ void Compose::Tell(const SendingSMS::SendOutcome &outcome)
                       .arg(outcome.balance));
 }
 
-void Compose::TellProblem(const QString &text)
+void Compose::TellProblem(const QString &text, const QString &details)
 {
-    m_services.window.prompts.ShowMessageBox({text, PromptIcon::Exclamation}, this);
+    m_services.window.prompts.ShowMessageBox({.text = text, .icon = PromptIcon::Exclamation, .details = details}, this);
 }
 
 void Compose::ShowPhoneBook()
@@ -256,6 +261,7 @@ void Compose::ShowPhoneBook()
 
 void Compose::ShowAccount()
 {
+    StoreDraft();
     AccountDetails account(m_services.window, m_services.gateway, this);
     if (account.exec() == QDialog::Accepted && !m_account.Username().isEmpty())
         RefreshBalance();
@@ -274,15 +280,12 @@ void Compose::RefreshBalance()
 
 void Compose::closeEvent(QCloseEvent *event)
 {
-    if (m_isSending) {
+    // The draft comes first: whatever else fails, the text is kept.
+    Store();
+    if (m_sending.IsGoingOn()) {
         event->ignore();
         return;
     }
-    Settings &settings = m_services.window.settings;
-    // The draft comes first: whatever else fails, the text is kept.
-    settings.Save(kSection, kTextKey, m_ui->txtTextMessage->MessageText());
-    Controls::SaveWindowPosition(settings, *this);
-    settings.Flush();
     m_services.phoneBook.CloseForGood();
     event->accept();
 }

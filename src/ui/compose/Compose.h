@@ -4,9 +4,11 @@
 #include "LxContactList.h"
 #include "LxMessage.h"
 #include "SendingSMS.h"
+#include "StartGuard.h"
 #include "WindowServices.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -33,7 +35,8 @@ public:
     explicit Compose(const Services &services);
     ~Compose() override;
 
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    /// Stores the unsent text and the layout now.
+    void Store();
 
 protected:
     bool event(QEvent *event) override;
@@ -42,13 +45,14 @@ protected:
 private:
     void ConnectControls();
     void LoadDraft();
+    void StoreDraft();
     void ShowCount();
     void SetStatus(const QString &text);
     void TellNotices();
     void TextChanged(const QString &invalidChars);
     void EnableSending();
 
-    /// Everything from the click to the outcome; a second start meanwhile does nothing.
+    /// Everything from the click to the outcome.
     void Send();
     void SendNow();
     /// None when the user gave up.
@@ -56,7 +60,7 @@ private:
     [[nodiscard]] LxContactPtr NewRecipient(const QString &typed);
     void OfferToBuyMessages();
     void Tell(const SendingSMS::SendOutcome &outcome);
-    void TellProblem(const QString &text);
+    void TellProblem(const QString &text, const QString &details = {});
 
     void ShowPhoneBook();
     void ShowAccount();
@@ -66,7 +70,7 @@ private:
     AccountSettings m_account;
     std::unique_ptr<Ui::Compose> m_ui;
     LxMessage m_message;
-    bool m_isSending = false;
-    /// When cmdSend was last pressed, in milliseconds of the window system's clock.
-    std::optional<quint64> m_sendPressedAt;
+    StartGuard m_sending;
+    StartGuard m_help;
+    QTimer m_draftTimer;
 };

@@ -1,10 +1,14 @@
 #include "MessageEdit.h"
 
 #include "LxMessage.h"
+#include "PlainText.h"
 
+#include <QKeyEvent>
+#include <QMimeData>
 #include <QTextDocument>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -58,6 +62,16 @@ QString Acceptable(const QString &rawText, int most)
     return accepted;
 }
 
+/// What the document would take in for the key; empty where the key does something else.
+QString TypedBy(const QKeyEvent &key)
+{
+    if (key.matches(QKeySequence::InsertParagraphSeparator) || key.matches(QKeySequence::InsertLineSeparator))
+        return QChar(QChar::ParagraphSeparator);
+    const bool isCommand = (key.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::ControlModifier;
+    const QString text = key.text();
+    return isCommand || text.isEmpty() || !(text[0].isPrint() || text[0].isSurrogate()) ? QString() : text;
+}
+
 qsizetype CommonPrefix(QStringView a, QStringView b)
 {
     return std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin();
@@ -88,6 +102,63 @@ void MessageEdit::SetMessageText(const QString &text)
     setPlainText(text);
 }
 
+int MessageEdit::Room() const
+{
+    const QString text = document()->toRawText();
+    const QTextCursor caret = textCursor();
+    const QStringView selected =
+        QStringView(text).sliced(caret.selectionStart(), caret.selectionEnd() - caret.selectionStart());
+    return LxMessage::MaxLength - MessageLength(text) + MessageLength(selected);
+}
+
+bool MessageEdit::IsRefused(const QString &rawText) const
+{
+    return !rawText.isEmpty() && Acceptable(rawText, Room()).isEmpty();
+}
+
+void MessageEdit::TellRefused(const QString &rawText)
+{
+    const QString invalidChars = LxMessage::RemoveInvalidChars(AsMessage(rawText)).invalidChars;
+    if (invalidChars.isEmpty())
+        return;
+    moveCursor(QTextCursor::End);
+    emit MessageChanged(invalidChars);
+}
+
+void MessageEdit::keyPressEvent(QKeyEvent *event)
+{
+    // Inserted and taken out again, the character would cost the steps that can be redone.
+    const QString typed = TypedBy(*event);
+    if (IsRefused(typed))
+        TellRefused(typed);
+    else
+        QPlainTextEdit::keyPressEvent(event);
+}
+
+void MessageEdit::inputMethodEvent(QInputMethodEvent *event)
+{
+    if (!IsRefused(event->commitString())) {
+        QPlainTextEdit::inputMethodEvent(event);
+        return;
+    }
+    QInputMethodEvent rest(event->preeditString(), event->attributes());
+    QPlainTextEdit::inputMethodEvent(&rest);
+    TellRefused(event->commitString());
+}
+
+void MessageEdit::insertFromMimeData(const QMimeData *source)
+{
+    const QString text = PlainText::Message(source->text()).replace(u'\n', QChar::ParagraphSeparator);
+    if (IsRefused(text)) {
+        TellRefused(text);
+        return;
+    }
+    m_leftOut = LxMessage::RemoveInvalidChars(AsMessage(text)).invalidChars;
+    QMimeData allowed;
+    allowed.setText(Acceptable(text, Room()));
+    QPlainTextEdit::insertFromMimeData(&allowed);
+}
+
 void MessageEdit::Clean()
 {
     if (m_isCleaning)
@@ -99,16 +170,17 @@ void MessageEdit::Clean()
     const qsizetype before = CommonPrefix(QStringView(text).chopped(after), QStringView(m_rawText).chopped(after));
     const QString inserted = text.sliced(before, text.size() - before - after);
     const int room = LxMessage::MaxLength - MessageLength(text.first(before)) - MessageLength(text.last(after));
-    const QString invalidChars = LxMessage::RemoveInvalidChars(AsMessage(inserted)).invalidChars;
+    const QString invalidChars =
+        std::exchange(m_leftOut, {}) + LxMessage::RemoveInvalidChars(AsMessage(inserted)).invalidChars;
     const QString accepted = Acceptable(inserted, room);
     if (accepted != inserted) {
         ReplaceLastChange(text.first(before) + accepted + text.last(after));
         QTextCursor caret = textCursor();
         caret.setPosition(static_cast<int>(before + accepted.size()));
-        if (!invalidChars.isEmpty())
-            caret.movePosition(QTextCursor::End);
         setTextCursor(caret);
     }
+    if (!invalidChars.isEmpty())
+        moveCursor(QTextCursor::End);
     m_rawText = document()->toRawText();
     m_isCleaning = false;
     emit MessageChanged(invalidChars);

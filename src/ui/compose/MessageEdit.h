@@ -3,8 +3,9 @@
 #include <QPlainTextEdit>
 
 /// The message box. It holds only what may be sent and at most LxMessage::MaxLength characters, a line break counting
-/// as two (CR LF). Of what is typed or pasted, characters that may not be sent are taken out again and what is beyond
-/// the limit is cut; text that was there stays. Undo works throughout.
+/// as two (CR LF). What is pasted or dropped is made plain first (PlainText::Message). Of what comes in, characters
+/// that may not be sent are dropped and what is beyond the limit is cut; text that was there stays, and of what is
+/// refused as a whole nothing comes of it but a signal. Undo and redo work throughout.
 class MessageEdit final : public QPlainTextEdit
 {
     Q_OBJECT
@@ -17,15 +18,28 @@ public:
     void SetMessageText(const QString &text);
 
 signals:
-    /// Comes once for each change, after the cleaning. `invalidChars` are the characters that were taken out.
+    /// Comes once for each change, after the cleaning. `invalidChars` are the characters that were refused; then it
+    /// comes also where the text stayed as it was.
     void MessageChanged(const QString &invalidChars);
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
+    void insertFromMimeData(const QMimeData *source) override;
+
 private:
+    /// How many characters may come in at the caret, in place of what is selected.
+    [[nodiscard]] int Room() const;
+    /// Whether nothing may come in of a text that is there to come in.
+    [[nodiscard]] bool IsRefused(const QString &rawText) const;
+    void TellRefused(const QString &rawText);
     void Clean();
     /// Makes the text of the last change and its place in the history this one instead.
     void ReplaceLastChange(const QString &text);
 
     /// The document's text after the last change.
     QString m_rawText;
+    /// What was left out of the change that comes next.
+    QString m_leftOut;
     bool m_isCleaning = false;
 };

@@ -1,5 +1,7 @@
 #include "RecipientBox.h"
 
+#include "OneLineEdit.h"
+
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
@@ -9,7 +11,7 @@ RecipientBox::RecipientBox(QWidget *parent)
     : QComboBox(parent)
     , m_recipients(new RecipientModel(this))
 {
-    setEditable(true);
+    setLineEdit(new OneLineEdit(this));
     setInsertPolicy(QComboBox::NoInsert);
     setCompleter(nullptr);
     // Measuring 100,000 names would cost more than all the rest of a refill.

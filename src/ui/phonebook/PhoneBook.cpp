@@ -31,6 +31,7 @@ PhoneBook::PhoneBook(const Services &services, std::unique_ptr<LxPhoneBook> phon
     , m_phoneBook(std::move(phoneBook))
     , m_commands(*m_phoneBook, services.countries, services.window, this)
     , m_maintenance(*m_phoneBook, services.countries, services.clock, services.window, this)
+    , m_help(services.window.quietTime)
 {
     setObjectName(u"PhoneBook"_s);
     // What nobody was there to be told of at the last end.
@@ -108,7 +109,8 @@ std::vector<PhoneBook::Command> PhoneBook::TableOfCommands()
     };
     const auto selectAll = show([list = ui.lvwContacts] { list->selectAll(); });
     const auto editName = show([list = ui.lvwGroups] { list->EditCurrentName(); });
-    const auto help = show([this] { VendorPages::Open(VendorSite::kHelpPath, m_services.window, this); });
+    const auto help =
+        show([this] { m_help.Start([this] { VendorPages::Open(VendorSite::kHelpPath, m_services.window, this); }); });
     return {
         {{ui.mnuAddContact, ui.mnuPopupNewContact, ui.actNewContact}, [this] { return NewContact(); }},
         {{ui.mnuEditContact, ui.mnuPopupEditContact}, [this] { return Properties(); }, CanActOnContacts},
@@ -374,14 +376,13 @@ void PhoneBook::Load()
     TellNotices();
 }
 
-void PhoneBook::Unload()
+void PhoneBook::StoreLayout()
 {
     Settings &settings = m_services.window.settings;
     Controls::SaveWindowPosition(settings, *this);
     m_lists->SaveColumns(settings);
     Controls::SaveControlSize(settings, *m_ui->picContactsContainer);
     Controls::SaveControlSize(settings, *m_ui->picGroupsContainer);
-    m_isLoaded = false;
 }
 
 bool PhoneBook::event(QEvent *event)
@@ -404,10 +405,12 @@ void PhoneBook::closeEvent(QCloseEvent *event)
     if (!m_isLoaded)
         return;
     // What cannot be saved would be lost with the window. A notice waits until the window is seen again.
-    if (CommitAndSave())
-        Unload();
-    else
+    if (!CommitAndSave()) {
         event->ignore();
+        return;
+    }
+    StoreLayout();
+    m_isLoaded = false;
 }
 
 bool PhoneBook::CommitAndSave()
@@ -417,11 +420,19 @@ bool PhoneBook::CommitAndSave()
     return Save();
 }
 
-void PhoneBook::CloseForGood()
+void PhoneBook::Store()
 {
     if (!m_isLoaded)
         return;
     CommitAndSave();
-    Unload();
+    StoreLayout();
+}
+
+void PhoneBook::CloseForGood()
+{
+    if (!m_isLoaded)
+        return;
+    Store();
+    m_isLoaded = false;
     close();
 }

@@ -6,6 +6,7 @@
 #include "MaintenanceCommands.h"
 #include "MenuRules.h"
 #include "PhoneBookCommands.h"
+#include "StartGuard.h"
 #include "WindowServices.h"
 
 #include <QMainWindow>
@@ -101,7 +102,10 @@ public:
     /// Chooses the group as if its row had been clicked.
     void SelectGroup(const LxGroup &group);
 
-    /// The program's end: saves and stores the layout as closing does, and closes whatever came of it.
+    /// Saves and stores the layout as closing does, and stays open.
+    void Store();
+
+    /// The program's end: as Store, and closes whatever came of it.
     void CloseForGood();
 
     void setVisible(bool visible) override;
@@ -127,7 +131,7 @@ private:
     void EnableCommands();
     void PopUp(QMenu &menu, const QTreeView &list, const QPoint &position);
     void Load();
-    void Unload();
+    void StoreLayout();
     bool Save();
     bool CommitAndSave();
 
@@ -149,6 +153,7 @@ private:
     std::unique_ptr<LxPhoneBook> m_phoneBook;
     PhoneBookCommands m_commands;
     MaintenanceCommands m_maintenance;
+    StartGuard m_help;
     /// The controls and their models are made when the window is first shown; most runs never show it.
     std::unique_ptr<Ui::PhoneBook> m_ui;
     PhoneBookLists *m_lists = nullptr;

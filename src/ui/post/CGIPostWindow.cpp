@@ -5,6 +5,7 @@
 #include "ui_CGIPost.h"
 
 #include <QAccessible>
+#include <QKeyEvent>
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +22,7 @@ CGIPostWindow::CGIPostWindow(CGIPost &post, QWidget *parent)
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &CGIPostWindow::reject);
     connect(&post, &CGIPost::StateChanged, this, &CGIPostWindow::ShowState);
     connect(&post, &CGIPost::Finished, this, &CGIPostWindow::accept);
+    m_ui->lblStatus->setFocus();
     FitToText(); // before it is shown, so that it is placed by its real size
 }
 
@@ -29,6 +31,16 @@ CGIPostWindow::~CGIPostWindow() = default;
 void CGIPostWindow::reject()
 {
     m_post.Cancel();
+}
+
+void CGIPostWindow::keyPressEvent(QKeyEvent *event)
+{
+    // The button is no default button, which would take every Enter, so it leaves its own to the window.
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && m_ui->cmdCancel->hasFocus())
+        m_ui->cmdCancel->click();
+    else
+        QDialog::keyPressEvent(event);
 }
 
 void CGIPostWindow::showEvent(QShowEvent *event)

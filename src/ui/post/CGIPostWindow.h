@@ -9,7 +9,8 @@ class CGIPost;
 }
 
 /// Shows how a post goes on and sends it cancel. It starts the post when it is first shown and closes by itself when
-/// the post has finished; its button, Escape and the frame's close button cancel the post instead of closing.
+/// the post has finished; its button, Escape and the frame's close button cancel the post instead of closing. What is
+/// typed on when it opens does nothing: the status has the focus, and the button presses only once the user went there.
 class CGIPostWindow final : public QDialog
 {
     Q_OBJECT
@@ -23,6 +24,7 @@ public:
     void reject() override;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
 

@@ -1,6 +1,7 @@
 #include "WrappingLabel.h"
 
 #include <QPainter>
+#include <QStyleOptionFocusRect>
 #include <QTextLayout>
 #include <QtMath>
 
@@ -36,6 +37,11 @@ void WrappingLabel::paintEvent(QPaintEvent *)
     QTextLayout layout(text(), font(), this);
     LayOut(layout, width());
     layout.draw(&painter, {});
+    if (hasFocus()) {
+        QStyleOptionFocusRect frame;
+        frame.initFrom(this);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &frame, &painter, this);
+    }
 }
 
 qreal WrappingLabel::LayOut(QTextLayout &layout, int width) const

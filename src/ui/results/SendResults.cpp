@@ -10,6 +10,10 @@
 #include "Utils.h"
 #include "ui_SendResults.h"
 
+#include <QHeaderView>
+#include <QScreen>
+#include <QScrollBar>
+
 using namespace Qt::StringLiterals;
 
 SendResults::SendResults(const WindowServices &services, QWidget *parent)
@@ -20,12 +24,18 @@ SendResults::SendResults(const WindowServices &services, QWidget *parent)
 {
     m_ui->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
-    Controls::SetUpReport(*m_ui->lvwSendResults);
-    m_ui->lvwSendResults->setModel(m_results);
+    QTreeView &list = *m_ui->lvwSendResults;
+    Controls::SetUpReport(list);
+    list.setModel(m_results);
+    list.header()->setResizeContentsPrecision(-1); // no row is left out, wherever it is
+    constexpr int kMostReasonLines = 6;
+    m_ui->lblReason->setMinimumHeight(fontMetrics().lineSpacing());
+    m_ui->lblReason->setMaximumHeight(kMostReasonLines * fontMetrics().lineSpacing());
+    connect(list.selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
+        m_ui->lblReason->setText(current.data(SendResultsModel::ReasonRole).toString());
+    });
     connect(m_ui->cmdSave, &QPushButton::clicked, this, &SendResults::SaveAs);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &SendResults::accept);
-    Controls::RestoreWindowPosition(m_services.settings, *this);
-    Controls::RestoreColumnWidths(m_services.settings, *m_ui->lvwSendResults);
 }
 
 SendResults::~SendResults() = default;
@@ -34,6 +44,37 @@ void SendResults::Results(const LxMessageRequests &requests)
 {
     m_results->SetRequests(requests);
     m_ui->lvwSendResults->setCurrentIndex(m_results->index(0, 0));
+    FitColumns();
+    FitWindow();
+    Controls::RestoreWindowPosition(m_services.settings, *this);
+    Controls::RestoreColumnWidths(m_services.settings, *m_ui->lvwSendResults);
+}
+
+void SendResults::FitColumns()
+{
+    QTreeView &list = *m_ui->lvwSendResults;
+    for (const int column : {SendResultsModel::Status, SendResultsModel::Name, SendResultsModel::Mobile})
+        list.resizeColumnToContents(column);
+    // A name may be as long as it likes, but not push the rest out of sight.
+    constexpr int kMostCharacters = 30;
+    const int most = kMostCharacters * list.fontMetrics().averageCharWidth();
+    list.setColumnWidth(SendResultsModel::Name, qMin(list.columnWidth(SendResultsModel::Name), most));
+}
+
+void SendResults::FitWindow()
+{
+    constexpr int kMessageCharacters = 40;
+    constexpr int kFewestRows = 5;
+    constexpr int kMostRows = 15;
+    QTreeView &list = *m_ui->lvwSendResults;
+    const int rows = qBound(kFewestRows, m_results->rowCount(), kMostRows);
+    QSize size(list.verticalScrollBar()->sizeHint().width(), list.header()->sizeHint().height());
+    size += QSize(2 * list.frameWidth(), 2 * list.frameWidth());
+    size.rwidth() += list.columnViewportPosition(SendResultsModel::Message) +
+                     kMessageCharacters * list.fontMetrics().averageCharWidth();
+    size.rheight() += rows * qMax(list.sizeHintForRow(0), list.fontMetrics().height());
+    const QSize wanted = layout()->totalSizeHint() - list.sizeHint() + size;
+    resize(wanted.boundedTo(screen()->availableGeometry().size()));
 }
 
 void SendResults::SaveAs()

@@ -21,7 +21,8 @@ public:
     SendResults(const WindowServices &services, QWidget *parent);
     ~SendResults() override;
 
-    /// Shows one row a request, in their order.
+    /// Shows one row a request, in their order. Columns and window come back as they were stored, or else as large as
+    /// the list and the font ask for.
     void Results(const LxMessageRequests &requests);
 
     /// Writes the list with a header line, every field quoted. Raises what SaveFile raises.
@@ -30,6 +31,8 @@ public:
     void done(int result) override;
 
 private:
+    void FitColumns();
+    void FitWindow();
     void SaveAs();
 
     WindowServices m_services;

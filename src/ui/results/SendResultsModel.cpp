@@ -41,9 +41,12 @@ QVariant SendResultsModel::data(const QModelIndex &index, int role) const
     const LxMessageRequest &request = m_requests[static_cast<size_t>(index.row())];
     if (role == Qt::DecorationRole && index.column() == Status)
         return IsSent(request) ? m_tick.Get() : m_cross.Get();
+    const QString reason = request.Response ? request.Response->Info : QString();
+    if (role == ReasonRole)
+        return reason;
     // Escaped and in a tag, so that the tool tip neither takes it for markup nor shows the escapes.
-    if (role == Qt::ToolTipRole && request.Response && !request.Response->Info.isEmpty())
-        return QString("<span>"_L1 + request.Response->Info.toHtmlEscaped() + "</span>"_L1);
+    if (role == Qt::ToolTipRole && !reason.isEmpty())
+        return QString("<span>"_L1 + reason.toHtmlEscaped() + "</span>"_L1);
     if (role != Qt::DisplayRole)
         return {};
     switch (index.column()) {

@@ -12,6 +12,8 @@ class SendResultsModel final : public QAbstractTableModel
 
 public:
     enum Column { Status, Name, Mobile, Message, ColumnCount };
+    /// What the gateway said of the message; empty when nothing.
+    enum Role { ReasonRole = Qt::UserRole };
 
     explicit SendResultsModel(QObject *parent);
 

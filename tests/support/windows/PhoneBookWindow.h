@@ -15,7 +15,7 @@ struct PhoneBookWindow
 {
     PhoneBookWindow(Machine &machine, Prompts &prompts)
         : settings(Settings::DefaultFileName(), prompts)
-        , services{settings, prompts, machine.shell}
+        , services{settings, prompts, machine.shell, std::chrono::milliseconds(0)}
         , newBook(std::make_unique<LxPhoneBook>(countries, machine.clock))
         , book(*newBook)
         , phoneBook({countries, machine.clock, services}, std::move(newBook))
@@ -46,6 +46,7 @@ struct PhoneBookWindow
 
     LxCountryList countries = SampleCountries();
     Settings settings;
+    /// What is started may be started again at once.
     const WindowServices services;
     /// Until the window takes it.
     std::unique_ptr<LxPhoneBook> newBook;

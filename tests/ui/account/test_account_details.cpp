@@ -4,6 +4,7 @@
 #include "ScriptedPeer.h"
 #include "WindowFixture.h"
 
+#include <QClipboard>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -47,6 +48,32 @@ private slots:
                             PromptIcon::Exclamation, PromptAnswer::Ok, u"Reply-To Email"_s);
         f.dialog.accept();
         QCOMPARE(f.Stored(), u"ann|a@b.example"_s);
+        QCOMPARE(f.email.selectedText(), u"nobody"_s);
+        QCOMPARE(f.dialog.focusWidget(), &f.email);
+    }
+
+    void pastedAccountIsMadePlain()
+    {
+        Fixture f;
+        QApplication::clipboard()->setText(u"\u200E ann\u00A0\n"_s);
+        for (const char *name : {"txtUserName", "txtPassword", "txtEmail"}) {
+            auto &box = Control<QLineEdit>(f.dialog, name);
+            box.clear();
+            QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+            QCOMPARE(box.text(), u"ann"_s);
+        }
+    }
+
+    void tellsTheAddressThatNothingOpens()
+    {
+        Fixture f;
+        f.UseGateway(u"gateway.test"_s);
+        f.shell.opens = false;
+        f.prompts.ExpectBox(u"No web browser could be opened. Please open this page yourself:\r\n\r\n"
+                            "http://gateway.test/brevio/order.html"_s,
+                            PromptIcon::Exclamation);
+        Control<QPushButton>(f.dialog, "cmdOpenAccount").click();
+        QCOMPARE(f.shell.opened.size(), 1);
     }
 
     void theBalanceIsTold()
@@ -71,6 +98,13 @@ private slots:
             "you have one already.\r\n\r\nDo you want to open a Brevio account now?"_s,
             PromptIcon::Exclamation, PromptAnswer::No, caption);
         ask("<LOGON>FAIL</LOGON><ERR>3</ERR>");
+        for (const auto &[reply, details] : {std::pair("<ERR>7</ERR>", u"Error 7"_s),
+                                             {"<LOGON>OK</LOGON>", u"The reply does not tell the balance."_s}}) {
+            f.prompts.ExpectBox(u"Could not connect over the internet to Corvane. Unable to get balance.\r\n\r\n"
+                                "Please check you are connected to the internet."_s,
+                                PromptIcon::Exclamation, PromptAnswer::Ok, caption, details);
+            ask(reply);
+        }
     }
 };
 

@@ -11,6 +11,7 @@
 #include <QClipboard>
 #include <QLineEdit>
 #include <QListView>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
@@ -126,23 +127,19 @@ private slots:
         });
         QCOMPARE(f.Send(u"Ann"_s), u"Message sent. 57 messages remaining 1"_s);
         QVERIFY(hasTried);
-        // The second half of a double click, after a gateway that was fast.
-        const QPointF at = f.sendButton.rect().center();
-        QMouseEvent second(QEvent::MouseButtonDblClick, at, at, Qt::LeftButton, Qt::LeftButton, {});
-        QApplication::sendEvent(&f.sendButton, &second);
-        QTest::mouseRelease(&f.sendButton, Qt::LeftButton);
-        QCOMPARE(f.peer.Posts(), 1);
     }
 
     // The length of the message, where it is pasted into, over how many characters; what is, and what gets in.
     TABLE_TEST(pasteIsCleanedAndCutAtTheLimit,
                (int length, int at, int selected, const QString &pasted, const QString &taken),
-               {"all allowed", 2, 1, 0, u"Hé £5"_s, u"Hé £5"_s}, {"some allowed", 2, 1, 0, u"a~b_c€\u00A0"_s, u"abc"_s},
+               {"all allowed", 2, 1, 0, u"Hé £5"_s, u"Hé £5"_s}, {"some allowed", 2, 1, 0, u"a~b_c€\u00A0"_s, u"abc "_s},
                {"line breaks", 2, 1, 0, u"a\r\nb\nc\u2028d"_s, u"a\r\nb\r\nc\r\nd"_s},
                {"room for two", 470, 100, 0, u"XYZ"_s, u"XY"_s}, {"room for one", 471, 1, 0, u"zb"_s, u"z"_s},
                {"room for what goes", 472, 10, 2, u"XYZ"_s, u"XY"_s},
                {"room for a line break", 470, 5, 0, u"\nX"_s, u"\r\n"_s},
-               {"room for half a line break", 471, 5, 0, u"\nX"_s, u""_s})
+               {"room for half a line break", 471, 5, 0, u"\nX"_s, u""_s},
+               {"made plain", 4, 2, 0, u"Don’t pay 50 %…"_s, u"Don't pay 50 %..."_s},
+               {"refused as a whole, which replaces nothing", 4, 1, 2, u"€"_s, u"ba"_s})
     {
         // No two neighbours are alike.
         const QString before = u"ab"_s.repeated(236).first(length);
@@ -157,6 +154,50 @@ private slots:
         QCOMPARE(edit.MessageText(), QString(before).replace(at, selected, taken));
         edit.undo();
         QCOMPARE(edit.MessageText(), before);
+    }
+
+    void aRefusedKeyChangesNothing()
+    {
+        Fixture f;
+        f.text.setPlainText(QString(472, u'x'));
+        f.text.selectAll();
+        QTest::keyClick(&f.text, Qt::Key_A);
+        f.text.undo();
+        // No room, and not allowed, typed and by an input method.
+        QTest::keyClick(&f.text, Qt::Key_B);
+        QTest::keyClick(&f.text, Qt::Key_Return);
+        f.text.selectAll();
+        QTest::sendKeyEvent(QTest::Click, &f.text, Qt::Key_E, u"€"_s, Qt::NoModifier);
+        QCOMPARE(f.Status(), u"Character € not allowed in text messages!"_s);
+        QInputMethodEvent input;
+        input.setCommitString(u"ё"_s);
+        QApplication::sendEvent(&f.text, &input);
+        QCOMPARE(f.Status(), u"Character ё not allowed in text messages!"_s);
+        QCOMPARE(f.text.toPlainText(), QString(472, u'x'));
+        QCOMPARE(f.text.textCursor().selectedText() + QString::number(f.text.textCursor().position()), u"472"_s);
+        f.text.redo();
+        QCOMPARE(f.text.toPlainText(), u"a"_s);
+    }
+
+    void aDropIsMadePlain()
+    {
+        Fixture f;
+        f.text.clear();
+        QMimeData dropped;
+        dropped.setText(u"“é”_"_s);
+        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &dropped, Qt::LeftButton, {});
+        QApplication::sendEvent(f.text.viewport(), &enter);
+        QDropEvent drop({5, 5}, Qt::CopyAction, &dropped, Qt::LeftButton, {});
+        QApplication::sendEvent(f.text.viewport(), &drop);
+        QCOMPARE(f.text.toPlainText() + u' ' + f.Status(), u"\"é\" Character _ not allowed in text messages!"_s);
+    }
+
+    void aPastedNameIsCompleted()
+    {
+        Fixture f;
+        QApplication::clipboard()->setText(u"\u200E Jo\n"_s);
+        QTest::keyClick(&f.to, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(f.to.currentText(), u"John Smith"_s);
     }
 
     TABLE_TEST(whatIsTypedIsCompleted, (const QString &typed, const QString &completion), u"jo -> hn Smith",

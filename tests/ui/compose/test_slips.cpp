@@ -1,0 +1,191 @@
+#include "Compose.h"
+#include "Dialogs.h"
+#include "Files.h"
+#include "RecipientBox.h"
+#include "ScriptedPeer.h"
+#include "WidgetPrompts.h"
+#include "WindowFixture.h"
+#include "WindowPostRunner.h"
+
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// Slips of the hand, and of the machine, in the compose window: none may cost a message or the text.
+class TestSlips final : public QObject
+{
+    Q_OBJECT
+
+    /// A message to Ann that is ready to go out, with the real progress window and boxes.
+    struct Fixture : WindowFixture
+    {
+        explicit Fixture(std::chrono::milliseconds quietTime,
+                         const QByteArray &reply = ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"))
+            : peer({.pieces = {reply}})
+            , compose({{settings, boxes, shell, quietTime}, {settings, posts, windowRunner}, phoneBook})
+        {
+            UseGateway(peer.Address());
+            Add(u"Ann"_s, u"07700 900123"_s);
+            compose.show();
+            compose.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&compose));
+            to.setEditText(u"Ann"_s);
+            text.setPlainText(u"Hi"_s);
+        }
+
+        /// As a keyboard does, to whatever window has the focus.
+        void Tell(QTest::KeyAction action, Qt::Key key, Qt::KeyboardModifiers modifiers)
+        {
+            // What a window manager does when a dialog has closed.
+            if (!QGuiApplication::focusWindow())
+                compose.activateWindow();
+            if (QWindow *window = QGuiApplication::focusWindow())
+                QTest::keyEvent(action, window, key, modifiers);
+        }
+
+        WidgetPrompts boxes;
+        WindowPostRunner windowRunner;
+        ScriptedPeer peer;
+        Compose compose;
+        RecipientBox &to = Control<RecipientBox>(compose, "cboTo");
+        QPlainTextEdit &text = Control<QPlainTextEdit>(compose, "txtTextMessage");
+        QPushButton &sendButton = Control<QPushButton>(compose, "cmdSend");
+        QStatusBar &status = Control<QStatusBar>(compose, "StatusBar");
+    };
+
+    static QByteArray StoredSettings() { return ReadBytes(Settings::DefaultFileName()); }
+
+private slots:
+    void heldKeyStartsOnce_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<QString>("focus");
+        QTest::addColumn<int>("quietTime");
+        QTest::addColumn<int>("firstRepeat");
+        QTest::addColumn<bool>("fails");
+        const Qt::KeyboardModifiers none;
+        const Qt::KeyboardModifiers ctrl = Qt::ControlModifier;
+        const auto text = u"txtTextMessage"_s;
+        const auto send = u"cmdSend"_s;
+        QTest::newRow("shortcut, by a keyboard's clock") << Qt::Key_Return << ctrl << text << 900 << 660 << false;
+        QTest::newRow("Space on the button") << Qt::Key_Space << none << send << 300 << 220 << false;
+        QTest::newRow("Enter on the button, with a box") << Qt::Key_Return << none << send << 300 << 220 << true;
+        QTest::newRow("help") << Qt::Key_F1 << none << text << 300 << 220 << false;
+    }
+    void heldKeyStartsOnce()
+    {
+        QFETCH(const Qt::Key, key);
+        QFETCH(const Qt::KeyboardModifiers, modifiers);
+        QFETCH(const QString, focus);
+        QFETCH(const int, quietTime);
+        QFETCH(const int, firstRepeat);
+        QFETCH(const bool, fails);
+        Fixture f(std::chrono::milliseconds(quietTime), fails ? QByteArray() : ScriptedPeer::Ok("<LOGON>OK</LOGON>"));
+        const auto started = [&f] { return f.peer.Posts() + f.shell.opened.size(); };
+        f.compose.findChild<QWidget *>(focus)->setFocus();
+        // As an X server may tell it: the first repeat is late, and nothing marks the repeats as such.
+        QTimer repeats;
+        const auto repeating = repeats.callOnTimeout([&] {
+            repeats.setInterval(30);
+            f.Tell(QTest::Release, key, modifiers);
+            f.Tell(QTest::Press, key, modifiers);
+        });
+        repeats.start(firstRepeat);
+        const auto closeBox = [] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            return box && box->close();
+        };
+        QTimer::singleShot(4 * firstRepeat, &repeats, [&] {
+            repeats.stop();
+            f.Tell(QTest::Release, key, modifiers);
+            QCOMPARE(closeBox(), fails);
+        });
+        QTimer::singleShot(0, &repeats, [&] { f.Tell(QTest::Press, key, modifiers); });
+        QTRY_VERIFY(!repeats.isActive() && !QApplication::activeModalWidget());
+        QCOMPARE(started(), 1);
+        QCOMPARE(f.to.currentText() + u'|' + f.text.toPlainText(), u"Ann|Hi"_s);
+
+        // Other keys do not make the wait for the next start longer.
+        QElapsedTimer elapsed;
+        for (elapsed.start(); elapsed.elapsed() <= quietTime; QTest::qWait(20))
+            QTest::keyClick(&f.text, Qt::Key_Right);
+        f.compose.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&f.compose));
+        f.compose.findChild<QWidget *>(focus)->setFocus();
+        disconnect(repeating);
+        repeats.callOnTimeout(closeBox);
+        repeats.start(10);
+        f.Tell(QTest::Press, key, modifiers);
+        f.Tell(QTest::Release, key, modifiers);
+        QCOMPARE(started(), 2);
+    }
+
+    void laterClicksOfOneGestureSendNothing()
+    {
+        Fixture f(900ms);
+        QTest::mouseClick(&f.sendButton, Qt::LeftButton);
+        // The gateway was fast.
+        for (int click = 0; click < 3; ++click) {
+            QTest::mouseDClick(&f.sendButton, Qt::LeftButton);
+            Control<QAction>(f.compose, "mnuSend").trigger();
+        }
+        QCOMPARE(f.peer.Posts(), 1);
+        QVERIFY(f.sendButton.isEnabled());
+    }
+
+    void textIsOnTheDiskBeforeItCanBeLost()
+    {
+        Fixture f(0ms);
+        f.text.setPlainText(u"a second later"_s);
+        QTRY_VERIFY(StoredSettings().contains("a second later"));
+        // Before the post, and before a close that is refused because of it.
+        f.text.setPlainText(u"before the post"_s);
+        bool isTried = false;
+        connect(&f.peer, &QTcpServer::newConnection, this, [&] {
+            QVERIFY(StoredSettings().contains("before the post"));
+            f.text.setPlainText(u"before the close"_s);
+            QVERIFY(!f.compose.close());
+            QVERIFY(StoredSettings().contains("before the close"));
+            isTried = true;
+        });
+        QTest::mouseClick(&f.sendButton, Qt::LeftButton);
+        QVERIFY(isTried);
+        QCOMPARE(f.peer.Posts(), 1);
+    }
+
+    void refusalKeepsItsWordsInSight()
+    {
+        Fixture f(0ms);
+        QString many;
+        for (char16_t c = u'А'; c <= u'я'; ++c)
+            many += c;
+        const auto fits = [&f] {
+            return f.status.fontMetrics().horizontalAdvance(f.status.currentMessage()) <= f.status.width() - 18;
+        };
+        f.text.setPlainText(many);
+        f.compose.resize(f.compose.minimumSizeHint());
+        QFont large = f.compose.font();
+        large.setPointSizeF(2 * large.pointSizeF());
+        for (const QFont &font : {f.compose.font(), large}) {
+            f.compose.setFont(font);
+            QCoreApplication::processEvents();
+            const QString shown = f.status.currentMessage();
+            QVERIFY2(fits() && shown.startsWith(u"Character А"_s), qPrintable(shown));
+            QVERIFY2(shown.endsWith(u"… not allowed in text messages!"_s), qPrintable(shown));
+            QVERIFY(f.status.toolTip().contains(u"Character "_s + many + u" not allowed"_s));
+        }
+        f.compose.resize(4000, 600);
+        QTRY_COMPARE(f.status.currentMessage(), u"Character %1 not allowed in text messages!"_s.arg(many));
+        QCOMPARE(f.status.toolTip(), QString());
+    }
+};
+
+QTEST_MAIN(TestSlips)
+#include "test_slips.moc"
