@@ -172,9 +172,12 @@ PhoneBookChange MaintenanceCommands::ImportFile() const
     if (!isStopped && parsed.notice.isEmpty())
         return change;
     change.notices = {tr("%1 contacts").arg(imported)};
-    if (isStopped)
-        change.notices +=
-            tr("line %1 of the file stopped the import").arg(parsed.lineOf[static_cast<size_t>(imported)]);
+    if (isStopped) {
+        const QString line = QString::number(parsed.lineOf[static_cast<size_t>(imported)]);
+        change.notices += tr("line %1 of the file stopped the import").arg(line);
+        change.failure->details = tr("Line %1 of the file stopped the import. Before it, %2 contacts came in.")
+                                      .arg(line, QString::number(imported));
+    }
     change.notices += parsed.notice;
     return change;
 }

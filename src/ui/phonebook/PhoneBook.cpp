@@ -5,7 +5,6 @@
 #include "Icons.h"
 #include "PhoneBookLists.h"
 #include "RowKeys.h"
-#include "Settings.h"
 #include "VendorPages.h"
 #include "VendorSite.h"
 #include "ui_PhoneBook.h"
@@ -19,23 +18,15 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-const QString kSection = u"PhoneBook"_s;
-const QString kNotice = u"Notice"_s;
-
-} // namespace
-
 PhoneBook::PhoneBook(const Services &services, std::unique_ptr<LxPhoneBook> phoneBook)
     : m_services(services)
     , m_phoneBook(std::move(phoneBook))
     , m_commands(*m_phoneBook, services.countries, services.window, this)
     , m_maintenance(*m_phoneBook, services.countries, services.clock, services.window, this)
     , m_help(services.window.quietTime)
+    , m_notices(services.window.settings)
 {
     setObjectName(u"PhoneBook"_s);
-    // What nobody was there to be told of at the last end.
-    AddNotice(m_services.window.settings.Get(kSection, kNotice));
 }
 
 PhoneBook::~PhoneBook()
@@ -252,7 +243,7 @@ QString PhoneBook::AskImportContactsFilename(const QString &proposal, QWidget *o
 LxContactList PhoneBook::ParseContacts(const QString &text)
 {
     const MaintenanceCommands::ParsedContacts parsed = m_maintenance.Parse(text);
-    AddNotice(parsed.notice);
+    m_notices.Add(parsed.notice);
     return parsed.contacts;
 }
 
@@ -268,7 +259,7 @@ bool PhoneBook::Show(const PhoneBookChange &change)
     if (!change.status.isEmpty())
         Status(change.status);
     for (const QString &notice : change.notices)
-        AddNotice(notice);
+        m_notices.Add(notice);
     if (change.MustBeSaved())
         Autosave();
     TellNotices();
@@ -285,34 +276,13 @@ void PhoneBook::Status(const QString &text)
         m_ui->sbStatusBar->showMessage(text);
 }
 
-void PhoneBook::AddNotice(const QString &notice)
-{
-    if (notice.isEmpty())
-        return;
-    m_notices += notice;
-    KeepNotices();
-}
-
-QString PhoneBook::TakeNotices()
-{
-    const QString notices = std::exchange(m_notices, {}).join("; "_L1);
-    KeepNotices();
-    return notices;
-}
-
 void PhoneBook::TellNotices()
 {
     // While nobody can see the window, the notices wait.
-    if (m_isLoaded && !m_notices.isEmpty())
-        Status(TakeNotices());
-}
-
-void PhoneBook::KeepNotices()
-{
-    Settings &settings = m_services.window.settings;
-    const QString notices = m_notices.join("; "_L1);
-    if (settings.Get(kSection, kNotice) != notices)
-        settings.Save(kSection, kNotice, notices);
+    if (!m_isLoaded)
+        return;
+    if (const QString notices = m_notices.Take(); !notices.isEmpty())
+        Status(notices);
 }
 
 LxGroup &PhoneBook::ChosenGroup() const
@@ -349,7 +319,7 @@ bool PhoneBook::Autosave()
 bool PhoneBook::Save()
 {
     try {
-        AddNotice(KeptFileNotice(m_phoneBook->SavePhoneBook()));
+        m_notices.Add(KeptFileNotice(m_phoneBook->SavePhoneBook()));
         return true;
     } catch (const Error &error) {
         m_services.window.prompts.ShowMessageBox(

@@ -5,6 +5,7 @@
 #include "LxPhoneBook.h"
 #include "MaintenanceCommands.h"
 #include "MenuRules.h"
+#include "Notices.h"
 #include "PhoneBookCommands.h"
 #include "StartGuard.h"
 #include "WindowServices.h"
@@ -91,7 +92,7 @@ public:
 
     /// What is to be told of files that were kept, while this window is not there to tell it; empty for nothing. It is
     /// the caller's to tell then.
-    [[nodiscard]] QString TakeNotices();
+    [[nodiscard]] QString TakeNotices() { return m_notices.Take(); }
 
     /// Puts a text into the status bar.
     void Status(const QString &text);
@@ -137,9 +138,7 @@ private:
 
     /// Shows what a command changed, saves it and tells what there is to tell. Returns whether it changed anything.
     bool Show(const PhoneBookChange &change);
-    void AddNotice(const QString &notice);
     void TellNotices();
-    void KeepNotices();
 
     [[nodiscard]] LxGroup &ChosenGroup() const;
     [[nodiscard]] LxContactList Selected() const;
@@ -162,6 +161,5 @@ private:
     bool m_isLoaded = false;
     /// While the window closes, which saves once itself.
     bool m_isClosing = false;
-    /// What is to be told in the window that is next seen, if need be at the next start.
-    QStringList m_notices;
+    Notices m_notices;
 };

@@ -160,21 +160,25 @@ private slots:
         QVERIFY(f.Saved().endsWith("\"Cy\",33,\"0612345678\",\"Imported\"\r\n\"Cy\",33,\"0612345678\",\"Club\"\r\n"));
     }
 
-    TABLE_TEST(whatCouldNotBeImportedIsTold,
-               (const QByteArray &bytes, const QString &failure, const QString &added, const QString &status),
-               {"some without a country", "# all\r\rname\rCy,+447700900123\nDi,07700900124\nEd,+447700900125", kInvalid,
-                u"Cy:Imported | Work,Imported"_s,
-                u"1 contacts; line 5 of the file stopped the import; lines of the file that hold no contact: 1"_s},
-               {"all without a country", "Di,07700900124", kInvalid, u"| Work"_s,
-                u"0 contacts; line 1 of the file stopped the import"_s},
-               {"another separator", "Cy;44;07700900123\nDi;44;07700900124", kNothing, u"| Work"_s, u"4 contacts"_s},
-               {"a blank line", "\r\n", kNothing, u"| Work"_s, u"4 contacts"_s},
-               {"no text", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, kNothing, u"| Work"_s, u"4 contacts"_s})
+    TABLE_TEST(
+        whatCouldNotBeImportedIsTold,
+        (const QByteArray &bytes, const QString &failure, const QString &added, const QString &status,
+         const QString &details),
+        {"some without a country", "# all\r\rname\rCy,+447700900123\nDi,07700900124\nEd,+447700900125", kInvalid,
+         u"Cy:Imported | Work,Imported"_s,
+         u"1 contacts; line 5 of the file stopped the import; lines of the file that hold no contact: 1"_s,
+         u"Line 5 of the file stopped the import. Before it, 1 contacts came in."_s},
+        {"all without a country", "Di,07700900124", kInvalid, u"| Work"_s,
+         u"0 contacts; line 1 of the file stopped the import"_s,
+         u"Line 1 of the file stopped the import. Before it, 0 contacts came in."_s},
+        {"another separator", "Cy;44;07700900123\nDi;44;07700900124", kNothing, u"| Work"_s, u"4 contacts"_s, {}},
+        {"a blank line", "\r\n", kNothing, u"| Work"_s, u"4 contacts"_s, {}},
+        {"no text", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, kNothing, u"| Work"_s, u"4 contacts"_s, {}})
     {
         Fixture f;
         const QString before = f.Print().remove(u"| Work"_s);
         f.prompts.ExpectBox(u"The contacts could not be imported: "_s + failure, PromptIcon::Information,
-                            PromptAnswer::Ok, u"Import Failed"_s);
+                            PromptAnswer::Ok, u"Import Failed"_s, details);
         f.ImportFile(bytes);
         QCOMPARE(f.Print(), before + added);
         QCOMPARE(f.Saved().count('\n'), f.Book().AllContacts().Count());
