@@ -2,9 +2,11 @@
 #include "FileLock.h"
 #include "Files.h"
 #include "Raised.h"
+#include "Rows.h"
 #include "SaveFile.h"
 #include "Settings.h"
 #include "Utils.h"
+#include "WithoutRoot.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -25,6 +27,7 @@ namespace {
 int s_flockError = 0;
 int s_fsyncError = 0;
 int s_mkdirError = 0;
+int s_fchmodError = 0;
 std::function<void(const QString &)> s_onFlush;
 
 int Call(int error, long number, long first, long second = 0)
@@ -61,6 +64,11 @@ extern "C" int mkdir(const char *path, mode_t mode) noexcept
     return Call(s_mkdirError, SYS_mkdir, reinterpret_cast<long>(path), mode);
 }
 
+extern "C" int fchmod(int descriptor, mode_t mode) noexcept
+{
+    return Call(s_fchmodError, SYS_fchmod, descriptor, mode);
+}
+
 class TestFiles final : public QObject
 {
     Q_OBJECT
@@ -81,7 +89,7 @@ private slots:
     }
     void cleanup()
     {
-        s_flockError = s_fsyncError = s_mkdirError = 0;
+        s_flockError = s_fsyncError = s_mkdirError = s_fchmodError = 0;
         s_onFlush = {};
         ::umask(m_usualMask);
     }
@@ -113,26 +121,26 @@ private slots:
         QVERIFY(Raised([&] { FileLock().Acquire(m_path); }).startsWith(u"70 "_s));
     }
 
-    void onlyAnotherHolderRefusesTheLock_data()
+    void aFileIsNeverWrittenInPlace()
     {
-        QTest::addColumn<int>("error");
-        QTest::addColumn<QString>("raised");
-        QTest::newRow("no locks left") << ENOLCK << QString();
-        QTest::newRow("no locks on this file system") << EOPNOTSUPP << QString();
-        QTest::newRow("no such call") << ENOSYS << QString();
-        QTest::newRow("no locks on such files") << EINVAL << QString();
-        QTest::newRow("held by another") << EWOULDBLOCK << u"70 FileLock: The file is in use by another program."_s;
+        const WithoutRoot withoutRoot;
+        QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner));
+        QVERIFY(Raised([this] { SaveFile(m_path, "new"); }).startsWith(u"75 SaveFile: "_s));
+        QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QCOMPARE(ReadBytes(m_path), "old");
     }
-    void onlyAnotherHolderRefusesTheLock()
+
+    TABLE_TEST(onlyAnotherHolderRefusesTheLock, (int error, bool isRefused), {"no locks left", ENOLCK, false},
+               {"no locks on this file system", EOPNOTSUPP, false}, {"no such call", ENOSYS, false},
+               {"no locks on such files", EINVAL, false}, {"held by another", EWOULDBLOCK, true})
     {
-        QFETCH(const int, error);
-        QFETCH(const QString, raised);
+        const auto raised = isRefused ? u"70 FileLock: The file is in use by another program."_s : QString();
         s_flockError = error;
         FileLock lock;
         QCOMPARE(Raised([&] { lock.Acquire(m_path); }), raised);
-        QCOMPARE(lock.IsHeld(), raised.isEmpty());
-        QCOMPARE(Raised([&] { SaveFile(m_path, "new", FilePrivacy::AsUsual, &lock); }).isEmpty(), raised.isEmpty());
-        QCOMPARE(ReadBytes(m_path), raised.isEmpty() ? "new" : "old");
+        QCOMPARE(lock.IsHeld(), !isRefused);
+        QCOMPARE(Raised([&] { SaveFile(m_path, "new", FilePrivacy::AsUsual, &lock); }).isEmpty(), !isRefused);
+        QCOMPARE(ReadBytes(m_path), isRefused ? "old" : "new");
     }
 
     void newFilesAndFoldersAreTheOwnersAlone()
@@ -147,6 +155,14 @@ private slots:
         for (const QString &path : {u"a"_s, u"a/b c"_s, u"a/b c/d"_s, u"a/b c/d/new"_s, u"file"_s, u"usual"_s})
             modes += QString::number(ModeOf(m_folder->filePath(path)), 8);
         QCOMPARE(modes.join(u' '), u"755 700 700 600 640 644"_s);
+    }
+
+    void withoutModesOnlyWhatMustBePrivateIsRefused()
+    {
+        s_fchmodError = EPERM;
+        SaveFile(m_folder->filePath(u"new"_s), "new", FilePrivacy::OwnerOnlyIfNew);
+        QVERIFY(Raised([this] { SaveFile(m_path, "new", FilePrivacy::OwnerOnly); }).startsWith(u"75 SaveFile: "_s));
+        QCOMPARE(Files(), (QStringList{u"file"_s, u"new"_s}));
     }
 
     void aFolderThatCannotBeMadeSaysWhy()
@@ -166,32 +182,22 @@ private slots:
         s_mkdirError = 0;
     }
 
-    void foldersAreThoseOfTheEnvironmentOrNone_data()
+    // HOME, XDG_DATA_HOME and XDG_CONFIG_HOME, and the folders for data, settings and documents.
+    TABLE_TEST(foldersAreThoseOfTheEnvironmentOrNone, (const QString &environment, const QString &folders),
+               u"/h/|| -> /h/.local/share /h/.config /h/Documents", u"/h|/d/|/c -> /d /c /h/Documents",
+               u"h|d|/c ->  /c ", u"|| ->   ", u"/|d| -> /.local/share /.config /Documents")
     {
-        QTest::addColumn<QByteArrayList>("environment");
-        QTest::addColumn<QString>("folders");
-        QTest::newRow("home") << QByteArrayList{"/h/", "", ""} << u"/h/.local/share /h/.config /h/Documents"_s;
-        QTest::newRow("all") << QByteArrayList{"/h", "/d/", "/c"} << u"/d /c /h/Documents"_s;
-        QTest::newRow("relative ones are none") << QByteArrayList{"h", "d", "/c"} << u" /c "_s;
-        QTest::newRow("none") << QByteArrayList{"", "", ""} << u"  "_s;
-        QTest::newRow("the root") << QByteArrayList{"/", "d", ""} << u"/.local/share /.config /Documents"_s;
-    }
-    void foldersAreThoseOfTheEnvironmentOrNone()
-    {
-        QFETCH(const QByteArrayList, environment);
         const char *names[] = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"};
         QByteArrayList usual;
         for (int i = 0; i < 3; ++i) {
             usual += qgetenv(names[i]);
-            qputenv(names[i], environment[i]);
+            qputenv(names[i], environment.section(u'|', i, i).toLatin1());
         }
-        const QString folders =
-            QStringList{Utils::AppDataFolder(), Utils::GetSpecialFolder(Utils::SpecialFolder::AppConfig),
-                        Utils::MyDocumentsFolder()}
-                .join(u' ');
+        const auto got = QStringList{Utils::AppDataFolder(), Utils::GetSpecialFolder(Utils::SpecialFolder::AppConfig),
+                                     Utils::MyDocumentsFolder()};
         for (int i = 0; i < 3; ++i)
             qputenv(names[i], usual[i]);
-        QTEST(folders, "folders");
+        QCOMPARE(got.join(u' '), folders);
     }
 };
 

@@ -47,10 +47,12 @@ private slots:
         const QString text = u"£5 \"quoted\" \\ \r\n 😀"_s;
         m_path = m_folder->filePath(u"new/folder/Brevio.json"_s);
         std::optional<Settings> settings(std::in_place, m_path, m_prompts);
-        settings->Save(u"S"_s, u"Text"_s, text);
         settings->Save(u"S"_s, u"Empty"_s, {});
         settings->Save(u"Old"_s, u"Key"_s, u"gone later"_s);
         QVERIFY(!QFile::exists(m_path));
+        QCoreApplication::processEvents();
+        QVERIFY(QFile::exists(m_path));
+        settings->Save(u"S"_s, u"Text"_s, text);
         QCoreApplication::processEvents();
         const Settings read(m_path, m_prompts);
         QCOMPARE(read.Get(u"S"_s, u"Text"_s), text);
@@ -73,6 +75,16 @@ private slots:
         }
         QCOMPARE(ReadBytes(m_path + u".bad"_s), "{\"S\": {\"Key\": \"a");
         QCOMPARE(ReadBytes(m_path + u".2.bad"_s), "[1]");
+    }
+
+    void whatSomebodyWroteByHandIsReadAsText()
+    {
+        QVERIFY(WriteBytes(m_path, R"({"S": {"No": false, "Yes": true, "Number": 5, "List": [1]}, "T": 1})"));
+        const Settings settings(m_path, m_prompts);
+        QString got;
+        for (const auto &key : {u"No"_s, u"Yes"_s, u"Number"_s, u"List"_s})
+            got += settings.Get(u"S"_s, key, u"none"_s) + u' ';
+        QCOMPARE(got, u"False True 5 none "_s);
     }
 
     void anUnreadableFileIsLeftAlone()
@@ -103,6 +115,9 @@ private slots:
         // Nothing new was set, but the failed write still waits.
         QVERIFY(settings.Flush());
         QCOMPARE(StoredValue(), text);
+        fullDisk.emplace(limit);
+        ExpectFailure();
+        QVERIFY(!CanSave(settings, text + u'1'));
     }
 
     TABLE_TEST(upgradesDropSectionsOfOtherVersions, (const QString &sections, const QString &kept),
@@ -111,7 +126,7 @@ private slots:
                u"'Settings': {'a': 'b'}, 'Version': {'Minor': '5'}, -> now", u"'Version': {'Minor': '32768'}, -> now")
     {
         QString json = u"{"_s + sections + u"'History': {'a': 'b'}, 'PhoneBook': {'a': 'b'}}"_s;
-        WriteBytes(m_path, json.replace(u'\'', u'"').toUtf8());
+        QVERIFY(WriteBytes(m_path, json.replace(u'\'', u'"').toUtf8()));
         Settings settings(m_path, m_prompts);
         UpgradeSettings(settings);
         QString names = settings.Get(u"Version"_s, u"Minor"_s);

@@ -1,4 +1,5 @@
 #include "Fakes.h"
+#include "FileLock.h"
 #include "FileSizeLimit.h"
 #include "Files.h"
 #include "Printed.h"
@@ -12,8 +13,6 @@
 
 #include <functional>
 #include <optional>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -25,19 +24,8 @@ const auto kOld = u"Ann 44 1 [X] | Everyone;X;Empty"_s;
 const auto kRefused = u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s;
 const auto kAnn = "\"A\",44,\"1\"\r\n"_ba;
 const auto kBob = "\"Bob,; \",353,\"0851234567\",\"Friends;Work\"\r\n"_ba;
+const auto kDay15 = "\"Day 15\",44,\"1\"\r\n"_ba;
 const auto kInUse = u"70 FileLock: The file is in use by another program."_s;
-
-/// The file of a phone book of some hundred contacts that has been edited so often.
-QByteArray FileOf(int edits)
-{
-    return ("\"Contact " + QByteArray::number(edits) + "\",44,\"07700 900123\",\"Work\"\r\n").repeated(300);
-}
-
-/// The file of one that was not edited, with a line that is skipped, so that a save is to keep it.
-QByteArray HalfRead()
-{
-    return FileOf(0) + "x\r\n";
-}
 
 } // namespace
 
@@ -46,7 +34,7 @@ class TestPhoneBook final : public QObject
     Q_OBJECT
 
     const LxCountryList m_countries = SampleCountries();
-    const FixedClock m_clock;
+    FixedClock m_clock;
     std::optional<QTemporaryDir> m_folder;
     QString m_path;
     QString m_other;
@@ -57,15 +45,41 @@ class TestPhoneBook final : public QObject
         return Raised([&] { m_book->OpenPhoneBook(path); });
     }
 
-    void Edit(int edits)
+    void Open(const QByteArray &file)
+    {
+        QVERIFY(WriteBytes(m_path, file));
+        m_book->OpenPhoneBook(m_path);
+    }
+
+    /// The copies by the ends of their names.
+    [[nodiscard]] QString Copies() const
+    {
+        QStringList names = QDir(m_folder->path()).entryList({u"ann.kpb.*"_s}, QDir::Files, QDir::Name);
+        return names.replaceInStrings(u"ann.kpb."_s, QString()).join(u' ');
+    }
+    [[nodiscard]] QByteArray Copy(const QString &end) const { return ReadBytes(m_path + u'.' + end); }
+
+    void Rename(int day)
     {
         for (const LxContactPtr &contact : m_book->AllContacts())
-            contact->SetName(u"Contact "_s + QString::number(edits));
+            contact->SetName(u"Day "_s + QString::number(day));
+    }
+
+    /// Saves on so many days, up to the fifteenth; it is the sixteenth then.
+    void SaveDaily(int days)
+    {
+        for (int day = 16 - days; day <= 15; ++day) {
+            m_clock.now.setDate(QDate(2004, 11, day));
+            Rename(day);
+            QCOMPARE(m_book->SavePhoneBook(), QString());
+        }
+        m_clock.now.setDate(QDate(2004, 11, 16));
     }
 
 private slots:
     void init()
     {
+        m_clock.now = FixedClock().now;
         m_folder.emplace();
         m_path = m_folder->filePath(u"ann.kpb"_s);
         m_other = m_folder->filePath(u"other.kpb"_s);
@@ -90,8 +104,7 @@ private slots:
         // The first open makes the folders, too.
         m_path = m_folder->filePath(u"new/fol der/ann.kpb"_s);
         m_book->OpenPhoneBook(m_path);
-        QVERIFY(WriteBytes(m_path, file));
-        m_book->OpenPhoneBook(m_path);
+        Open(file);
         QCOMPARE(Printed(*m_book), printed);
         QCOMPARE(m_book->SavePhoneBook(), QString());
         QCOMPARE(ReadBytes(m_path), saved);
@@ -101,8 +114,7 @@ private slots:
                u"A,65580,1", u"A,44,", u"A,44,+441", u"\"A,44,1")
     {
         const QByteArray file = "A,44,1\n" + line.toLatin1() + "\nA,44,1";
-        QVERIFY(WriteBytes(m_path, file));
-        m_book->OpenPhoneBook(m_path);
+        Open(file);
         QCOMPARE(Printed(*m_book), u"A 44 1 []\nA 44 1 [] | Everyone"_s);
         QCOMPARE(ReadBytes(m_book->SavePhoneBook()), file);
         QCOMPARE(ReadBytes(m_path), kAnn + kAnn);
@@ -116,8 +128,7 @@ private slots:
         m_book.emplace(none, m_clock);
         for (const auto *end : {".bak", "-2.bak", "-3.bak"}) {
             const QByteArray file = "A,44,1,"_ba + end + "\r\n";
-            QVERIFY(WriteBytes(m_path, file));
-            m_book->OpenPhoneBook(m_path);
+            Open(file);
             // A backup onto its own file is a save.
             m_book->Backup(m_path);
             QVERIFY2(ReadBytes(m_path).isEmpty(), end);
@@ -141,6 +152,11 @@ private slots:
         QCOMPARE(Raised([this] { m_book->SavePhoneBook(); }), kInUse);
         holder.reset();
         QCOMPARE(ReadBytes(m_book->SavePhoneBook()), "taken");
+
+        QVERIFY(QFile::resize(m_path, (256LL << 20) + 1));
+        QCOMPARE(RaisedByOpening(m_path), u"75 ReadTextFile: The file is too large"_s);
+        QCOMPARE(Raised([this] { FileLock().Acquire(m_path); }), u""_s);
+        QCOMPARE(RaisedByOpening(m_path + u"/ann.kpb"_s), u"75 Corvane.PhoneBook: Not a directory"_s);
     }
 
     // Its real file is "other.kpb".
@@ -175,8 +191,8 @@ private slots:
     {
         const WithoutRoot withoutRoot;
         const auto before = "Ann,44,1,X\r\n"_ba;
-        QVERIFY(WriteBytes(m_path, before) && WriteBytes(m_other, file));
-        m_book->OpenPhoneBook(m_path);
+        QVERIFY(WriteBytes(m_other, file));
+        Open(before);
         m_book->Groups().CreateGroup(u"Empty"_s);
         // It stays as it was when it cannot be saved, too.
         QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner));
@@ -187,53 +203,92 @@ private slots:
         QCOMPARE(Raised([&] { kept = m_book->Restore(m_other); }), printed == kOld ? kRefused : QString());
         QCOMPARE(Printed(*m_book), printed);
         QCOMPARE(kept.isEmpty() ? ""_ba : ReadBytes(kept), keepsOld ? before : ""_ba);
+        // It was told once; the next save has nothing to tell.
+        QCOMPARE(m_book->SavePhoneBook(), QString());
         m_book->RevertToSaved();
         QCOMPARE(Printed(*m_book), QString(printed).remove(u";Empty"_s));
     }
 
-    void theFileSurvivesAKill()
+    void theFirstSaveOfADayKeepsTheFileAsItWas()
     {
-        QVERIFY(WriteBytes(m_path, FileOf(0)));
-        int edits = 0;
-        for (int round = 0; round < 300; ++round) {
-            const pid_t child = ::fork();
-            if (child == 0) {
-                m_book->OpenPhoneBook(m_path);
-                Edit(++edits);
-                m_book->SavePhoneBook();
-                ::ualarm(1 + round * 100, 0); // which ends the process, wherever it is by then
-                do {
-                    Edit(++edits);
-                } while (Raised([&] { m_book->SavePhoneBook(); }).isEmpty());
-                ::_exit(2);
-            }
-            int status = 0;
-            QCOMPARE(::waitpid(child, &status, 0), child);
-            QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM);
-            const QByteArray file = ReadBytes(m_path);
-            const int found = file.mid(9, file.indexOf('"', 9) - 9).toInt();
-            QVERIFY2(found > edits && file == FileOf(found), file);
-            edits = found;
+        const auto mode = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
+        Open("A,44,1\r\n");
+        QVERIFY(QFile::setPermissions(m_path, mode));
+        for (const int time : {1, 2, 23}) {
+            m_clock.now.setTime(QTime(time, 0));
+            Rename(time);
+            QCOMPARE(m_book->SavePhoneBook(), QString());
+            QCOMPARE(Copy(u"20041115.bak"_s), "A,44,1\r\n");
         }
+        QCOMPARE(QFile::permissions(m_path + u".20041115.bak"_s), QFile::permissions(m_path));
+        QCOMPARE(QFile::permissions(m_path) & (mode | QFile::ReadOther), mode);
+        m_clock.now = m_clock.now.addSecs(3600);
+        m_book->SavePhoneBook();
+        QCOMPARE(Copy(u"20041116.bak"_s), "\"Day 23\",44,\"1\"\r\n");
+        QCOMPARE(Copies(), u"20041115.bak 20041116.bak"_s);
     }
 
-    TABLE_TEST(aFullDiskKeepsTheOldFile, (qsizetype room, int edits), {"room for nothing", 0, 0},
-               {"room for the new file but not for the copy", HalfRead().size() - 1, 0},
-               {"room for the copy but not for the new file", HalfRead().size(), 1000})
+    void aNewOrEmptyFileLeavesNoCopyAndIsTheOwnersAlone()
     {
-        const QByteArray old = HalfRead();
-        QVERIFY(WriteBytes(m_path, old));
         m_book->OpenPhoneBook(m_path);
-        Edit(edits);
+        m_book->SavePhoneBook();
+        m_book->Restore(m_path);
+        QCOMPARE(Copies(), QString());
+        QVERIFY(!(QFile::permissions(m_path) & (QFile::ReadGroup | QFile::ReadOther)));
+    }
+
+    void theNewestSevenDaysStay()
+    {
+        const auto others = u"ann.kpb.20041101-103000.bak ann.kpb.20041101.bak.bak ann.kpb.20041101.txt "
+                            "ann.kpb.20041301.bak ann.kpb.200411.bak ann.kpb.bak bob.kpb.20041101.bak"_s.split(u' ');
+        for (const QString &name : others)
+            QVERIFY(WriteBytes(m_folder->filePath(name), "other"));
+        Open("A,44,1\r\n");
+        SaveDaily(9);
+        for (const QString &name : others)
+            QVERIFY2(QFile::remove(m_folder->filePath(name)), qPrintable(name));
+        QCOMPARE(Copies(), u"20041109.bak 20041110.bak 20041111.bak 20041112.bak 20041113.bak 20041114.bak "
+                           "20041115.bak"_s);
+        QCOMPARE(Copy(u"20041109.bak"_s), "\"Day 8\",44,\"1\"\r\n");
+    }
+
+    // How long the skipped line is, and how long any file can get.
+    TABLE_TEST(aFullDiskKeepsTheOldFileAndItsCopies, (int skipped, rlim_t room), {"room for nothing", 100, 0},
+               {"room for the new file but not for the copies", 100, 50},
+               {"room for the copies but not for the new file", 1, 11})
+    {
+        Open("A,44,1\r\n");
+        SaveDaily(7);
+        const QByteArray old = "A,44,1\r\n" + QByteArray(skipped, 'x') + "\r\n";
+        Open(old);
+        Rename(16);
+        const QString before = Copies();
         const auto save = [&] {
             const FileSizeLimit limit(room);
             m_book->SavePhoneBook();
         };
-        QVERIFY(!Raised(save).isEmpty());
+        QCOMPARE(Raised(save), u"75 SaveFile: File too large"_s);
+        QCOMPARE(Copies(), before);
         QCOMPARE(ReadBytes(m_path), old);
-        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(u"ann.kpb"_s));
         QCOMPARE(ReadBytes(m_book->SavePhoneBook()), old);
-        QCOMPARE(ReadBytes(m_path), FileOf(edits));
+        QCOMPARE(Copy(u"20041116.bak"_s), old);
+        QCOMPARE(ReadBytes(m_path), "\"Day 16\",44,\"1\"\r\n");
+    }
+
+    TABLE_TEST(aRestoreSparesTheFileThatItReads, (bool isSavedFirst),
+               {"the phone book was saved, which drops the oldest day", true},
+               {"it is the first save of the day", false})
+    {
+        Open("A,44,1\r\n");
+        SaveDaily(7);
+        const QString oldest = m_path + u".20041109.bak"_s;
+        if (isSavedFirst)
+            m_book->SavePhoneBook(oldest);
+        const QString kept = m_book->Restore(oldest);
+        QCOMPARE(kept, m_path + u".20041116-103000.bak"_s);
+        QCOMPARE(ReadBytes(kept), kDay15);
+        QVERIFY(QFile::exists(oldest));
+        QVERIFY(!(QFile::permissions(kept) & (QFile::ReadGroup | QFile::ReadOther)));
     }
 };
 
