@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
+static const QByteArray kMark = TextFile::kUtf8Mark;
+
 class TestImportExport final : public QObject
 {
     Q_OBJECT
@@ -60,6 +62,40 @@ private slots:
         LxPhoneBook book = Book();
         book.ParseContacts(text);
         QCOMPARE(Printed(book).remove(u" | Everyone"_s), contacts);
+    }
+
+    // The bytes of a file; its contacts, each as "line name", and how many lines hold none.
+    TABLE_TEST(linesOfTheFileAreCounted, (const QByteArray &bytes, const QString &read),
+               {"every line end", "A,4411\rB,4421\n\rC,4431\r\nD,4441\r\r\nE,4451\r", u"1 A 2 B 4 C 5 D 7 E | 0"_s},
+               {"what is no contact counts as a line",
+                "Name,Mobile\r\n\r\n# B,4421\r\n\t\r\n\"#\"\r\nA,4411\r\nB\r\nB,4421", u"6 A 8 B | 2"_s},
+               {"cut in a name", "Zo\xC3\xAB,4411\nB,4421\nC,4431,353,Zo\xC3", u"1 Zoë 2 B | 1"_s},
+               {"cut behind the mark", kMark + "A,4411\nB,4421,Zo\xF0\x9F\x98", u"1 A | 1"_s},
+               {"cut in UTF-16", "\xFE\xFF\0A\0,\0004\0004\0001\0001\0\n\0B\0,\0004\0004\0002\0001\0"_ba, u"1 A | 1"_s},
+               {"nothing but a cut character", "Zo\xC3\xAB,4411\n\xE2\x82", u"1 Zoë | 1"_s},
+               {"cut in a comment", "Zo\xC3\xAB,4411\n# Zo\xC3", u"1 Zoë | 0"_s},
+               {"cut but plain so far", "A,4411\nZo\xEB", u"1 A | 1"_s},
+               {"not UTF-8", "Zo\xC3\xAB,4411\n\xEBZ,4421", u"1 ZoÃ« 2 ëZ | 0"_s},
+               {"damaged elsewhere", kMark + "A\xC3,4411\nB,4421,Zo\xC3\n", u"1 A\uFFFD 2 B | 0"_s})
+    {
+        LxPhoneBook book = Book();
+        const LxPhoneBook::ParsedLines lines = book.ParseContacts(TextFile::DecodeForeign(bytes));
+        QCOMPARE(lines.lineOf.size(), static_cast<size_t>(book.AllContacts().Count()));
+        QStringList got;
+        for (const LxContactPtr &contact : book.AllContacts())
+            got += QString::number(lines.lineOf[static_cast<size_t>(got.size())]) + u' ' + contact->Name();
+        QCOMPARE(got.join(u' ') + u" | "_s + QString::number(lines.passedOver), read);
+    }
+
+    void aStoppedImportLeavesTheLineThatStoppedIt()
+    {
+        LxPhoneBook scratch = Book();
+        const auto lines = scratch.ParseContacts(u"# Two\r\nA,+4412\r\n\r\nB,+4413\r\nC,07700900123\r\nD,+4414"_s);
+        LxPhoneBook book = Book();
+        LxGroup &group = book.Groups().CreateGroup(u"Imported"_s);
+        QCOMPARE(Raised([&] { book.Import(scratch.AllContacts().ContactList(), &group); }),
+                 u"-2147221503 Corvane.Contact: Invalid country 0"_s);
+        QCOMPARE(lines.lineOf[static_cast<size_t>(group.Count())], 5);
     }
 
     TABLE_TEST(filesOfOtherProgramsAreDecoded, (const QByteArray &bytes, const QString &text),
