@@ -53,6 +53,9 @@ private slots:
         for (const int line : {3, 4, 5})
             ExpectQuestion(line, line < 5 ? PromptAnswer::Yes : PromptAnswer::No);
         QCOMPARE(Loaded(kHeader + "1,A,0\r\n2,B,yes\r\n3,C,0\r\n4,D,0\r\n5,E,0\r\n"), u"1 A|3 C|4 D"_s);
+        m_prompts.ExpectBox(u"No country data was found in countries.csv\r\n\r\nPlease re-install Brevio."_s,
+                            PromptIcon::Critical);
+        QCOMPARE(Loaded(kHeader), u""_s);
         m_prompts.ExpectBox(u"Wrong number of columns in countries.csv. There should be 3 columns."
                             "\r\n\r\nPlease re-install Brevio."_s,
                             PromptIcon::Critical);
@@ -60,8 +63,8 @@ private slots:
     }
 
     TABLE_TEST(badCountriesAreAskedAbout, (const QByteArray &bad), {"a code out of range", "32768,B,0\r\n"},
-               {"a code that is taken", "1,B,0\r\n"}, {"too few fields", "2,B"}, {"a blank line", "\r\n"},
-               {"an open quote", "2,\"B,0\r\n"})
+               {"a code below zero", "-1,B,0\r\n"}, {"a code that is taken", "1,B,0\r\n"}, {"too few fields", "2,B"},
+               {"a blank line", "\r\n"}, {"an open quote", "2,\"B,0\r\n"})
     {
         ExpectQuestion(3, PromptAnswer::Yes);
         QCOMPARE(Loaded(kHeader + "1,A,0\r\n" + bad), u"1 A"_s);
@@ -117,10 +120,10 @@ private slots:
     // The code 0 counts for nothing.
     TABLE_TEST(theLastCodeOfTheListThatFitsSplitsANumber, (const QString &number, const QString &split),
                u"+1876x -> 1876/x", u"+44 -> 44/", u"+1023 -> 1/023", u"+3531 -> 35/31", u"+4 -> none", u"4477 -> none",
-               u"++447 -> none", u"+0123 -> none")
+               u"++447 -> none", u"+0123 -> none", u"+327671 -> 32767/1")
     {
         LxCountryList countries;
-        for (const int code : {0, 1, 44, 1876, 353, 35})
+        for (const int code : {0, 1, 44, 1876, 353, 35, 32767})
             countries.Add({u"X"_s, static_cast<qint16>(code), false});
         const auto parts = SplitInternational(countries, number);
         QCOMPARE(parts ? u"%1/%2"_s.arg(parts->code).arg(parts->local) : u"none"_s, split);

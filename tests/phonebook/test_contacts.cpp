@@ -100,6 +100,7 @@ private slots:
         LxGroup &work = groups.CreateGroup(u"Work"_s);
         QCOMPARE(&groups.CreateGroup(u"W;ork"_s), &work);
         QVERIFY(&groups.CreateGroup(u"work"_s) != &work);
+        QCOMPARE(groups.UniqueName(u"Work"_s, &work) + groups.UniqueName(u"Work"_s), u"WorkWork (2)"_s);
         const LxContactPtr ann = Contact(u"Ann"_s);
         const LxContactPtr bob = Contact(u"Bob"_s);
         work.Add(ann);

@@ -69,6 +69,11 @@ private slots:
                {"every line end", "A,4411\rB,4421\n\rC,4431\r\nD,4441\r\r\nE,4451\r", u"1 A 2 B 4 C 5 D 7 E | 0"_s},
                {"what is no contact counts as a line",
                 "Name,Mobile\r\n\r\n# B,4421\r\n\t\r\n\"#\"\r\nA,4411\r\nB\r\nB,4421", u"6 A 8 B | 2"_s},
+               {"code page", "Zo\xEB\x80,4411", u"1 Zoë€ | 0"_s},
+               {"UTF-8", "Zo\xC3\xAB\xE2\x82\xAC,4411", u"1 Zoë€ | 0"_s},
+               {"UTF-8 with its mark", kMark + "Zo\xC3\xAB,4411", u"1 Zoë | 0"_s},
+               {"UTF-16, low byte first", "\xFF\xFE\xEB\0\xAC\x20,\0001\0002\0003\0004\0"_ba, u"1 ë€ | 0"_s},
+               {"the mark alone", kMark, u" | 0"_s}, {"no text", "\x89PNG\r\n\x1A", u" | 1"_s},
                {"cut in a name", "Zo\xC3\xAB,4411\nB,4421\nC,4431,353,Zo\xC3", u"1 Zoë 2 B | 1"_s},
                {"cut behind the mark", kMark + "A,4411\nB,4421,Zo\xF0\x9F\x98", u"1 A | 1"_s},
                {"cut in UTF-16", "\xFE\xFF\0A\0,\0004\0004\0001\0001\0\n\0B\0,\0004\0004\0002\0001\0"_ba, u"1 A | 1"_s},
@@ -96,16 +101,6 @@ private slots:
         QCOMPARE(Raised([&] { book.Import(scratch.AllContacts().ContactList(), &group); }),
                  u"-2147221503 Corvane.Contact: Invalid country 0"_s);
         QCOMPARE(lines.lineOf[static_cast<size_t>(group.Count())], 5);
-    }
-
-    TABLE_TEST(filesOfOtherProgramsAreDecoded, (const QByteArray &bytes, const QString &text),
-               {"code page", "Zo\xEB\x80", u"Zoë€"_s}, {"UTF-8", "Zo\xC3\xAB\xE2\x82\xAC", u"Zoë€"_s},
-               {"UTF-8 with its mark", "\xEF\xBB\xBFZo\xC3\xAB\xE2\x82\xAC", u"Zoë€"_s},
-               {"UTF-16, low byte first", "\xFF\xFEZ\0o\0\xEB\0\xAC\x20"_ba, u"Zoë€"_s},
-               {"UTF-16, high byte first", "\xFE\xFF\0Z\0o\0\xEB\x20\xAC"_ba, u"Zoë€"_s},
-               {"the mark alone", "\xEF\xBB\xBF", u""_s}, {"no text", "\x89PNG\r\n\x1A", u"‰PNG\r\n\u001A"_s})
-    {
-        QCOMPARE(TextFile::DecodeForeign(bytes), text);
     }
 
     void exportsAreMadeForSpreadsheets()

@@ -1,0 +1,240 @@
+#include "Gateway.h"
+#include "GatewayProtocol.h"
+#include "LxContactList.h"
+#include "LxMessage.h"
+#include "PostModule.h"
+#include "Profile.h"
+#include "Raised.h"
+#include "Rows.h"
+#include "SampleCountries.h"
+#include "ScriptedPeer.h"
+#include "SendingSMS.h"
+#include "Settings.h"
+#include "SystemInternetSettings.h"
+#include "Version.h"
+
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+using namespace SendingSMS;
+
+/// A message as text, the documents that go and come, and the way there.
+class TestSending final : public QObject, private PostRunner
+{
+    Q_OBJECT
+
+    const LxCountryList m_countries = SampleCountries();
+    Profile m_profile;
+    PostModule m_module{m_profile.internetSettings};
+    Settings m_settings{Settings::DefaultFileName(), m_profile.prompts};
+    const SendingSMS::Gateway m_gateway{m_settings, m_module, *this};
+    LxContactList m_group;
+    bool m_cancels = false;
+    bool m_isEnding = false;
+    QString m_caption;
+
+    void Run(CGIPost &post, QObject *owner) override
+    {
+        const QString stored = Settings(Settings::DefaultFileName(), m_profile.prompts).Get(u"Gateway"_s, u"Host"_s);
+        m_caption = post.Caption() + u' ' + post.Description() + u' ' + stored;
+        if (m_cancels)
+            post.Cancel();
+        // The end of the program ends every wait.
+        if (m_isEnding)
+            post.Start();
+        else
+            DirectPostRunner().Run(post, owner);
+    }
+    /// A text of 200 characters to the group; how it ended.
+    QString Send()
+    {
+        LxMessage message;
+        message.SetText(QString(158, u'a') + QString(42, u'b'));
+        const Account account{u"ann"_s, u"secret"_s, u"a@b.example"_s};
+        const SendOutcome outcome = SendMessage(m_gateway, account, m_group, message, this);
+        const QStringList statuses = {u"sent"_s,   u"empty"_s,   u"cancelled"_s,
+                                      u"failed"_s, u"refused"_s, u"some failed"_s};
+        const bool hasResults = outcome.requests.size() == 6 && outcome.requests[0].Response;
+        return u"%1 %2%3%4: %5"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
+                                      hasResults ? u", results"_s : u""_s,
+                                      outcome.requestWentOut ? u", went out"_s : u""_s, outcome.reason);
+    }
+
+    static QString Printed(const Reply &read, const LxMessageRequests &requests)
+    {
+        QString text = u"%1 %2"_s.arg(QString::number(read.code), read.reason) + (read.loggedOn ? u", in"_s : u""_s);
+        text += read.count > 0 || read.failed > 0 ? u", %1/%2"_s.arg(read.failed).arg(read.count) : u""_s;
+        for (const auto &[number, name, message, response] : requests) {
+            if (response)
+                text += u'|' + QString::number(response->MessageID) + (response->IsOK ? u" OK "_s : u" failed "_s) +
+                        response->Info;
+        }
+        text += read.balance != -1 ? u", balance %1"_s.arg(read.balance) : u""_s;
+        return text;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_group.SetName(u"Work"_s);
+        for (const auto &mobile : {u"+447700900123"_s, u"+353851234567"_s, u"+18765550100"_s}) {
+            const LxContactPtr contact = LxContact::Create(m_countries);
+            contact->SetName(u"To "_s + mobile);
+            contact->SetMobile(mobile);
+            m_group.Add(contact);
+        }
+    }
+
+    void onlyItsCharactersAreKept()
+    {
+        QString all;
+        for (char16_t c = 0; c < 0xD800; ++c)
+            all += QChar(c);
+        // In the order of their numbers.
+        const auto allowed = u"\n\r !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                             u"abcdefghijklmnopqrstuvwxyz£¤¥§¿ÄÅÆÉÑÖØÜßàäåæçèéìñòöøùü"_s;
+        LxMessage message;
+        message.SetText(all);
+        QCOMPARE(message.Text(), allowed);
+        QCOMPARE(LxMessage::RemoveInvalidChars(all).invalidChars.size(), all.size() - allowed.size());
+        // The two smileys share a half; a half alone is reported too.
+        const LxMessage::CleanedText cleaned = LxMessage::RemoveInvalidChars(QChar(0xDE01) + u"€a😀€b😀c😁_"_s);
+        QCOMPARE(cleaned.text, u"abc"_s);
+        QCOMPARE(cleaned.invalidChars, QChar(0xDE01) + u"€😀😁_"_s);
+    }
+
+    TABLE_TEST(textsAreCutIntoParts, (const QString &length, const QString &lengths), u"0 -> 0", u"160 -> 160",
+               u"161 -> 160 5", u"316 -> 160 160", u"317 -> 160 160 5", u"472 -> 160 160 160", u"473 -> 160 160 160 5")
+    {
+        const QString text = u"0123456789"_s.repeated(50).first(length.toInt());
+        LxMessage message;
+        message.SetText(text);
+        QStringList got;
+        for (const QString &part : message.MessageParts())
+            got += QString::number(part.size());
+        QCOMPARE(got.join(u' '), lengths);
+        QCOMPARE(message.MessageParts().join(u'|').remove(u"..|.."_s), text);
+    }
+
+    // A name in brackets stands for a whole element; the result tells what is not as in an empty reply.
+    TABLE_TEST(repliesAreRead, (const QString &text, const QString &result), u" -> 2 Response is empty",
+               u"<html><b>Sorry</b></html> -> 5 Error 5",
+               u"[out]<ERR>12</ERR><REASON>Bad password</REASON> -> 12 Bad password",
+               u"[out]<REASON> </REASON><ERR>\r\n+6 </ERR><BAL>5</BAL><MSG></MSG> -> 6 Error 6",
+               u"[in][good][good]<BAL>17</BAL> -> 0 No error!, in, 0/2|7 OK a < b|7 OK a < b, balance 17",
+               u"junk[good][bad]<BAL>17</BAL>[in] -> "
+               u"6 1 message failed out of 2, in, 1/2|7 OK a < b|-8 failed , balance 17",
+               u"[in][bad][good][bad] -> 6 2 messages failed out of 3, in, 2/3|-8 failed |7 OK a < b",
+               u"[in]</MSG></MSG>[good]</MSG> -> 0 No error!, in, 0/1|7 OK a < b",
+               u"[in]<MSG>[good][bad] -> 6 1 message failed out of 2, in, 1/2|7 OK a < b|-8 failed ",
+               u"[in]<MSG><ID>40000</ID><STATUS>ok</STATUS></MSG><MSG><ID> 9 </ID><INFO></MSG> -> "
+               u"6 2 messages failed out of 2, in, 2/2|0 failed |9 failed ",
+               u"[out]<ERR>0</ERR> -> 5 Error 5", u"[out]<ERR>-1</ERR> -> 5 Error 5",
+               u"[out]<ERR>2147483648</ERR> -> 5 Error 5", u"[out]<ERR>1.5</ERR> -> 5 Error 5",
+               u"[out]</ERR><ERR>7</ERR> -> 5 Error 5", u"[out]12</ERR> -> 5 Error 5",
+               u"[out]<err>7</err> -> 5 Error 5", u"[in]<BAL>abc</BAL><BAL>4</BAL> -> 0 No error!, in",
+               u"[in]<BAL> 12 </BAL><BAL>4</BAL> -> 0 No error!, in, balance 12",
+               u"[in]<BAL>-3</BAL> -> 0 No error!, in, balance -3", u"[in]<BAL>2147483648</BAL> -> 0 No error!, in")
+    {
+        QString document = text;
+        document.replace(u"[in]"_s, u"<LOGON>OK</LOGON>"_s).replace(u"[out]"_s, u"<LOGON>FAIL</LOGON>"_s);
+        document.replace(u"[good]"_s, u"<MSG><ID>7</ID><STATUS>OK</STATUS><INFO>a < b</INFO></MSG>"_s);
+        document.replace(u"[bad]"_s, u"<MSG><ID>-8</ID><STATUS>FAIL</STATUS></MSG>"_s);
+        LxMessageRequests requests(2);
+        QCOMPARE(Printed(CheckResponse(document, requests), requests), result);
+    }
+
+    // The password, the number, the length and the reply address of a message that is sent twice, with one left.
+    TABLE_TEST(
+        theGatewayTakesWhatItCanCharge, (const QString &message, const QString &answer),
+        u"a<b +447700900123 160 a@b.example -> "
+        u"6 1 message failed out of 2, in, 1/2|1 OK Accepted|0 failed No messages left, balance 0",
+        u"a +447700900123 160  -> 3 Wrong user name or password",
+        u"a<b +447700900999 5  -> 6 2 messages failed out of 2, in, 2/2|0 failed The number cannot be reached"
+        u"|0 failed The number cannot be reached, balance 1",
+        u"a<b +447 5  -> 6 2 messages failed out of 2, in, 2/2|0 failed Invalid number|0 failed Invalid number"
+        u", balance 1",
+        u"a<b +447700900123 161  -> 6 2 messages failed out of 2, in, 2/2|0 failed Text longer than 160 characters"
+        u"|0 failed Text longer than 160 characters, balance 1")
+    {
+        const QStringList parts = message.split(u' ');
+        const LxMessageRequest request{parts[1], u"+Jo & \"Co\" <£>"_s,
+                                       u"£\r\n'"_s + QString(parts[2].toInt() - 4, u'&')};
+        LxMessageRequests requests{request, request};
+        QList<QJsonObject> outbox;
+        ::Gateway gateway({{u"bob"_s, u"a"_s, 9}, {u"£&"_s, u"a<b"_s, 1}}, {u"447700900999"_s},
+                          [&outbox](const QJsonObject &kept) {
+                              outbox += kept;
+                              return true;
+                          });
+        const auto post = [&](const QString &document) {
+            return Printed(CheckResponse(QString::fromLatin1(gateway.AnswerPost(FormBody(document)).body), requests),
+                           requests);
+        };
+        QCOMPARE(post(BuildMessageRequest(requests, parts[3], u"£&"_s, parts[0])), answer);
+        QCOMPARE(outbox.isEmpty(), !answer.contains(u"OK"_s));
+        for (const QJsonObject &kept : outbox) {
+            QCOMPARE(kept[u"name"].toString() + kept[u"text"].toString(), u"Jo & \"Co\" <£>"_s + request.Message);
+            QCOMPARE(kept[u"number"].toString() + kept[u"reply"].toString(), u"447700900123"_s + parts[3]);
+            QCOMPARE(kept[u"version"], VersionNumber(ProgramVersion()));
+        }
+        requests.clear();
+        QVERIFY(post(BuildBalanceRequest(u"bob"_s, u"a"_s)).endsWith(u"No error!, in, balance 9"_s));
+    }
+
+    TABLE_TEST(theProxyOfTheSystemIsRead, (const QString &variable, const QString &setting),
+               u"http://p1:8080 -> 1 http=p1:8080", u"http://[::1]:3128 -> 1 http=[::1]:3128", u" -> 0 ")
+    {
+        qputenv("http_proxy", variable.toLatin1());
+        SystemInternetSettings settings;
+        QString got;
+        settings.Query(QUrl(u"http://gateway.test/"_s), this, [&got](const InternetSettingsValues &values) {
+            got = values.proxyEnable + u' ' + values.proxyServer;
+        });
+        QTRY_COMPARE(got, setting);
+        qunsetenv("http_proxy");
+    }
+
+    TABLE_TEST(eachPartGoesToEachRecipientOnce, (const QByteArray &reply, const QString &outcome),
+               {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57: No error!"_s},
+               {"a failure, busy", "HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>",
+                u"some failed 5, results: 1 message failed out of 1"_s},
+               {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"refused -1: No"_s},
+               {"nothing", ScriptedPeer::Ok(""), u"refused -1: Response is empty"_s},
+               {"no reply", QByteArray(), u"failed -1, went out: The connection was closed without a reply"_s})
+    {
+        LxMessageRequests requests;
+        for (const LxContactPtr &contact : m_group) {
+            requests.push_back({contact->InternationalMobile(), contact->Name(), QString(158, u'a') + u".."_s});
+            requests.push_back({contact->InternationalMobile(), contact->Name(), u".."_s + QString(42, u'b')});
+        }
+        const auto body = FormBody(BuildMessageRequest(requests, u"a@b.example"_s, u"ann"_s, u"secret"_s));
+        ScriptedPeer peer({.pieces = {reply}});
+        m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
+        QCOMPARE(Send(), outcome);
+        QCOMPARE(m_caption, u"Sending Message... To: Work "_s + peer.Address());
+        QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
+        QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
+        QCOMPARE(peer.Posts(), 1);
+    }
+
+    void nothingIsPostedAfterACancelOrToABadHost()
+    {
+        ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}});
+        m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
+        m_cancels = true;
+        QCOMPARE(Send(), u"cancelled -1: "_s);
+        m_cancels = false;
+        m_isEnding = true;
+        QCOMPARE(GetBalance(m_gateway, {u"ann"_s, u"secret"_s, {}}, this).reason, u"Canceled by user"_s);
+        for (const auto &host : {u"no host"_s, u"host:0"_s, u"host:65536"_s, u"host/"_s}) {
+            m_settings.Save(u"Gateway"_s, u"Host"_s, host);
+            QCOMPARE(Raised([this] { Send(); }),
+                     u"5 Corvane.VendorSite: The gateway's host in the settings is not valid: "_s + host);
+        }
+        QCOMPARE(peer.Connections(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSending)
+#include "test_sending.moc"
