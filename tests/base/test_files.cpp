@@ -75,14 +75,13 @@ class TestFiles final : public QObject
 
     std::optional<QTemporaryDir> m_folder;
     QString m_path;
-    mode_t m_usualMask = 0;
 
     [[nodiscard]] QStringList Files() const { return QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden); }
 
 private slots:
+    void initTestCase() { ::umask(022); }
     void init()
     {
-        m_usualMask = ::umask(022);
         m_folder.emplace();
         m_path = m_folder->filePath(u"file"_s);
         QVERIFY(WriteBytes(m_path, "old"));
@@ -91,7 +90,6 @@ private slots:
     {
         s_flockError = s_fsyncError = s_mkdirError = s_fchmodError = 0;
         s_onFlush = {};
-        ::umask(m_usualMask);
     }
 
     void theFileIsOnTheDiskBeforeItsNameAndThenTheFolder()
@@ -188,15 +186,10 @@ private slots:
                u"h|d|/c ->  /c ", u"|| ->   ", u"/|d| -> /.local/share /.config /Documents")
     {
         const char *names[] = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"};
-        QByteArrayList usual;
-        for (int i = 0; i < 3; ++i) {
-            usual += qgetenv(names[i]);
+        for (int i = 0; i < 3; ++i)
             qputenv(names[i], environment.section(u'|', i, i).toLatin1());
-        }
         const auto got = QStringList{Utils::AppDataFolder(), Utils::GetSpecialFolder(Utils::SpecialFolder::AppConfig),
                                      Utils::MyDocumentsFolder()};
-        for (int i = 0; i < 3; ++i)
-            qputenv(names[i], usual[i]);
         QCOMPARE(got.join(u' '), folders);
     }
 };

@@ -17,18 +17,15 @@ public:
                    const QString &caption = {}, const QString &details = {})
     {
         const auto buttons = answer == PromptAnswer::Ok ? PromptButtons::Ok : PromptButtons::YesNo;
-        m_expected.append({Print({.text = text, .icon = icon, .buttons = buttons, .caption = caption, .details = details}), answer});
+        m_expected.append(
+            {Print({.text = text, .icon = icon, .buttons = buttons, .caption = caption, .details = details}), answer});
     }
 
     /// The next box must ask this, and Enter would answer No; it is answered with `answer`.
     void ExpectCarefulQuestion(const QString &text, PromptIcon icon, PromptAnswer answer, const QString &caption)
     {
-        m_expected.append({Print({.text = text,
-                                  .icon = icon,
-                                  .buttons = PromptButtons::YesNo,
-                                  .caption = caption,
-                                  .defaultAnswer = PromptAnswer::No}),
-                           answer});
+        ExpectBox(text, icon, answer, caption);
+        m_expected.last().prompt += kCareful;
     }
 
     /// The next box may have any text that begins so.
@@ -59,6 +56,8 @@ public:
     QString AskSaveFile(const FileDialogRequest &request, QObject *) override { return Take(Print(request)).path; }
 
 private:
+    inline static const QString kCareful = QStringLiteral(" (Enter says No)");
+
     struct Expected
     {
         QString prompt;
@@ -70,9 +69,8 @@ private:
     static QString Print(const MessageBoxRequest &box)
     {
         const auto style = QStringLiteral("icon %1, buttons %2, %3|%4").arg(int(box.icon)).arg(int(box.buttons));
-        const bool isCareful = box.defaultAnswer == PromptAnswer::No;
-        return style.arg(box.caption, box.text) + (isCareful ? QStringLiteral(" (No)") : QString()) +
-               (box.details.isEmpty() ? box.details : u'|' + box.details);
+        return style.arg(box.caption, box.text) + (box.details.isEmpty() ? box.details : u'|' + box.details) +
+               (box.defaultAnswer == PromptAnswer::No ? kCareful : QString());
     }
     static QString Print(const FileDialogRequest &file)
     {
