@@ -17,14 +17,6 @@ const auto kChunked = kOk + "Transfer-Encoding: chunked\r\n\r\n4\r\nabcd\r\n";
 const auto kCutShort = u"Failed: The reply was cut short"_s;
 const auto kBroken = u"Failed: The connection was broken"_s;
 
-QList<QByteArray> ByteByByte(const QByteArray &bytes)
-{
-    QList<QByteArray> pieces;
-    for (const char byte : bytes)
-        pieces += QByteArray(1, byte);
-    return pieces;
-}
-
 } // namespace
 
 class TestCGIPost final : public QObject
@@ -112,7 +104,6 @@ private slots:
     // What the peer does, and the response or how the post failed.
     TABLE_TEST(
         replyDecidesTheEnding, (const ScriptedPeer::Script &script, const QString &ending),
-        {"byte by byte", {.pieces = ByteByByte(ScriptedPeer::Ok("abcd"))}, u"abcd"_s},
         {"chunks", {.pieces = {kChunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen}, u"abcdef"_s},
         {"no length", {.pieces = {kOk + "\r\n", "abcd"}}, u"abcd"_s},
         {"500 that still counts", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nstill"}}, u"still"_s},

@@ -52,8 +52,7 @@ class TestSending final : public QObject, private PostRunner
         message.SetText(QString(158, u'a') + QString(42, u'b'));
         const Account account{u"ann"_s, u"secret"_s, u"a@b.example"_s};
         const SendOutcome outcome = SendMessage(m_gateway, account, m_group, message, this);
-        const QStringList statuses = {u"sent"_s,   u"empty"_s,   u"cancelled"_s,
-                                      u"failed"_s, u"refused"_s, u"some failed"_s};
+        const auto statuses = u"sent|empty|cancelled|failed|refused|some failed"_s.split(u'|');
         const bool hasResults = outcome.requests.size() == 6 && outcome.requests[0].Response;
         return u"%1 %2%3%4: %5"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
                                       hasResults ? u", results"_s : u""_s,
@@ -161,23 +160,20 @@ private slots:
         const LxMessageRequest request{parts[1], u"+Jo & \"Co\" <£>"_s,
                                        u"£\r\n'"_s + QString(parts[2].toInt() - 4, u'&')};
         LxMessageRequests requests{request, request};
-        QList<QJsonObject> outbox;
+        QStringList outbox;
         ::Gateway gateway({{u"bob"_s, u"a"_s, 9}, {u"£&"_s, u"a<b"_s, 1}}, {u"447700900999"_s},
                           [&outbox](const QJsonObject &kept) {
-                              outbox += kept;
-                              return true;
+                              for (const auto &key : {u"name"_s, u"text"_s, u"number"_s, u"reply"_s})
+                                  outbox += kept[key].toString();
+                              return kept[u"version"] == VersionNumber(ProgramVersion());
                           });
         const auto post = [&](const QString &document) {
             return Printed(CheckResponse(QString::fromLatin1(gateway.AnswerPost(FormBody(document)).body), requests),
                            requests);
         };
         QCOMPARE(post(BuildMessageRequest(requests, parts[3], u"£&"_s, parts[0])), answer);
-        QCOMPARE(outbox.isEmpty(), !answer.contains(u"OK"_s));
-        for (const QJsonObject &kept : outbox) {
-            QCOMPARE(kept[u"name"].toString() + kept[u"text"].toString(), u"Jo & \"Co\" <£>"_s + request.Message);
-            QCOMPARE(kept[u"number"].toString() + kept[u"reply"].toString(), u"447700900123"_s + parts[3]);
-            QCOMPARE(kept[u"version"], VersionNumber(ProgramVersion()));
-        }
+        const QStringList taken = {u"Jo & \"Co\" <£>"_s, request.Message, u"447700900123"_s, parts[3]};
+        QCOMPARE(outbox, answer.contains(u"OK"_s) ? taken : QStringList());
         requests.clear();
         QVERIFY(post(BuildBalanceRequest(u"bob"_s, u"a"_s)).endsWith(u"No error!, in, balance 9"_s));
     }
