@@ -48,6 +48,11 @@ private slots:
         QCOMPARE(got.replace(u'"', u'\''), fields);
     }
 
+    void documentsEscapeSixCharacters()
+    {
+        QCOMPARE(Encodings::XMLEncode(u"<&lt;>\"'£é"_s), u"&lt;&amp;lt;&gt;&quot;&apos;&#163;é"_s);
+    }
+
     TABLE_TEST(formsEscapeAllButLettersAndDigits, (const QString &text, const QString &escaped),
                u"/09:@AZ[`az{ -> %2F09%3A%40AZ%5B%60az%7B", u"A-z._~ <? -> A%2Dz%2E%5F%7E%20%3C%3F",
                u"\r\n\x01 -> %0D%0A%01", u"£€é\u0081ÿŁ\u0080 -> %A3%80%E9%81%FF%3F%3F", u"a😀b😀 -> a%3Fb%3F")

@@ -171,7 +171,9 @@ private slots:
             return Printed(CheckResponse(QString::fromLatin1(gateway.AnswerPost(FormBody(document)).body), requests),
                            requests);
         };
-        QCOMPARE(post(BuildMessageRequest(requests, parts[3], u"£&"_s, parts[0])), answer);
+        const QString document = BuildMessageRequest(requests, parts[3], u"£&"_s, parts[0]);
+        QCOMPARE(document.contains(u"REPLY"_s), !parts[3].isEmpty());
+        QCOMPARE(post(document), answer);
         const QStringList taken = {u"Jo & \"Co\" <£>"_s, request.Message, u"447700900123"_s, parts[3]};
         QCOMPARE(outbox, answer.contains(u"OK"_s) ? taken : QStringList());
         requests.clear();
