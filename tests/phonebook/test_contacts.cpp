@@ -60,6 +60,12 @@ private slots:
         QCOMPARE(secondError + Printed(*second), asMobile);
     }
 
+    void unknownCountriesAreRefused()
+    {
+        for (const int code : {0, 65536 + 44}) // which is 44 in 16 bits
+            QCOMPARE(Raised([&] { Contact({})->SetCountryCode(code); }), kError + u"Invalid country %1"_s.arg(code));
+    }
+
     // The zero in front of a name is dropped too.
     TABLE_TEST(contactsMatchWholeOrFromTheStart, (const QString &text, const QString &matches),
                u"+447700900123  -> whole, start", u"07700900123 -> whole, start", u"7700900123 -> whole, start",

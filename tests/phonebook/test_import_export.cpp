@@ -69,9 +69,7 @@ private slots:
                {"every line end", "A,4411\rB,4421\n\rC,4431\r\nD,4441\r\r\nE,4451\r", u"1 A 2 B 4 C 5 D 7 E | 0"_s},
                {"what is no contact counts as a line",
                 "Name,Mobile\r\n\r\n# B,4421\r\n\t\r\n\"#\"\r\nA,4411\r\nB\r\nB,4421", u"6 A 8 B | 2"_s},
-               {"code page", "Zo\xEB\x80,4411", u"1 Zoë€ | 0"_s},
                {"UTF-8", "Zo\xC3\xAB\xE2\x82\xAC,4411", u"1 Zoë€ | 0"_s},
-               {"UTF-8 with its mark", kMark + "Zo\xC3\xAB,4411", u"1 Zoë | 0"_s},
                {"UTF-16, low byte first", "\xFF\xFE\xEB\0\xAC\x20,\0001\0002\0003\0004\0"_ba, u"1 ë€ | 0"_s},
                {"the mark alone", kMark, u" | 0"_s}, {"no text", "\x89PNG\r\n\x1A", u" | 1"_s},
                {"cut in a name", "Zo\xC3\xAB,4411\nB,4421\nC,4431,353,Zo\xC3", u"1 Zoë 2 B | 1"_s},
@@ -80,7 +78,7 @@ private slots:
                {"nothing but a cut character", "Zo\xC3\xAB,4411\n\xE2\x82", u"1 Zoë | 1"_s},
                {"cut in a comment", "Zo\xC3\xAB,4411\n# Zo\xC3", u"1 Zoë | 0"_s},
                {"cut but plain so far", "A,4411\nZo\xEB", u"1 A | 1"_s},
-               {"not UTF-8", "Zo\xC3\xAB,4411\n\xEBZ,4421", u"1 ZoÃ« 2 ëZ | 0"_s},
+               {"not UTF-8", "Zo\xC3\xAB,4411\n\xEBZ\x80,4421", u"1 ZoÃ« 2 ëZ€ | 0"_s},
                {"damaged elsewhere", kMark + "A\xC3,4411\nB,4421,Zo\xC3\n", u"1 A\uFFFD 2 B | 0"_s})
     {
         LxPhoneBook book = Book();
@@ -114,9 +112,6 @@ private slots:
                  "\"# 1" + heading + "\"Zo\xEB \"\"A\"\" B\",\"+447700900123\"\r\n");
         LxPhoneBook book = Book();
         book.OpenPhoneBook(m_folder.filePath(u"ann.kpb"_s));
-        book.AllContacts().Add(book.CreateContact());
-        book.Export(m_file, book.AllContacts());
-        QCOMPARE(ReadBytes(m_file), "\"# 1" + heading + "\"\",\"\"\r\n");
         book.Export(m_file, book.Groups().CreateGroup(u"Empty"_s));
         QCOMPARE(ReadBytes(m_file), "\"# 0" + heading);
         QCOMPARE(Raised([&] { book.Export(book.FileName(), book.AllContacts()); }),
