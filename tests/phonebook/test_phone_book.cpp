@@ -13,6 +13,8 @@
 
 #include <functional>
 #include <optional>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -25,6 +27,12 @@ const auto kRefused = u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s;
 const auto kAnn = "\"A\",44,\"1\"\r\n"_ba;
 const auto kBob = "\"Bob,; \",353,\"0851234567\",\"Friends;Work\"\r\n"_ba;
 const auto kInUse = u"70 FileLock: The file is in use by another program."_s;
+
+/// The file of a phone book of some hundred contacts that has been edited so often.
+QByteArray FileOf(int edits)
+{
+    return ("\"Contact " + QByteArray::number(edits) + "\",44,\"07700 900123\",\"Work\"\r\n").repeated(300);
+}
 
 } // namespace
 
@@ -73,6 +81,12 @@ class TestPhoneBook final : public QObject
             QCOMPARE(m_book->SavePhoneBook(), QString());
         }
         m_clock.now.setDate(QDate(2004, 11, 16));
+    }
+
+    void Edit(int edits)
+    {
+        for (const LxContactPtr &contact : m_book->AllContacts())
+            contact->SetName(u"Contact "_s + QString::number(edits));
     }
 
 private slots:
@@ -265,6 +279,32 @@ private slots:
         QCOMPARE(ReadBytes(m_book->SavePhoneBook()), old);
         QCOMPARE(Copy(u"20041116.bak"_s), old);
         QCOMPARE(ReadBytes(m_path), "\"Day 16\",44,\"1\"\r\n");
+    }
+
+    void theFileSurvivesAKill()
+    {
+        QVERIFY(WriteBytes(m_path, FileOf(0)));
+        int edits = 0;
+        for (int round = 0; round < 300; ++round) {
+            const pid_t child = ::fork();
+            if (child == 0) {
+                m_book->OpenPhoneBook(m_path);
+                Edit(++edits);
+                m_book->SavePhoneBook();
+                ::ualarm(1 + round * 100, 0); // which ends the process, wherever it is by then
+                do {
+                    Edit(++edits);
+                } while (Raised([&] { m_book->SavePhoneBook(); }).isEmpty());
+                ::_exit(2);
+            }
+            int status = 0;
+            QCOMPARE(::waitpid(child, &status, 0), child);
+            QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM);
+            const QByteArray file = ReadBytes(m_path);
+            const int found = file.mid(9, file.indexOf('"', 9) - 9).toInt();
+            QVERIFY2(found > edits && file == FileOf(found), file);
+            edits = found;
+        }
     }
 
     void aRestoreSparesTheFileThatItReads()
