@@ -11,8 +11,6 @@
 
 #include <memory>
 
-using namespace Qt::StringLiterals;
-
 void OneLineEdit::PastePlain(QClipboard::Mode mode)
 {
     const QString text = PlainText::OneLine(QGuiApplication::clipboard()->text(mode));
@@ -35,17 +33,19 @@ void OneLineEdit::mouseReleaseEvent(QMouseEvent *event)
         QLineEdit::mouseReleaseEvent(event);
         return;
     }
-    deselect();
-    setCursorPosition(cursorPositionAt(event->position().toPoint()));
+    deselect(); // the press has set the caret
     PastePlain(QClipboard::Selection);
 }
 
 void OneLineEdit::contextMenuEvent(QContextMenuEvent *event)
 {
     const std::unique_ptr<QMenu> menu(createStandardContextMenu());
-    if (auto *paste = menu->findChild<QAction *>(u"edit-paste"_s)) {
-        paste->disconnect(this);
-        connect(paste, &QAction::triggered, this, [this] { PastePlain(QClipboard::Clipboard); });
+    // Qt gives its entries no names, but texts from its own catalogue.
+    for (QAction *entry : menu->actions()) {
+        if (!entry->text().startsWith(QLineEdit::tr("&Paste")))
+            continue;
+        entry->disconnect(this);
+        connect(entry, &QAction::triggered, this, [this] { PastePlain(QClipboard::Clipboard); });
     }
     menu->exec(event->globalPos());
 }
