@@ -75,6 +75,7 @@ private slots:
         const auto text = u"txtTextMessage"_s;
         const auto send = u"cmdSend"_s;
         QTest::newRow("shortcut, by a keyboard's clock") << Qt::Key_Return << ctrl << text << 900 << 660 << false;
+        QTest::newRow("shortcut, late to repeat") << Qt::Key_Return << ctrl << text << 300 << 600 << false;
         QTest::newRow("Space on the button") << Qt::Key_Space << none << send << 300 << 220 << false;
         QTest::newRow("Enter on the button, with a box") << Qt::Key_Return << none << send << 300 << 220 << true;
         QTest::newRow("help") << Qt::Key_F1 << none << text << 300 << 220 << false;
