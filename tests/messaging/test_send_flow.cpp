@@ -22,11 +22,14 @@ class TestSendFlow final : public QObject, private PostRunner
     const Gateway m_gateway{m_settings, m_module, *this};
     LxContactList m_group;
     bool m_cancels = false;
+    bool m_returnsEarly = false;
     QString m_caption;
 
     void Run(CGIPost &post, QObject *owner) override
     {
         m_caption = post.Caption() + u' ' + post.Description();
+        if (m_returnsEarly)
+            return;
         if (m_cancels)
             post.Cancel();
         DirectPostRunner().Run(post, owner);
@@ -89,6 +92,10 @@ private slots:
     {
         ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}});
         m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
+        // As when the program ends meanwhile.
+        m_returnsEarly = true;
+        QCOMPARE(Send(), u"cancelled -1: "_s);
+        m_returnsEarly = false;
         m_cancels = true;
         QCOMPARE(Send(), u"cancelled -1: "_s);
         QCOMPARE(GetBalance(m_gateway, {u"ann"_s, u"secret"_s, {}}, this).reason, u"Canceled by user"_s);

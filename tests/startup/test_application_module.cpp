@@ -60,15 +60,18 @@ private slots:
     {
         QTest::addColumn<int>("signal");
         QTest::addColumn<QString>("busyWith");
-        QTest::newRow("SIGTERM at rest") << SIGTERM << u""_s;
-        QTest::newRow("SIGHUP in a dialog") << SIGHUP << u"AccountDetails"_s;
-        QTest::newRow("SIGINT during a post") << SIGINT << u"CGIPost"_s;
-        QTest::newRow("the session's end in a dialog") << 0 << u"AccountDetails"_s;
+        QTest::addColumn<bool>("canSave");
+        QTest::newRow("SIGTERM at rest") << SIGTERM << u""_s << true;
+        QTest::newRow("SIGTERM and no folder for the phone book") << SIGTERM << u""_s << false;
+        QTest::newRow("SIGHUP in a dialog") << SIGHUP << u"AccountDetails"_s << true;
+        QTest::newRow("SIGINT during a post") << SIGINT << u"CGIPost"_s << true;
+        QTest::newRow("the session's end in a dialog") << 0 << u"AccountDetails"_s << true;
     }
     void everyEndStoresAll()
     {
         QFETCH(const int, signal);
         QFETCH(const QString, busyWith);
+        QFETCH(const bool, canSave);
         Profile p;
         WindowPostRunner runner;
         const ScriptedPeer peer({.then = ScriptedPeer::Then::StayOpen});
@@ -94,6 +97,7 @@ private slots:
         contacts.edit(contacts.currentIndex());
         contacts.viewport()->findChild<QLineEdit *>()->setText(u"Bob"_s);
         Control<QPlainTextEdit>(compose, "txtTextMessage").setPlainText(u"unsent"_s);
+        QVERIFY(canSave || QDir(QFileInfo(LxPhoneBook::DefaultFileName()).path()).removeRecursively());
         bool isStored = false;
         const auto end = [&] {
             if (signal != 0) {
@@ -124,7 +128,8 @@ private slots:
         QCOMPARE(settings[u"Compose"_s][u"Text"_s].toString(), u"unsent"_s);
         QCOMPARE(settings[u"Compose"_s][u"Left"_s].toString(), u"165"_s);
         QCOMPARE(settings[u"PhoneBook"_s][u"Width"_s].toString(), u"11655"_s);
-        QCOMPARE(ReadBytes(LxPhoneBook::DefaultFileName()), ann + "\"Bob\",44,\"07700900999\"\r\n");
+        QCOMPARE(ReadBytes(LxPhoneBook::DefaultFileName()),
+                 !canSave ? QByteArray() : ann + "\"Bob\",44,\"07700900999\"\r\n");
         QVERIFY(peer.Posts() <= 1);
     }
 };

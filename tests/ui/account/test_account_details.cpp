@@ -74,18 +74,6 @@ private slots:
         }
     }
 
-    void tellsTheAddressThatNothingOpens()
-    {
-        Fixture f;
-        f.UseGateway(u"gateway.test"_s);
-        f.shell.opens = false;
-        f.prompts.ExpectBox(u"No web browser could be opened. Please open this page yourself:\r\n\r\n"
-                            "http://gateway.test/brevio/order.html"_s,
-                            PromptIcon::Exclamation);
-        Control<QPushButton>(f.dialog, "cmdOpenAccount").click();
-        QCOMPARE(f.shell.opened.size(), 1);
-    }
-
     void tellsTheBalance()
     {
         Fixture f;
