@@ -1,7 +1,21 @@
 #include "StartGuard.h"
 
 #include <QCoreApplication>
-#include <QKeyEvent>
+
+#include <algorithm>
+
+namespace {
+
+/// How late the first repeat of a key may come. That the key was let go may never be heard of, as when a window that
+/// a dialog blocks has the focus, so it does not count as down for ever.
+constexpr std::chrono::milliseconds kLongestDelay(2500);
+
+bool HasPassed(const QElapsedTimer &since, std::chrono::milliseconds time)
+{
+    return since.elapsed() >= time.count();
+}
+
+} // namespace
 
 StartGuard::StartGuard(std::chrono::milliseconds quietTime, QObject *parent)
     : QObject(parent)
@@ -10,14 +24,9 @@ StartGuard::StartGuard(std::chrono::milliseconds quietTime, QObject *parent)
     qApp->installEventFilter(this);
 }
 
-bool StartGuard::IsQuiet(const QElapsedTimer &since) const
-{
-    return since.elapsed() >= m_quietTime.count();
-}
-
 bool StartGuard::MayStart()
 {
-    const bool isQuiet = !m_sinceTry.isValid() || IsQuiet(m_sinceTry);
+    const bool isQuiet = !m_sinceTry.isValid() || HasPassed(m_sinceTry, m_quietTime);
     const bool mayStart = isQuiet && !m_isGoingOn;
     m_isGoingOn = m_isGoingOn || mayStart;
     m_sinceTry.start();
@@ -33,11 +42,14 @@ void StartGuard::Ended()
     m_sinceTry.start();
 }
 
-bool StartGuard::Swallows(int key)
+bool StartGuard::Swallows(const QKeyEvent &event)
 {
-    if (m_heldKey != key)
+    const bool wasDown = m_lastKey == event.key() && m_lastKeyIsDown;
+    m_lastKey = event.key();
+    m_lastKeyIsDown = event.type() != QEvent::KeyRelease;
+    if (m_heldKey != event.key())
         return false;
-    if (IsQuiet(m_sinceHeldKey)) {
+    if (HasPassed(m_sinceHeldKey, wasDown ? std::max(m_quietTime, kLongestDelay) : m_quietTime)) {
         m_heldKey.reset();
         return false;
     }
@@ -56,14 +68,11 @@ bool StartGuard::eventFilter(QObject *, QEvent *event)
         return false;
     case QEvent::ShortcutOverride:
     case QEvent::KeyPress:
-    case QEvent::KeyRelease: {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        m_lastKey = key;
-        if (!Swallows(key))
+    case QEvent::KeyRelease:
+        if (!Swallows(*static_cast<QKeyEvent *>(event)))
             return false;
         event->accept(); // which also keeps a shortcut from being looked for
         return true;
-    }
     default:
         return false;
     }

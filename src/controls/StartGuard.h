@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QElapsedTimer>
-#include <QObject>
+#include <QKeyEvent>
 
 #include <chrono>
 #include <optional>
@@ -10,7 +10,8 @@
 ///
 /// Once a start was let through, further ones are refused until the thing has ended and none was tried for the quiet
 /// time. The key that brought a start does nothing else as long as it is held, in no window: each of its events is
-/// swallowed and counts as a try, whether it is marked as a repeat or not, until none came for the quiet time.
+/// swallowed and counts as a try, whether it is marked as a repeat or not, until none came for the quiet time, or for
+/// longer while the key was not seen let go.
 class StartGuard final : public QObject
 {
     Q_OBJECT
@@ -49,11 +50,10 @@ private:
         StartGuard &m_guard;
     };
 
-    [[nodiscard]] bool IsQuiet(const QElapsedTimer &since) const;
     [[nodiscard]] bool MayStart();
     void Ended();
-    /// Whether the key is the one that is held.
-    [[nodiscard]] bool Swallows(int key);
+    /// Whether the event is one of the key that is held.
+    [[nodiscard]] bool Swallows(const QKeyEvent &event);
 
     std::chrono::milliseconds m_quietTime;
     bool m_isGoingOn = false;
@@ -61,6 +61,7 @@ private:
     QElapsedTimer m_sinceTry;
     /// Of the user's last input, where that was a key.
     std::optional<int> m_lastKey;
+    bool m_lastKeyIsDown = false;
     std::optional<int> m_heldKey;
     QElapsedTimer m_sinceHeldKey;
 };

@@ -73,9 +73,12 @@ private slots:
         QVERIFY(!isStarted && !FindWindow(u"Compose"_s));
     }
 
-    TABLE_TEST(everyEndStoresAll, (int signal, const QString &busyWith), {"SIGTERM at rest", SIGTERM, u""_s},
-               {"SIGHUP in a dialog", SIGHUP, u"AccountDetails"_s}, {"SIGINT during a post", SIGINT, u"CGIPost"_s},
-               {"the session's end in a dialog", 0, u"AccountDetails"_s})
+    TABLE_TEST(everyEndStoresAll, (int signal, const QString &busyWith, bool canSave),
+               {"SIGTERM at rest", SIGTERM, u""_s, true},
+               {"SIGTERM and no folder for the phone book", SIGTERM, u""_s, false},
+               {"SIGHUP in a dialog", SIGHUP, u"AccountDetails"_s, true},
+               {"SIGINT during a post", SIGINT, u"CGIPost"_s, true},
+               {"the session's end in a dialog", 0, u"AccountDetails"_s, true})
     {
         Profile p;
         WindowPostRunner runner;
@@ -102,6 +105,7 @@ private slots:
         contacts.edit(contacts.currentIndex());
         contacts.viewport()->findChild<QLineEdit *>()->setText(u"Bob"_s);
         Control<QPlainTextEdit>(compose, "txtTextMessage").setPlainText(u"unsent"_s);
+        QVERIFY(canSave || QDir(QFileInfo(LxPhoneBook::DefaultFileName()).path()).removeRecursively());
         bool isStored = false;
         const auto end = [&] {
             if (signal != 0) {
@@ -132,7 +136,8 @@ private slots:
         QCOMPARE(settings[u"Compose"_s][u"Text"_s].toString(), u"unsent"_s);
         QCOMPARE(settings[u"Compose"_s][u"Left"_s].toString(), u"165"_s);
         QCOMPARE(settings[u"PhoneBook"_s][u"Width"_s].toString(), u"11655"_s);
-        QCOMPARE(ReadBytes(LxPhoneBook::DefaultFileName()), ann + "\"Bob\",44,\"07700900999\"\r\n");
+        QCOMPARE(ReadBytes(LxPhoneBook::DefaultFileName()),
+                 !canSave ? QByteArray() : ann + "\"Bob\",44,\"07700900999\"\r\n");
         QVERIFY(peer.Posts() <= 1);
     }
 };

@@ -8,7 +8,9 @@
 #include "WindowFixture.h"
 
 #include <QAbstractItemModelTester>
+#include <QAction>
 #include <QClipboard>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMimeData>
@@ -114,6 +116,14 @@ private slots:
         f.prompts.ExpectBox(u"Your message could not be sent:\r\n\r\nNo"_s, PromptIcon::Exclamation);
         QCOMPARE(f.Send(u"Ann"_s), u"Message failed 0"_s);
         QCOMPARE(refusing.Posts(), 1);
+        const ScriptedPeer broken({.pieces = {"HTTP/1.1 404 No\r\nContent-Length: 0\r\n\r\n"}});
+        f.UseGateway(broken.Address());
+        f.prompts.ExpectBox(u"Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
+                            "Please check you are connected to the internet."_s,
+                            PromptIcon::Exclamation, PromptAnswer::Ok, {},
+                            u"The server answered: 404 No\r\n\r\nThe whole request had gone out by then, so the "
+                            "gateway may have taken the message."_s);
+        QCOMPARE(f.Send(u"Ann"_s), u"Message failed 0"_s);
     }
 
     void oneClickIsOnePost()
@@ -127,6 +137,24 @@ private slots:
         });
         QCOMPARE(f.Send(u"Ann"_s), u"Message sent. 57 messages remaining 1"_s);
         QVERIFY(hasTried);
+    }
+
+    void anAddressThatNothingOpensIsTold()
+    {
+        Fixture f;
+        f.UseGateway(u"gateway.test"_s);
+        f.shell.opens = false;
+        f.prompts.ExpectBox(u"No web browser could be opened. Please open this page yourself:\r\n\r\n"
+                            "http://gateway.test/brevio/help.html"_s,
+                            PromptIcon::Exclamation);
+        Control<QAction>(f.compose, "mnuOnlineHelp").trigger();
+        f.prompts.ExpectBox(u"No mail program could be opened. Please write to:\r\n\r\nsupport@corvane.example"_s,
+                            PromptIcon::Exclamation);
+        WhenDialogOpens(u"About"_s, [](QDialog &dialog) {
+            emit Control<QLabel>(dialog, "lblSupport").linkActivated(u"mailto:support@corvane.example"_s);
+        });
+        Control<QAction>(f.compose, "mnuAbout").trigger();
+        QCOMPARE(f.shell.opened.size(), 2);
     }
 
     // The length of the message, where it is pasted into, over how many characters; what is, and what gets in.

@@ -25,10 +25,14 @@ class TestSlips final : public QObject
     /// A message to Ann that is ready to go out, with the real progress window and boxes.
     struct Fixture : WindowFixture
     {
-        explicit Fixture(std::chrono::milliseconds quietTime,
+        /// With the usual quiet time where none is given.
+        explicit Fixture(std::optional<std::chrono::milliseconds> quietTime,
                          const QByteArray &reply = ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"))
             : peer({.pieces = {reply}})
-            , compose({{settings, boxes, shell, quietTime}, {settings, posts, windowRunner}, phoneBook})
+            , services{settings, boxes, shell}
+            , compose({quietTime ? WindowServices{settings, boxes, shell, *quietTime} : services,
+                       {settings, posts, windowRunner},
+                       phoneBook})
         {
             UseGateway(peer.Address());
             Add(u"Ann"_s, u"07700 900123"_s);
@@ -52,6 +56,7 @@ class TestSlips final : public QObject
         WidgetPrompts boxes;
         WindowPostRunner windowRunner;
         ScriptedPeer peer;
+        WindowServices services;
         Compose compose;
         RecipientBox &to = Control<RecipientBox>(compose, "cboTo");
         QPlainTextEdit &text = Control<QPlainTextEdit>(compose, "txtTextMessage");
@@ -74,7 +79,8 @@ private slots:
         const Qt::KeyboardModifiers ctrl = Qt::ControlModifier;
         const auto text = u"txtTextMessage"_s;
         const auto send = u"cmdSend"_s;
-        QTest::newRow("shortcut, by a keyboard's clock") << Qt::Key_Return << ctrl << text << 900 << 660 << false;
+        QTest::newRow("shortcut, by a keyboard's clock") << Qt::Key_Return << ctrl << text << 0 << 660 << false;
+        QTest::newRow("shortcut, late to repeat") << Qt::Key_Return << ctrl << text << 300 << 600 << false;
         QTest::newRow("Space on the button") << Qt::Key_Space << none << send << 300 << 220 << false;
         QTest::newRow("Enter on the button, with a box") << Qt::Key_Return << none << send << 300 << 220 << true;
         QTest::newRow("help") << Qt::Key_F1 << none << text << 300 << 220 << false;
@@ -87,7 +93,8 @@ private slots:
         QFETCH(const int, quietTime);
         QFETCH(const int, firstRepeat);
         QFETCH(const bool, fails);
-        Fixture f(std::chrono::milliseconds(quietTime), fails ? QByteArray() : ScriptedPeer::Ok("<LOGON>OK</LOGON>"));
+        Fixture f(quietTime > 0 ? std::optional(std::chrono::milliseconds(quietTime)) : std::nullopt,
+                  fails ? QByteArray() : ScriptedPeer::Ok("<LOGON>OK</LOGON>"));
         const auto started = [&f] { return f.peer.Posts() + f.shell.opened.size(); };
         f.compose.findChild<QWidget *>(focus)->setFocus();
         // As an X server may tell it: the first repeat is late, and nothing marks the repeats as such.
@@ -114,7 +121,7 @@ private slots:
 
         // Other keys do not make the wait for the next start longer.
         QElapsedTimer elapsed;
-        for (elapsed.start(); elapsed.elapsed() <= quietTime; QTest::qWait(20))
+        for (elapsed.start(); elapsed.elapsed() <= (quietTime > 0 ? quietTime : 900); QTest::qWait(20))
             QTest::keyClick(&f.text, Qt::Key_Right);
         f.compose.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&f.compose));
@@ -129,8 +136,12 @@ private slots:
 
     void laterClicksOfOneGestureSendNothing()
     {
-        Fixture f(900ms);
+        Fixture f(std::nullopt);
+        QTest::keyClick(&f.text, Qt::Key_X);
         QTest::mouseClick(&f.sendButton, Qt::LeftButton);
+        // The last key was not what sent, so it goes on typing.
+        QTest::keyClick(&f.text, Qt::Key_X);
+        QCOMPARE(f.text.toPlainText(), u"xxHi"_s);
         // The gateway was fast.
         for (int click = 0; click < 3; ++click) {
             QTest::mouseDClick(&f.sendButton, Qt::LeftButton);
@@ -138,6 +149,8 @@ private slots:
         }
         QCOMPARE(f.peer.Posts(), 1);
         QVERIFY(f.sendButton.isEnabled());
+        QTest::keyClick(&Control<QPushButton>(f.compose, "cmdPhoneBook"), Qt::Key_Return);
+        QVERIFY(f.phoneBook.isVisible());
     }
 
     void textIsOnTheDiskBeforeItCanBeLost()
@@ -145,6 +158,12 @@ private slots:
         Fixture f(0ms);
         f.text.setPlainText(u"a second later"_s);
         QTRY_VERIFY(StoredSettings().contains("a second later"));
+        f.text.setPlainText(u"before another window posts"_s);
+        WhenDialogOpens(u"AccountDetails"_s, [&](QDialog &) {
+            f.settings.Flush();
+            QVERIFY(StoredSettings().contains("before another window posts"));
+        });
+        Control<QAction>(f.compose, "mnuAccount").trigger();
         // Before the post, and before a close that is refused because of it.
         f.text.setPlainText(u"before the post"_s);
         bool isTried = false;
