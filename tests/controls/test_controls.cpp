@@ -1,19 +1,29 @@
 #include "Controls.h"
+#include "Error.h"
+#include "OneLineEdit.h"
 #include "Profile.h"
 #include "Rows.h"
 #include "SelectAllOnFocus.h"
 #include "Settings.h"
+#include "StartGuard.h"
+#include "Version.h"
 #include "WidgetPrompts.h"
 
-#include <QDialog>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using enum PromptAnswer;
 
 class TestControls final : public QObject
 {
@@ -119,31 +129,123 @@ private slots:
         };
         const auto byFocus = [](Qt::FocusReason reason) { return [reason](QWidget &box) { box.setFocus(reason); }; };
         for (QWidget *box : std::initializer_list<QWidget *>{&line, &text}) {
-            const bool isLine = box == &line;
             QCOMPARE(selected(*box, by(Qt::LeftButton)), u"text"_s);
-            QCOMPARE(selected(*box, by(Qt::RightButton)), isLine ? u"text"_s : u""_s);
+            QCOMPARE(selected(*box, by(Qt::RightButton)), box == &line ? u"text"_s : u""_s);
             QCOMPARE(selected(*box, by(Qt::MiddleButton)), u""_s);
-            QCOMPARE(selected(*box, byFocus(Qt::TabFocusReason)), u"text"_s);
-            QCOMPARE(selected(*box, byFocus(Qt::BacktabFocusReason)), u"text"_s);
-            QCOMPARE(selected(*box, byFocus(Qt::ShortcutFocusReason)), u"text"_s);
+            for (const auto reason : {Qt::TabFocusReason, Qt::BacktabFocusReason, Qt::ShortcutFocusReason})
+                QCOMPARE(selected(*box, byFocus(reason)), u"text"_s);
             QCOMPARE(selected(*box, byFocus(Qt::ActiveWindowFocusReason)), u""_s);
-            // A second click sets the caret.
-            box->setFocus();
+            // A second click sets the caret, and a drag has chosen already.
             QCOMPARE(selected(*box, [&](QWidget &) { by(Qt::LeftButton)(*box), by(Qt::LeftButton)(*box); }), u""_s);
+            const auto drag = [&](QWidget &) {
+                QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, box->mapTo(&window, QPoint(4, 8)));
+                line.setSelection(0, 1);
+                QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, box->mapTo(&window, QPoint(4, 8)));
+            };
+            if (box == &line)
+                QCOMPARE(selected(*box, drag), u"t"_s);
         }
     }
 
-    void boxTellsDetails()
+    // What Enter answers, what is pressed, and the answer.
+    TABLE_TEST(aBoxAsksAsItIsTold,
+               (PromptAnswer byEnter, Qt::Key key, PromptAnswer answer, PromptIcon icon, QMessageBox::Icon shown),
+               {"no question", Ok, Qt::Key_Escape, Ok, PromptIcon::Information, QMessageBox::Information},
+               {"Enter is Yes", Yes, Qt::Key_Return, Yes, PromptIcon::Question, QMessageBox::Question},
+               {"Enter is No", No, Qt::Key_Return, No, PromptIcon::Exclamation, QMessageBox::Warning},
+               {"Escape is No", Yes, Qt::Key_Escape, No, PromptIcon::Critical, QMessageBox::Critical})
     {
-        WidgetPrompts prompts;
-        QTimer::singleShot(0, this, [] {
+        const MessageBoxRequest request{.text = u"<b>\r\ntwo"_s,
+                                        .icon = icon,
+                                        .buttons = byEnter == Ok ? PromptButtons::Ok : PromptButtons::YesNo,
+                                        .caption = answer == No ? u"Title"_s : QString(),
+                                        .defaultAnswer = byEnter,
+                                        .details = u"<i>\r\ntwo"_s};
+        QTimer::singleShot(0, this, [&] {
             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            QCOMPARE(box->windowTitle(), answer == No ? request.caption : ApplicationTitle());
             QCOMPARE(box->text() + u'|' + box->detailedText(), u"<b>\ntwo|<i>\ntwo"_s);
-            QCOMPARE(box->textFormat(), Qt::PlainText);
-            QTest::keyClick(box, Qt::Key_Escape);
+            QVERIFY(box->textFormat() == Qt::PlainText && box->icon() == shown);
+            QTest::keyClick(box, key);
         });
-        QCOMPARE(prompts.ShowMessageBox({.text = u"<b>\r\ntwo"_s, .details = u"<i>\r\ntwo"_s}, nullptr),
-                 PromptAnswer::Ok);
+        QCOMPARE(WidgetPrompts().ShowMessageBox(request, nullptr), answer);
+    }
+
+    // Whether overwriting is asked for, and the extension that a name gets.
+    TABLE_TEST(aFileIsAskedFor, (bool asks, const QString &extension, int result),
+               {"open", false, {}, QDialog::Accepted}, {"save", true, u"csv"_s, QDialog::Accepted},
+               {"canceled", false, u"csv"_s, QDialog::Rejected})
+    {
+        const QTemporaryDir home;
+        const FileDialogRequest request{.title = u"Which?"_s,
+                                        .filters = {{u"CSV"_s, {u"*.csv"_s, u"*.*"_s}}},
+                                        .initialPath = home.filePath(u"a.b.csv"_s),
+                                        .confirmOverwrite = asks,
+                                        .offeredFolder = home.path()};
+        QTimer::singleShot(0, this, [&] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            QCOMPARE(dialog->windowTitle() + dialog->nameFilters().join(u'|'), u"Which?CSV (*.csv *)"_s);
+            QCOMPARE(dialog->defaultSuffix(), extension);
+            QVERIFY(extension.isEmpty() || dialog->testOption(QFileDialog::DontConfirmOverwrite) != asks);
+            QVERIFY(dialog->sidebarUrls().contains(QUrl::fromLocalFile(home.path())));
+            QCOMPARE(dialog->selectedFiles(), QStringList(request.initialPath));
+            static_cast<QDialog *>(dialog)->done(result);
+        });
+        const auto ask = extension.isEmpty() ? &Prompts::AskOpenFile : &Prompts::AskSaveFile;
+        WidgetPrompts prompts;
+        QCOMPARE((prompts.*ask)(request, nullptr), result == QDialog::Accepted ? request.initialPath : QString());
+    }
+
+    void nothingStartsWhileItGoesOnOrSoonAfter()
+    {
+        constexpr auto kQuiet = 100ms;
+        StartGuard guard(kQuiet);
+        int started = 0;
+        const auto tryAgain = [&] { guard.Start([&started] { ++started; }); };
+        guard.Start([&] {
+            QTest::qWait(kQuiet.count() + 20);
+            tryAgain();
+            QTest::qWait(kQuiet.count() + 20);
+        });
+        QElapsedTimer sinceEnd;
+        sinceEnd.start();
+        while (started == 0 && sinceEnd.elapsed() < 3 * kQuiet.count()) { // each of them counts
+            tryAgain();
+            QTest::qWait(5);
+        }
+        QCOMPARE(started, 0);
+        QTest::qWait(kQuiet.count() + 20);
+        tryAgain();
+        QCOMPARE(started, 1);
+        const auto fail = [] { throw Error(1, {}, {}); };
+        StartGuard another(0ms);
+        QVERIFY_EXCEPTION_THROWN(another.Start(fail), Error);
+        QVERIFY(!another.IsGoingOn());
+    }
+
+    TABLE_TEST(aOneLineBoxTakesTextPlain, (const QString &way), u"menu", u"drop")
+    {
+        OneLineEdit box;
+        box.setText(u"1"_s);
+        QMimeData data;
+        data.setText(u"\u200E 2\u00A0\n"_s);
+        if (way == u"drop") {
+            QDragEnterEvent enter({}, Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(&box, &enter);
+            QDropEvent drop(box.rect().topRight(), Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(&box, &drop);
+        } else {
+            QApplication::clipboard()->setText(data.text());
+            QTimer::singleShot(0, this, [] {
+                auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+                for (QAction *entry : menu->actions())
+                    entry->text().startsWith(u"&Paste"_s) ? entry->trigger() : void();
+                menu->close();
+            });
+            QContextMenuEvent asks(QContextMenuEvent::Keyboard, {}, {});
+            QApplication::sendEvent(&box, &asks);
+        }
+        QCOMPARE(box.text(), u"12"_s);
     }
 };
 
