@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QAbstractItemModel>
+#include <QAbstractItemModelTester>
 #include <QObject>
 
 /// What a view was told of its model: texts that only the model's signals refresh. Where they are not what the model
@@ -54,5 +54,6 @@ private:
     }
 
     QAbstractItemModel *m_model;
+    QAbstractItemModelTester m_tester{m_model};
     QStringList m_rows;
 };

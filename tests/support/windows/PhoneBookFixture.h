@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Mirror.h"
 #include "WindowFixture.h"
 
-#include <QAbstractItemModelTester>
 #include <QHeaderView>
 #include <QMenu>
 #include <QStatusBar>
@@ -19,11 +19,17 @@ struct PhoneBookFixture : WindowFixture
         Add(QStringLiteral("Élan"), QStringLiteral("07971001234"));
     }
 
+    ~PhoneBookFixture()
+    {
+        for (const Mirror *mirror : mirrors)
+            QTest::qCompare(mirror->Stale(), QString(), "told", "shown", __FILE__, __LINE__);
+    }
+
     void Open()
     {
         phoneBook.show();
         for (const QTreeView *list : {&Groups(), &Contacts()})
-            new QAbstractItemModelTester(list->model(), list->model());
+            mirrors += new Mirror(list->model());
         QVERIFY(QTest::qWaitForWindowActive(&phoneBook));
     }
 
@@ -95,5 +101,6 @@ struct PhoneBookFixture : WindowFixture
                Book().GroupsExcludingAllContacts().AsString(QStringLiteral(","));
     }
 
+    QList<Mirror *> mirrors;
     LxGroup &work = Book().Groups().CreateGroup(QStringLiteral("Work"));
 };
