@@ -65,6 +65,13 @@ struct PhoneBookFixture : WindowFixture
         return letters;
     }
 
+    /// The next box must ask whether to delete; Enter would answer No.
+    void ExpectDeleteQuestion(const QString &what, PromptAnswer answer)
+    {
+        prompts.ExpectCarefulQuestion(QStringLiteral("Are you sure you want to %1 your phone book?").arg(what),
+                                      PromptIcon::Question, answer, QStringLiteral("Delete Contacts?"));
+    }
+
     /// Presses and lets go of a button over a row's name.
     void Click(const QTreeView &list, int row, Qt::MouseButton button = Qt::LeftButton,
                Qt::KeyboardModifiers modifiers = {}) const

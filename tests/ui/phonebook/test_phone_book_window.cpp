@@ -43,27 +43,26 @@ private slots:
         QCOMPARE(f.Print(), u"Bob: Ann:Choir Zoe: Élan: | Work,Choir,New Group"_s);
     }
 
-    TABLE_TEST(nothingIsDeletedWithoutAYes,
-               (const QString &starter, const QString &title, const QString &question, const QString &left),
-               {"contact", u"mnuPopupDeleteContacts"_s, u"Delete Contacts?"_s,
-                u"Are you sure you want to permanently delete 'Bob' from your phone book?"_s,
-                u"Ann:Work Zoe: Élan: | Work"_s},
-               {"group", u"mnuDelete"_s, u"Delete Group?"_s,
-                u"Are you sure you want to remove the group \"Work\" from your Phone Book?"_s,
-                u"Bob: Ann: Zoe: Élan: | "_s})
+    void nothingIsDeletedWithoutAYes()
     {
         PhoneBookFixture f;
         f.Open();
         f.ChooseGroup(1);
         f.Select({1});
         f.Groups().setFocus();
-        const QString before = f.Print();
         for (const PromptAnswer answer : {PromptAnswer::No, PromptAnswer::Yes}) {
-            QCOMPARE(f.Print(), before);
-            f.prompts.ExpectCarefulQuestion(question, PromptIcon::Question, answer, title);
-            f.Trigger(starter);
+            QCOMPARE(f.Print(), u"Bob:Work Ann:Work Zoe: Élan: | Work"_s);
+            f.ExpectDeleteQuestion(u"permanently delete 'Bob' from"_s, answer);
+            f.Trigger(u"mnuPopupDeleteContacts"_s);
         }
-        QCOMPARE(f.Print(), left);
+        for (const PromptAnswer answer : {PromptAnswer::No, PromptAnswer::Yes}) {
+            QCOMPARE(f.Print(), u"Ann:Work Zoe: Élan: | Work"_s);
+            f.prompts.ExpectCarefulQuestion(
+                u"Are you sure you want to remove the group \"Work\" from your Phone Book?"_s, PromptIcon::Question,
+                answer, u"Delete Group?"_s);
+            f.Trigger(u"mnuDelete"_s);
+        }
+        QCOMPARE(f.Print() + f.Rows(f.Contacts()), u"Ann: Zoe: Élan: | Ann Élan Zoe"_s);
     }
 
     void contactsComeAndChangeThroughTheDialog()
@@ -148,8 +147,8 @@ private slots:
         f.Open();
         const auto waits = [] { QTest::qWait(2 * QApplication::doubleClickInterval()); };
         f.Contacts().setFocus();
-        f.Click(f.Contacts(), 0);
-        f.Click(f.Contacts(), 2, Qt::LeftButton, Qt::ControlModifier);
+        f.Click(f.Contacts(), 2);
+        f.Click(f.Contacts(), 3, Qt::LeftButton, Qt::ShiftModifier);
         f.Click(f.Contacts(), 2);
         QCOMPARE(f.Rows(f.Contacts()), u"Ann Bob Élan*< Zoe"_s);
         waits();
@@ -159,8 +158,7 @@ private slots:
         QVERIFY(f.Editor(f.Contacts())); // at once
         QTest::keyClick(f.Editor(f.Contacts()), Qt::Key_Escape);
         f.Click(f.Contacts(), 2);
-        f.prompts.ExpectCarefulQuestion(u"Are you sure you want to permanently delete 'Élan' from your phone book?"_s,
-                                        PromptIcon::Question, PromptAnswer::No, u"Delete Contacts?"_s);
+        f.ExpectDeleteQuestion(u"permanently delete 'Élan' from"_s, PromptAnswer::No);
         QTest::keyClick(&f.Contacts(), Qt::Key_Delete);
         waits();
         QVERIFY(!f.Contacts().viewport()->findChild<QLineEdit *>() || f.Editor(f.Contacts())->isHidden());
@@ -200,35 +198,27 @@ private slots:
     {
         PhoneBookFixture f;
         f.Open();
-        const auto layout = [&f] {
-            const auto &splitter = Control<QSplitter>(f.phoneBook, "Splitter1");
-            return u"%1 %2 %3 %4 %5"_s.arg(f.phoneBook.width())
-                .arg(f.phoneBook.height())
-                .arg(splitter.sizes().first())
-                .arg(f.Contacts().columnWidth(0))
-                .arg(f.Contacts().columnWidth(1));
+        auto &splitter = Control<QSplitter>(f.phoneBook, "Splitter1");
+        const auto setLayout = [&](int size) {
+            f.phoneBook.resize(4 * size, 3 * size);
+            splitter.setSizes({size, 3 * size});
+            f.Contacts().setColumnWidth(0, size / 2);
+            f.Contacts().setColumnWidth(1, size / 3);
         };
-        f.phoneBook.resize(640, 480);
-        Control<QSplitter>(f.phoneBook, "Splitter1").setSizes({222, 400});
-        f.Contacts().setColumnWidth(0, 101);
-        f.Contacts().setColumnWidth(1, 99);
-        const QString before = layout();
+        const auto columns = [&] {
+            return QSize(f.Contacts().columnWidth(0), f.Contacts().columnWidth(1)) + QSize(splitter.sizes()[0], 0);
+        };
+        setLayout(180);
+        const QSize before = columns();
+        const QSize size = f.phoneBook.size();
         QVERIFY(f.phoneBook.close());
-        const QString width = f.settings.Get(u"PhoneBook"_s, u"Width"_s);
-        auto book = std::make_unique<LxPhoneBook>(f.countries, f.clock);
-        book->OpenPhoneBook(f.home.filePath(u"other.kpb"_s));
-        PhoneBook again({f.countries, f.clock, f.services}, std::move(book));
-        again.show();
-        QCOMPARE(Control<QTreeView>(again, "lvwContacts").columnWidth(1), 99);
-        QCOMPARE(Control<QSplitter>(again, "Splitter1").sizes().first(), 222);
-        again.showMaximized();
-        again.CloseForGood();
-        QCOMPARE(f.settings.Get(u"PhoneBook"_s, u"Width"_s), width);
-        f.phoneBook.resize(300, 300);
-        Control<QSplitter>(f.phoneBook, "Splitter1").setSizes({100, 200});
-        f.Contacts().setColumnWidth(0, 50);
-        f.phoneBook.show();
-        QCOMPARE(layout(), before);
+        setLayout(100);
+        f.phoneBook.showMaximized();
+        QTRY_VERIFY(f.phoneBook.height() > size.height());
+        QCOMPARE(columns(), before);
+        QVERIFY(f.phoneBook.close());
+        f.phoneBook.showNormal();
+        QCOMPARE(f.phoneBook.size(), size);
         QVERIFY(!f.Contacts().header()->sectionsMovable());
     }
 
@@ -241,13 +231,6 @@ private slots:
         f.Trigger(u"mnuNewGroup"_s);
         f.phoneBook.CreateNewGroup(false);
         QCOMPARE(f.Rows(f.Groups()), u"Everyone Work Club New Group New Group (2)*<"_s);
-        f.ChooseGroup(1);
-        f.Select({0});
-        f.Contacts().setFocus();
-        QTest::keyClick(&f.Contacts(), Qt::Key_F2);
-        f.Editor(f.Contacts())->setText(u"Abe"_s);
-        QVERIFY(f.phoneBook.close());
-        QVERIFY(ReadBytes(f.Book().FileName()).contains("\"Abe\""));
     }
 
     TABLE_TEST(deletingLeavesTheNextRowCurrent, (int count), {"few, row by row", 2}, {"many, at once", 20})
@@ -256,11 +239,9 @@ private slots:
         for (int i = 10; i < 40; ++i)
             f.Add(u"M%1"_s.arg(i), u"0770091"_s);
         f.Open();
-        for (int row = 4 + count; row > 4; --row) // upwards: the current row is the first
-            f.SelectRow(row);
-        f.prompts.ExpectCarefulQuestion(u"Are you sure you want to permanently delete the %1 selected contacts "
-                                        "from your phone book?"_s.arg(count),
-                                        PromptIcon::Question, PromptAnswer::Yes, u"Delete Contacts?"_s);
+        for (int i = 0; i < count; ++i)
+            f.SelectRow(count == 2 ? 5 + i : 4 + count - i); // the last row is current, or the first
+        f.ExpectDeleteQuestion(u"permanently delete the %1 selected contacts from"_s.arg(count), PromptAnswer::Yes);
         f.Contacts().setFocus();
         QTest::keyClick(&f.Contacts(), Qt::Key_Delete);
         QCOMPARE(f.Status(), u"%1 contacts"_s.arg(34 - count));
@@ -298,8 +279,8 @@ private slots:
         QCOMPARE(rowsAfterClick(2), u"Zoe Élan Bob Ann*<"_s);
         QCOMPARE(rowsAfterClick(2), u"Bob Ann*< Zoe Élan"_s);
         f.phoneBook.close();
-        QCOMPARE(f.settings.Get(u"Contact Columns"_s, u"SortBy"_s), u"3"_s);
-        QCOMPARE(f.settings.Get(u"Contact Columns"_s, u"ReverseSort"_s), u"True"_s);
+        f.phoneBook.show();
+        QCOMPARE(f.Rows(f.Contacts()), u"Bob Ann Zoe Élan"_s);
     }
 
     void failedSaveIsToldOnceForEachCommand()
