@@ -129,8 +129,8 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(book));
         const auto trigger = [book](const char *name) { Control<QAction>(*book, name).trigger(); };
         const auto file = [&p, &path](const QString &title, const QList<FileFilter> &filters, const QString &proposal,
-                                      const QString &name, bool asks) {
-            p.prompts.ExpectFileDialog({title, filters, proposal, asks}, path(name));
+                                      const QString &name, bool asks, const QString &offered = {}) {
+            p.prompts.ExpectFileDialog({title, filters, proposal, asks, offered}, path(name));
         };
 
         const FileFilter csv{u"CSV (Comma delimited)"_s, {u"*.csv"_s}};
@@ -173,7 +173,8 @@ private slots:
         trigger("mnuExclude");
         QCOMPARE(ReadBytes(p.phoneBook), bob + zoe);
         const QList<FileFilter> backupsAndCopies = {{u"Brevio Phonebook"_s, {u"*.kpb"_s, u"*.kpb.*.bak"_s}}};
-        file(u"Select Backup File to Restore"_s, backupsAndCopies, path(u"backup.kpb"_s), u"backup.kpb"_s, false);
+        file(u"Select Backup File to Restore"_s, backupsAndCopies, path(u"backup.kpb"_s), u"backup.kpb"_s, false,
+             QFileInfo(p.phoneBook).path());
         trigger("mnuRestore");
         QVERIFY(compose->close());
         QCOMPARE(p.Taken(),

@@ -17,7 +17,8 @@ public:
                    const QString &caption = {}, const QString &details = {})
     {
         const auto buttons = answer == PromptAnswer::Ok ? PromptButtons::Ok : PromptButtons::YesNo;
-        m_expected.append({Print({.text = text, .icon = icon, .buttons = buttons, .caption = caption, .details = details}), answer});
+        m_expected.append(
+            {Print({.text = text, .icon = icon, .buttons = buttons, .caption = caption, .details = details}), answer});
     }
 
     /// The next box must ask this, and Enter would answer No; it is answered with `answer`.
@@ -79,7 +80,8 @@ private:
         QStringList filters;
         for (const FileFilter &filter : file.filters)
             filters += filter.name + u':' + filter.patterns.join(u' ');
-        return QStringList{file.title, filters.join(u'|'), file.initialPath, QString::number(file.confirmOverwrite)}
+        return QStringList{file.title, filters.join(u'|'), file.initialPath, QString::number(file.confirmOverwrite),
+                           file.offeredFolder}
             .join(u'|');
     }
 

@@ -4,6 +4,7 @@
 #include "OrderPage.h"
 #include "Rows.h"
 #include "ScriptedPeer.h"
+#include "VendorPages.h"
 #include "WindowFixture.h"
 
 #include <QClipboard>
@@ -117,6 +118,9 @@ private slots:
                             "http://gateway.test/brevio/order.html"_s,
                             PromptIcon::Exclamation);
         f.Click("cmdOpenAccount");
+        f.prompts.ExpectBox(u"No mail program could be opened. Please write to:\r\n\r\na@b.example"_s,
+                            PromptIcon::Exclamation);
+        VendorPages::OpenAddress(u"mailto:a@b.example"_s, f.services, nullptr);
         f.UseGateway(u"no host"_s);
         const QString why = u"The gateway's host in the settings is not valid: no host"_s;
         f.prompts.ExpectBox(why, PromptIcon::Exclamation);

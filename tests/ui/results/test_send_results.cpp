@@ -36,13 +36,15 @@ private slots:
         const QAbstractItemModelTester tester(Control<QTreeView>(window, "lvwSendResults").model());
         window.Results(f.requests);
         const QString path = f.home.filePath(u"results.csv"_s);
-        for (const QString &answer : {path, QString(), f.home.filePath(u"gone/results.csv"_s)}) {
+        const QString gone = f.home.filePath(u"gone/results.csv"_s);
+        for (const QString &answer : {path, gone, QString()}) {
             f.prompts.ExpectAnyFileDialog(answer);
-            if (answer.contains(u"gone"_s))
+            if (answer == gone)
                 f.prompts.ExpectBox(u"The results could not be saved to a file: No such file or directory"_s,
                                     PromptIcon::Information, PromptAnswer::Ok, u"Save Results Failed"_s);
             Control<QPushButton>(window, "cmdSave").click();
         }
+        QCOMPARE(f.settings.Get(u"Send Results"_s, u"File"_s), gone);
         QCOMPARE(ReadBytes(path), "\"Status\",\"Name\",\"Mobile\",\"Message\"\r\n"
                                   "\"Sent\",\"Ann \"\"A\"\" Lee\",\"+447700900123\",\"one\r\ntwo\"\r\n"
                                   "\"Not sent\",\"Zo\xEB\",\"+33612345678\",\"\"\r\n"
