@@ -29,6 +29,20 @@ class TestControls final : public QObject
 {
     Q_OBJECT
 
+    struct Fixture : Profile
+    {
+        Fixture() { window.setObjectName(u"Results"_s); }
+
+        [[nodiscard]] bool Show()
+        {
+            window.show();
+            return QTest::qWaitForWindowExposed(&window);
+        }
+
+        Settings settings{Settings::DefaultFileName(), prompts};
+        QDialog window;
+    };
+
 private slots:
     // Left, top, width and height in the settings, in twips, and where the window then is, in pixels. Its frame is 2
     // pixels wide.
@@ -37,45 +51,37 @@ private slots:
                u"300000,450,, -> 496,30,300,200", u"-60000,-60000,, -> 0,0,300,200",
                u"10800,11400,, -> 496,596,300,200", u"0,0,60000,60000 -> 0,0,796,796")
     {
-        Profile profile;
-        Settings settings(Settings::DefaultFileName(), profile.prompts);
+        Fixture f;
         for (const int i : {0, 1, 2, 3})
-            settings.Save(u"Results"_s, QStringList{u"Left"_s, u"Top"_s, u"Width"_s, u"Height"_s}[i],
-                          stored.section(u',', i, i));
-        QDialog window;
-        window.setObjectName(u"Results"_s);
-        window.resize(300, 200);
-        window.move(50, 60);
+            f.settings.Save(u"Results"_s, QStringList{u"Left"_s, u"Top"_s, u"Width"_s, u"Height"_s}[i],
+                            stored.section(u',', i, i));
+        f.window.resize(300, 200);
+        f.window.move(50, 60);
         // Shown again, and in another session, it is where it was.
         for (int round = 0; round < 2; ++round) {
-            Controls::RestoreWindowPosition(settings, window);
-            window.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&window));
-            Controls::SaveWindowPosition(settings, window);
-            window.hide();
+            Controls::RestoreWindowPosition(f.settings, f.window);
+            QVERIFY(f.Show());
+            Controls::SaveWindowPosition(f.settings, f.window);
+            f.window.hide();
         }
         QDialog again;
         again.setObjectName(u"Results"_s);
-        Controls::RestoreWindowPosition(settings, again);
+        Controls::RestoreWindowPosition(f.settings, again);
         QCOMPARE(u"%1,%2,%3,%4"_s.arg(again.x()).arg(again.y()).arg(again.width()).arg(again.height()), place);
     }
 
     void aDialogOfFixedSizeDoesNotClimb()
     {
-        Profile profile;
-        Settings settings(Settings::DefaultFileName(), profile.prompts);
-        QDialog dialog;
-        dialog.setObjectName(u"Fixed"_s);
-        (new QVBoxLayout(&dialog))->setSizeConstraint(QLayout::SetFixedSize);
-        dialog.move(50, 60);
-        Controls::SaveWindowPosition(settings, dialog);
-        Controls::RestoreWindowPosition(settings, dialog);
+        Fixture f;
+        (new QVBoxLayout(&f.window))->setSizeConstraint(QLayout::SetFixedSize);
+        f.window.move(50, 60);
+        Controls::SaveWindowPosition(f.settings, f.window);
+        Controls::RestoreWindowPosition(f.settings, f.window);
         // As the desktop does, since such a layout makes Qt forget that the position includes the title bar.
-        dialog.move(49, 40);
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(dialog.pos(), QPoint(50, 60));
-        QVERIFY(settings.Get(u"Fixed"_s, u"Width"_s).isEmpty());
+        f.window.move(49, 40);
+        QVERIFY(f.Show());
+        QCOMPARE(f.window.pos(), QPoint(50, 60));
+        QVERIFY(f.settings.Get(u"Results"_s, u"Width"_s).isEmpty());
     }
 
     void aDialogFitsOnceAndStaysWhereTheUserPutsIt()
@@ -84,20 +90,17 @@ private slots:
         {
             [[nodiscard]] QSize sizeHint() const override { return {3000, 2000}; }
         };
-        QDialog dialog;
-        auto *layout = new QVBoxLayout(&dialog);
-        layout->addWidget(new Large);
-        Controls::FitToContents(dialog);
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(dialog.frameGeometry(), QRect(0, 0, 800, 800));
-        dialog.resize(300, 900);
-        dialog.move(700, 10);
-        dialog.hide();
-        QTRY_VERIFY(!dialog.windowHandle()->isExposed());
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(dialog.frameGeometry(), QRect(700, 10, 304, 904));
+        Fixture f;
+        (new QVBoxLayout(&f.window))->addWidget(new Large);
+        Controls::FitToContents(f.window);
+        QVERIFY(f.Show());
+        QCOMPARE(f.window.frameGeometry(), QRect(0, 0, 800, 800));
+        f.window.resize(300, 900);
+        f.window.move(700, 10);
+        f.window.hide();
+        QTRY_VERIFY(!f.window.windowHandle()->isExposed());
+        QVERIFY(f.Show());
+        QCOMPARE(f.window.frameGeometry(), QRect(700, 10, 304, 904));
     }
 
     void goingToABoxSelectsItsText()
