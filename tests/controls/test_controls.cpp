@@ -164,14 +164,15 @@ private slots:
                                         .caption = answer == No ? u"Title"_s : QString(),
                                         .defaultAnswer = byEnter,
                                         .details = u"<i>\r\ntwo"_s};
+        QStringList told;
         QTimer::singleShot(0, this, [&] {
             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-            QCOMPARE(box->windowTitle(), answer == No ? request.caption : ApplicationTitle());
-            QCOMPARE(box->text() + u'|' + box->detailedText(), u"<b>\ntwo|<i>\ntwo"_s);
-            QVERIFY(box->textFormat() == Qt::PlainText && box->icon() == shown);
+            if (box->textFormat() == Qt::PlainText && box->icon() == shown)
+                told = QStringList{box->windowTitle(), box->text(), box->detailedText()};
             QTest::keyClick(box, key);
         });
         QCOMPARE(WidgetPrompts().ShowMessageBox(request, nullptr), answer);
+        QCOMPARE(told, (QStringList{answer == No ? u"Title"_s : ApplicationTitle(), u"<b>\ntwo"_s, u"<i>\ntwo"_s}));
     }
 
     // Whether overwriting is asked for, and the extension that a name gets.
@@ -185,18 +186,21 @@ private slots:
                                         .initialPath = home.filePath(u"a.b.csv"_s),
                                         .confirmOverwrite = asks,
                                         .offeredFolder = home.path()};
+        QStringList told;
+        bool isAsked = false;
         QTimer::singleShot(0, this, [&] {
             auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-            QCOMPARE(dialog->windowTitle() + dialog->nameFilters().join(u'|'), u"Which?CSV (*.csv *)"_s);
-            QCOMPARE(dialog->defaultSuffix(), extension);
-            QVERIFY(extension.isEmpty() || dialog->testOption(QFileDialog::DontConfirmOverwrite) != asks);
-            QVERIFY(dialog->sidebarUrls().contains(QUrl::fromLocalFile(home.path())));
-            QCOMPARE(dialog->selectedFiles(), QStringList(request.initialPath));
+            if (dialog->sidebarUrls().contains(QUrl::fromLocalFile(home.path())))
+                told = QStringList{dialog->windowTitle(), dialog->nameFilters().join(u'|'), dialog->defaultSuffix()} +
+                       dialog->selectedFiles();
+            isAsked = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
             static_cast<QDialog *>(dialog)->done(result);
         });
         const auto ask = extension.isEmpty() ? &Prompts::AskOpenFile : &Prompts::AskSaveFile;
         WidgetPrompts prompts;
         QCOMPARE((prompts.*ask)(request, nullptr), result == QDialog::Accepted ? request.initialPath : QString());
+        QCOMPARE(told, (QStringList{u"Which?"_s, u"CSV (*.csv *)"_s, extension, request.initialPath}));
+        QVERIFY(extension.isEmpty() || isAsked == asks);
     }
 
     void nothingStartsWhileItGoesOnOrSoonAfter()

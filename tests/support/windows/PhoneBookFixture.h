@@ -111,3 +111,13 @@ struct PhoneBookFixture : WindowFixture
     QList<Mirror *> mirrors;
     LxGroup &work = Book().Groups().CreateGroup(QStringLiteral("Work"));
 };
+
+/// The same, shown, with the group of this row chosen.
+struct OpenPhoneBook : PhoneBookFixture
+{
+    explicit OpenPhoneBook(int group = 0)
+    {
+        Open();
+        ChooseGroup(group);
+    }
+};

@@ -45,9 +45,7 @@ private slots:
 
     void nothingIsDeletedWithoutAYes()
     {
-        PhoneBookFixture f;
-        f.Open();
-        f.ChooseGroup(1);
+        OpenPhoneBook f(1);
         f.Select({1});
         f.Groups().setFocus();
         for (const PromptAnswer answer : {PromptAnswer::No, PromptAnswer::Yes}) {
@@ -67,9 +65,7 @@ private slots:
 
     void contactsComeAndChangeThroughTheDialog()
     {
-        PhoneBookFixture f;
-        f.Open();
-        f.ChooseGroup(1);
+        OpenPhoneBook f(1);
         const auto answer = [](const QString &name, bool ok) {
             WhenDialogOpens(u"ContactProperties"_s, [name, ok](QDialog &dialog) {
                 Control<QLineEdit>(dialog, "txtName").setText(name);
@@ -146,8 +142,7 @@ private slots:
     void mouseActsOnTheRowThatIsClicked()
     {
         QApplication::setDoubleClickInterval(50);
-        PhoneBookFixture f;
-        f.Open();
+        OpenPhoneBook f;
         const auto waits = [] { QTest::qWait(2 * QApplication::doubleClickInterval()); };
         f.Contacts().setFocus();
         f.Click(f.Contacts(), 2);
@@ -184,8 +179,7 @@ private slots:
     TABLE_TEST(aClickOnTheChosenGroupRefillsIt, (Qt::MouseButton button), {"left", Qt::LeftButton},
                {"right", Qt::RightButton})
     {
-        PhoneBookFixture f;
-        f.Open();
+        OpenPhoneBook f;
         f.Click(f.Groups(), 1, button);
         QCOMPARE(f.Status(), u"2 contacts"_s);
         f.Select({0});
@@ -199,8 +193,7 @@ private slots:
 
     void layoutComesBack()
     {
-        PhoneBookFixture f;
-        f.Open();
+        OpenPhoneBook f;
         auto &splitter = Control<QSplitter>(f.phoneBook, "Splitter1");
         const auto setLayout = [&](int size) {
             f.phoneBook.resize(4 * size, 3 * size);
@@ -227,8 +220,7 @@ private slots:
 
     void commandsTakeWhatTheEditorHolds()
     {
-        PhoneBookFixture f;
-        f.Open();
+        OpenPhoneBook f;
         f.Trigger(u"mnuNewGroup"_s);
         f.Editor(f.Groups())->setText(u"Club"_s);
         f.Trigger(u"mnuNewGroup"_s);
@@ -256,8 +248,7 @@ private slots:
                u"0: -> Ann Bob Élan Zoe, 4 contacts", u"0:079 -> Élan, 1 contacts found", u"0:qq -> , 0 contacts found",
                u"1:B -> Bob, 1 contacts found")
     {
-        PhoneBookFixture f;
-        f.Open();
+        OpenPhoneBook f;
         QVERIFY(f.Find().hasFocus());
         f.ChooseGroup(typed.first(1).toInt());
         f.Find().setText(typed.sliced(2));
@@ -288,8 +279,7 @@ private slots:
 
     void failedSaveIsToldOnceForEachCommand()
     {
-        PhoneBookFixture f;
-        f.Open();
+        OpenPhoneBook f;
         f.Select({0});
         const QString folder = QFileInfo(f.Book().FileName()).path();
         QVERIFY(QDir(folder).removeRecursively());
@@ -311,8 +301,7 @@ private slots:
 
     void everythingGoesByKeyboard()
     {
-        PhoneBookFixture f;
-        f.Open();
+        OpenPhoneBook f;
         QTest::keyClick(&f.Contacts(), Qt::Key_Return); // nothing is selected
         QTest::keyClick(&f.Find(), Qt::Key_Return);
         QVERIFY(f.Contacts().hasFocus());
