@@ -116,7 +116,6 @@ private slots:
         };
         restore(other, u": other is not a phone book"_s);
         restore(f.Path(u"gone/b.kpb"_s), u": File not found"_s);
-        restore(u"/dev/zero"_s, u": It is not a file"_s);
         f.TriggerWithFile(u"mnuBackup"_s, f.Path(u"gone/b.kpb"_s), u"Backup Failed"_s,
                           u"The phonebook could not be backed up: No such file or directory"_s);
         f.TriggerWithFile(u"mnuContactsExport"_s, f.Path(u"gone/b.csv"_s), u"Export Failed"_s,
@@ -171,7 +170,6 @@ private slots:
          u"0 contacts; line 1 of the file stopped the import"_s,
          u"Line 1 of the file stopped the import. Before it, 0 contacts came in."_s},
         {"another separator", "Cy;44;07700900123\nDi;44;07700900124", kNothing, u"| Work"_s, u"4 contacts"_s, {}},
-        {"a blank line", "\r\n", kNothing, u"| Work"_s, u"4 contacts"_s, {}},
         {"no text", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR,\xFF\xFE"_ba, kNothing, u"| Work"_s, u"4 contacts"_s, {}})
     {
         Fixture f;

@@ -143,37 +143,40 @@ private slots:
     {
         QApplication::setDoubleClickInterval(50);
         OpenPhoneBook f;
-        const auto waits = [] { QTest::qWait(2 * QApplication::doubleClickInterval()); };
-        f.Contacts().setFocus();
-        f.Click(f.Contacts(), 2);
-        f.Click(f.Contacts(), 3, Qt::LeftButton, Qt::ShiftModifier);
-        f.Click(f.Contacts(), 2);
-        QCOMPARE(f.Rows(f.Contacts()), u"Ann Bob Élan*< Zoe"_s);
-        waits();
-        QVERIFY(!f.Editor(f.Contacts())); // several were selected
-        f.Click(f.Contacts(), 2);
-        QTest::keyClick(&f.Contacts(), Qt::Key_F2);
-        QVERIFY(f.Editor(f.Contacts())); // at once
-        QTest::keyClick(f.Editor(f.Contacts()), Qt::Key_Escape);
-        f.Click(f.Contacts(), 2);
+        QTreeView &list = f.Contacts();
+        const auto isEditing = [&f, &list] { return f.Editor(list) && f.Editor(list)->isVisible(); };
+        const auto isEditingLater = [&isEditing] {
+            QTest::qWait(2 * QApplication::doubleClickInterval());
+            return isEditing();
+        };
+        list.setFocus();
+        f.Click(list, 2);
+        f.Click(list, 3, Qt::LeftButton, Qt::ShiftModifier);
+        f.Click(list, 2);
+        QCOMPARE(f.Rows(list), u"Ann Bob Élan*< Zoe"_s);
+        QVERIFY(!isEditingLater()); // several were selected
+        f.Click(list, 2);
+        QTest::keyClick(&list, Qt::Key_F2);
+        QVERIFY(isEditing()); // at once
+        QTest::keyClick(f.Editor(list), Qt::Key_Escape);
+        f.Click(list, 2);
         f.ExpectDeleteQuestion(u"permanently delete 'Élan' from"_s, PromptAnswer::No);
-        QTest::keyClick(&f.Contacts(), Qt::Key_Delete);
-        waits();
-        QVERIFY(!f.Contacts().viewport()->findChild<QLineEdit *>() || f.Editor(f.Contacts())->isHidden());
-        f.Click(f.Contacts(), 2);
-        QTRY_VERIFY(f.Editor(f.Contacts()) && f.Editor(f.Contacts())->isVisible());
-        f.Editor(f.Contacts())->setText(u"Ella"_s);
-        QTest::keyClick(f.Editor(f.Contacts()), Qt::Key_Tab);
-        QTRY_COMPARE(f.Rows(f.Contacts()), u"Ann Bob Ella*< Zoe"_s);
-        QVERIFY(!f.Editor(f.Contacts()) || f.Editor(f.Contacts())->isHidden()); // nor one on the next name
-
-        f.Click(f.Contacts(), 3, Qt::LeftButton, Qt::ControlModifier);
+        QTest::keyClick(&list, Qt::Key_Delete);
+        QVERIFY(!isEditingLater());
+        f.Groups().setFocus();
+        f.Click(list, 2);
+        QVERIFY(!isEditingLater()); // it brought the focus
+        f.Click(list, 2);
+        QVERIFY(isEditingLater());
+        f.Editor(list)->setText(u"Ella"_s);
+        QTest::keyClick(f.Editor(list), Qt::Key_Tab);
+        QTRY_COMPARE(f.Rows(list), u"Ann Bob Ella*< Zoe"_s);
+        QVERIFY(!isEditing()); // nor the next name
+        f.Click(list, 3, Qt::LeftButton, Qt::ControlModifier);
         WhenDialogOpens(u"ContactProperties"_s,
                         [](QDialog &dialog) { QCOMPARE(Control<QLineEdit>(dialog, "txtName").text(), u"Zoe"_s); });
-        QTest::mouseDClick(f.Contacts().viewport(), Qt::LeftButton, {}, f.Place(f.Contacts(), 3));
-        QCoreApplication::processEvents();
-        waits();
-        QVERIFY(!f.Editor(f.Contacts()) || f.Editor(f.Contacts())->isHidden());
+        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, f.Place(list, 3));
+        QVERIFY(!isEditingLater());
     }
 
     TABLE_TEST(aClickOnTheChosenGroupRefillsIt, (Qt::MouseButton button), {"left", Qt::LeftButton},
