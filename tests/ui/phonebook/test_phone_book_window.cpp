@@ -330,6 +330,8 @@ private slots:
         QTest::keyClick(&menu, Qt::Key_Escape);
         f.Groups().setFocus();
         QTest::keyClick(&f.Groups(), Qt::Key_Delete); // not "Everyone"
+        QTest::keyClick(&f.Groups(), Qt::Key_F2);
+        QVERIFY(!f.Editor(f.Groups()));
         QTest::keyClick(&f.Groups(), Qt::Key_Down);
         QTest::keyClick(&f.Groups(), Qt::Key_Tab);
         QVERIFY(!f.Groups().hasFocus());
