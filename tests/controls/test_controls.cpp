@@ -1,23 +1,47 @@
 #include "Controls.h"
+#include "Error.h"
+#include "OneLineEdit.h"
 #include "Profile.h"
 #include "Rows.h"
 #include "SelectAllOnFocus.h"
 #include "Settings.h"
+#include "StartGuard.h"
+#include "Version.h"
 #include "WidgetPrompts.h"
 
-#include <QDialog>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using enum PromptAnswer;
 
 class TestControls final : public QObject
 {
     Q_OBJECT
+
+    struct Fixture : Profile
+    {
+        Fixture() { window.setObjectName(u"Results"_s); }
+
+        [[nodiscard]] bool Show()
+        {
+            window.show();
+            return QTest::qWaitForWindowExposed(&window);
+        }
+
+        Settings settings{Settings::DefaultFileName(), prompts};
+        QDialog window;
+    };
 
 private slots:
     // Left, top, width and height in the settings, in twips, and where the window then is, in pixels. Its frame is 2
@@ -27,45 +51,37 @@ private slots:
                u"300000,450,, -> 496,30,300,200", u"-60000,-60000,, -> 0,0,300,200",
                u"10800,11400,, -> 496,596,300,200", u"0,0,60000,60000 -> 0,0,796,796")
     {
-        Profile profile;
-        Settings settings(Settings::DefaultFileName(), profile.prompts);
+        Fixture f;
         for (const int i : {0, 1, 2, 3})
-            settings.Save(u"Results"_s, QStringList{u"Left"_s, u"Top"_s, u"Width"_s, u"Height"_s}[i],
-                          stored.section(u',', i, i));
-        QDialog window;
-        window.setObjectName(u"Results"_s);
-        window.resize(300, 200);
-        window.move(50, 60);
+            f.settings.Save(u"Results"_s, QStringList{u"Left"_s, u"Top"_s, u"Width"_s, u"Height"_s}[i],
+                            stored.section(u',', i, i));
+        f.window.resize(300, 200);
+        f.window.move(50, 60);
         // Shown again, and in another session, it is where it was.
         for (int round = 0; round < 2; ++round) {
-            Controls::RestoreWindowPosition(settings, window);
-            window.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&window));
-            Controls::SaveWindowPosition(settings, window);
-            window.hide();
+            Controls::RestoreWindowPosition(f.settings, f.window);
+            QVERIFY(f.Show());
+            Controls::SaveWindowPosition(f.settings, f.window);
+            f.window.hide();
         }
         QDialog again;
         again.setObjectName(u"Results"_s);
-        Controls::RestoreWindowPosition(settings, again);
+        Controls::RestoreWindowPosition(f.settings, again);
         QCOMPARE(u"%1,%2,%3,%4"_s.arg(again.x()).arg(again.y()).arg(again.width()).arg(again.height()), place);
     }
 
     void aDialogOfFixedSizeDoesNotClimb()
     {
-        Profile profile;
-        Settings settings(Settings::DefaultFileName(), profile.prompts);
-        QDialog dialog;
-        dialog.setObjectName(u"Fixed"_s);
-        (new QVBoxLayout(&dialog))->setSizeConstraint(QLayout::SetFixedSize);
-        dialog.move(50, 60);
-        Controls::SaveWindowPosition(settings, dialog);
-        Controls::RestoreWindowPosition(settings, dialog);
+        Fixture f;
+        (new QVBoxLayout(&f.window))->setSizeConstraint(QLayout::SetFixedSize);
+        f.window.move(50, 60);
+        Controls::SaveWindowPosition(f.settings, f.window);
+        Controls::RestoreWindowPosition(f.settings, f.window);
         // As the desktop does, since such a layout makes Qt forget that the position includes the title bar.
-        dialog.move(49, 40);
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(dialog.pos(), QPoint(50, 60));
-        QVERIFY(settings.Get(u"Fixed"_s, u"Width"_s).isEmpty());
+        f.window.move(49, 40);
+        QVERIFY(f.Show());
+        QCOMPARE(f.window.pos(), QPoint(50, 60));
+        QVERIFY(f.settings.Get(u"Results"_s, u"Width"_s).isEmpty());
     }
 
     void aDialogFitsOnceAndStaysWhereTheUserPutsIt()
@@ -74,20 +90,17 @@ private slots:
         {
             [[nodiscard]] QSize sizeHint() const override { return {3000, 2000}; }
         };
-        QDialog dialog;
-        auto *layout = new QVBoxLayout(&dialog);
-        layout->addWidget(new Large);
-        Controls::FitToContents(dialog);
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(dialog.frameGeometry(), QRect(0, 0, 800, 800));
-        dialog.resize(300, 900);
-        dialog.move(700, 10);
-        dialog.hide();
-        QTRY_VERIFY(!dialog.windowHandle()->isExposed());
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(dialog.frameGeometry(), QRect(700, 10, 304, 904));
+        Fixture f;
+        (new QVBoxLayout(&f.window))->addWidget(new Large);
+        Controls::FitToContents(f.window);
+        QVERIFY(f.Show());
+        QCOMPARE(f.window.frameGeometry(), QRect(0, 0, 800, 800));
+        f.window.resize(300, 900);
+        f.window.move(700, 10);
+        f.window.hide();
+        QTRY_VERIFY(!f.window.windowHandle()->isExposed());
+        QVERIFY(f.Show());
+        QCOMPARE(f.window.frameGeometry(), QRect(700, 10, 304, 904));
     }
 
     void goingToABoxSelectsItsText()
@@ -119,31 +132,127 @@ private slots:
         };
         const auto byFocus = [](Qt::FocusReason reason) { return [reason](QWidget &box) { box.setFocus(reason); }; };
         for (QWidget *box : std::initializer_list<QWidget *>{&line, &text}) {
-            const bool isLine = box == &line;
             QCOMPARE(selected(*box, by(Qt::LeftButton)), u"text"_s);
-            QCOMPARE(selected(*box, by(Qt::RightButton)), isLine ? u"text"_s : u""_s);
+            QCOMPARE(selected(*box, by(Qt::RightButton)), box == &line ? u"text"_s : u""_s);
             QCOMPARE(selected(*box, by(Qt::MiddleButton)), u""_s);
-            QCOMPARE(selected(*box, byFocus(Qt::TabFocusReason)), u"text"_s);
-            QCOMPARE(selected(*box, byFocus(Qt::BacktabFocusReason)), u"text"_s);
-            QCOMPARE(selected(*box, byFocus(Qt::ShortcutFocusReason)), u"text"_s);
+            for (const auto reason : {Qt::TabFocusReason, Qt::BacktabFocusReason, Qt::ShortcutFocusReason})
+                QCOMPARE(selected(*box, byFocus(reason)), u"text"_s);
             QCOMPARE(selected(*box, byFocus(Qt::ActiveWindowFocusReason)), u""_s);
-            // A second click sets the caret.
-            box->setFocus();
+            // A second click sets the caret, and a drag has chosen already.
             QCOMPARE(selected(*box, [&](QWidget &) { by(Qt::LeftButton)(*box), by(Qt::LeftButton)(*box); }), u""_s);
+            const auto drag = [&](QWidget &) {
+                QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, box->mapTo(&window, QPoint(4, 8)));
+                line.setSelection(0, 1);
+                QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, box->mapTo(&window, QPoint(4, 8)));
+            };
+            if (box == &line)
+                QCOMPARE(selected(*box, drag), u"t"_s);
         }
     }
 
-    void boxTellsDetails()
+    // What Enter answers, what is pressed, and the answer.
+    TABLE_TEST(aBoxAsksAsItIsTold,
+               (PromptAnswer byEnter, Qt::Key key, PromptAnswer answer, PromptIcon icon, QMessageBox::Icon shown),
+               {"no question", Ok, Qt::Key_Escape, Ok, PromptIcon::Information, QMessageBox::Information},
+               {"Enter is Yes", Yes, Qt::Key_Return, Yes, PromptIcon::Question, QMessageBox::Question},
+               {"Enter is No", No, Qt::Key_Return, No, PromptIcon::Exclamation, QMessageBox::Warning},
+               {"Escape is No", Yes, Qt::Key_Escape, No, PromptIcon::Critical, QMessageBox::Critical})
     {
-        WidgetPrompts prompts;
-        QTimer::singleShot(0, this, [] {
+        const MessageBoxRequest request{.text = u"<b>\r\ntwo"_s,
+                                        .icon = icon,
+                                        .buttons = byEnter == Ok ? PromptButtons::Ok : PromptButtons::YesNo,
+                                        .caption = answer == No ? u"Title"_s : QString(),
+                                        .defaultAnswer = byEnter,
+                                        .details = u"<i>\r\ntwo"_s};
+        QStringList told;
+        QTimer::singleShot(0, this, [&] {
             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-            QCOMPARE(box->text() + u'|' + box->detailedText(), u"<b>\ntwo|<i>\ntwo"_s);
-            QCOMPARE(box->textFormat(), Qt::PlainText);
-            QTest::keyClick(box, Qt::Key_Escape);
+            if (box->textFormat() == Qt::PlainText && box->icon() == shown)
+                told = QStringList{box->windowTitle(), box->text(), box->detailedText()};
+            QTest::keyClick(box, key);
         });
-        QCOMPARE(prompts.ShowMessageBox({.text = u"<b>\r\ntwo"_s, .details = u"<i>\r\ntwo"_s}, nullptr),
-                 PromptAnswer::Ok);
+        QCOMPARE(WidgetPrompts().ShowMessageBox(request, nullptr), answer);
+        QCOMPARE(told, (QStringList{answer == No ? u"Title"_s : ApplicationTitle(), u"<b>\ntwo"_s, u"<i>\ntwo"_s}));
+    }
+
+    // Whether overwriting is asked for, and the extension that a name gets.
+    TABLE_TEST(aFileIsAskedFor, (bool asks, const QString &extension, int result),
+               {"open", false, {}, QDialog::Accepted}, {"save", true, u"csv"_s, QDialog::Accepted},
+               {"canceled", false, u"csv"_s, QDialog::Rejected})
+    {
+        const QTemporaryDir home;
+        const FileDialogRequest request{.title = u"Which?"_s,
+                                        .filters = {{u"CSV"_s, {u"*.csv"_s, u"*.*"_s}}},
+                                        .initialPath = home.filePath(u"a.b.csv"_s),
+                                        .confirmOverwrite = asks,
+                                        .offeredFolder = home.path()};
+        QStringList told;
+        bool isAsked = false;
+        QTimer::singleShot(0, this, [&] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            if (dialog->sidebarUrls().contains(QUrl::fromLocalFile(home.path())))
+                told = QStringList{dialog->windowTitle(), dialog->nameFilters().join(u'|'), dialog->defaultSuffix()} +
+                       dialog->selectedFiles();
+            isAsked = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
+            static_cast<QDialog *>(dialog)->done(result);
+        });
+        const auto ask = extension.isEmpty() ? &Prompts::AskOpenFile : &Prompts::AskSaveFile;
+        WidgetPrompts prompts;
+        QCOMPARE((prompts.*ask)(request, nullptr), result == QDialog::Accepted ? request.initialPath : QString());
+        QCOMPARE(told, (QStringList{u"Which?"_s, u"CSV (*.csv *)"_s, extension, request.initialPath}));
+        QVERIFY(extension.isEmpty() || isAsked == asks);
+    }
+
+    void nothingStartsWhileItGoesOnOrSoonAfter()
+    {
+        constexpr auto kQuiet = 100ms;
+        StartGuard guard(kQuiet);
+        int started = 0;
+        const auto tryAgain = [&] { guard.Start([&started] { ++started; }); };
+        guard.Start([&] {
+            QTest::qWait(kQuiet.count() + 20);
+            tryAgain();
+            QTest::qWait(kQuiet.count() + 20);
+        });
+        QElapsedTimer sinceEnd;
+        sinceEnd.start();
+        while (started == 0 && sinceEnd.elapsed() < 3 * kQuiet.count()) { // each of them counts
+            tryAgain();
+            QTest::qWait(5);
+        }
+        QCOMPARE(started, 0);
+        QTest::qWait(kQuiet.count() + 20);
+        tryAgain();
+        QCOMPARE(started, 1);
+        const auto fail = [] { throw Error(1, {}, {}); };
+        StartGuard another(0ms);
+        QVERIFY_EXCEPTION_THROWN(another.Start(fail), Error);
+        QVERIFY(!another.IsGoingOn());
+    }
+
+    TABLE_TEST(aOneLineBoxTakesTextPlain, (const QString &way), u"menu", u"drop")
+    {
+        OneLineEdit box;
+        box.setText(u"1"_s);
+        QMimeData data;
+        data.setText(u"\u200E 2\u00A0\n"_s);
+        if (way == u"drop") {
+            QDragEnterEvent enter({}, Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(&box, &enter);
+            QDropEvent drop(box.rect().topRight(), Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(&box, &drop);
+        } else {
+            QApplication::clipboard()->setText(data.text());
+            QTimer::singleShot(0, this, [] {
+                auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+                for (QAction *entry : menu->actions())
+                    entry->text().startsWith(u"&Paste"_s) ? entry->trigger() : void();
+                menu->close();
+            });
+            QContextMenuEvent asks(QContextMenuEvent::Keyboard, {}, {});
+            QApplication::sendEvent(&box, &asks);
+        }
+        QCOMPARE(box.text(), u"12"_s);
     }
 };
 

@@ -77,7 +77,8 @@ private:
         QStringList filters;
         for (const FileFilter &filter : file.filters)
             filters += filter.name + u':' + filter.patterns.join(u' ');
-        return QStringList{file.title, filters.join(u'|'), file.initialPath, QString::number(file.confirmOverwrite)}
+        return QStringList{file.title, filters.join(u'|'), file.initialPath, QString::number(file.confirmOverwrite),
+                           file.offeredFolder}
             .join(u'|');
     }
 

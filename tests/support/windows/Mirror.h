@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QAbstractItemModel>
+#include <QAbstractItemModelTester>
 #include <QObject>
 
 /// What a view was told of its model: texts that only the model's signals refresh. Where they are not what the model
@@ -17,14 +17,16 @@ public:
         connect(model, &QAbstractItemModel::layoutChanged, this, &Mirror::ReadAll);
         connect(model, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &, int first, int last) {
             for (int row = first; row <= last; ++row)
-                m_rows.insert(row, Text(row));
+                m_rows.insert(row, Cells(row));
         });
         connect(model, &QAbstractItemModel::rowsRemoved, this,
                 [this](const QModelIndex &, int first, int last) { m_rows.remove(first, last - first + 1); });
         connect(model, &QAbstractItemModel::dataChanged, this,
                 [this](const QModelIndex &first, const QModelIndex &last) {
-                    for (int row = first.row(); row <= last.row(); ++row)
-                        m_rows[row] = Text(row);
+                    for (int row = first.row(); row <= last.row(); ++row) {
+                        for (int column = first.column(); column <= last.column(); ++column)
+                            m_rows[row][column] = Cells(row)[column];
+                    }
                 });
     }
 
@@ -32,27 +34,28 @@ public:
     [[nodiscard]] QString Stale() const
     {
         for (int row = 0; row < qMax(m_rows.size(), m_model->rowCount()); ++row) {
-            if (m_rows.value(row) != Text(row))
-                return QStringLiteral("row %1: %2 instead of %3").arg(row).arg(m_rows.value(row), Text(row));
+            if (m_rows.value(row) != Cells(row))
+                return QString::number(row) + QStringLiteral(": ") + (m_rows.value(row) + Cells(row)).join(u'|');
         }
         return {};
     }
 
 private:
-    [[nodiscard]] QString Text(int row) const
+    [[nodiscard]] QStringList Cells(int row) const
     {
         QStringList cells;
         for (int column = 0; column < m_model->columnCount(); ++column)
             cells += m_model->index(row, column).data().toString();
-        return cells.join(u'|');
+        return cells;
     }
     void ReadAll()
     {
         m_rows.clear();
         for (int row = 0; row < m_model->rowCount(); ++row)
-            m_rows += Text(row);
+            m_rows += Cells(row);
     }
 
     QAbstractItemModel *m_model;
-    QStringList m_rows;
+    QAbstractItemModelTester m_tester{m_model};
+    QList<QStringList> m_rows;
 };

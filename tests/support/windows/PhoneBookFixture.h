@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Mirror.h"
 #include "WindowFixture.h"
 
-#include <QAbstractItemModelTester>
 #include <QHeaderView>
 #include <QMenu>
 #include <QStatusBar>
@@ -19,11 +19,17 @@ struct PhoneBookFixture : WindowFixture
         Add(QStringLiteral("Élan"), QStringLiteral("07971001234"));
     }
 
+    ~PhoneBookFixture()
+    {
+        for (const Mirror *mirror : mirrors)
+            QTest::qCompare(mirror->Stale(), QString(), "told", "shown", __FILE__, __LINE__);
+    }
+
     void Open()
     {
         phoneBook.show();
         for (const QTreeView *list : {&Groups(), &Contacts()})
-            new QAbstractItemModelTester(list->model(), list->model());
+            mirrors += new Mirror(list->model());
         QVERIFY(QTest::qWaitForWindowActive(&phoneBook));
     }
 
@@ -57,6 +63,13 @@ struct PhoneBookFixture : WindowFixture
             letters += count == 0 ? QString() : count == twins.size() ? QString(letter) : letter + QStringLiteral("?");
         }
         return letters;
+    }
+
+    /// The next box must ask whether to delete; Enter would answer No.
+    void ExpectDeleteQuestion(const QString &what, PromptAnswer answer)
+    {
+        prompts.ExpectCarefulQuestion(QStringLiteral("Are you sure you want to %1 your phone book?").arg(what),
+                                      PromptIcon::Question, answer, QStringLiteral("Delete Contacts?"));
     }
 
     /// Presses and lets go of a button over a row's name.
@@ -95,5 +108,16 @@ struct PhoneBookFixture : WindowFixture
                Book().GroupsExcludingAllContacts().AsString(QStringLiteral(","));
     }
 
+    QList<Mirror *> mirrors;
     LxGroup &work = Book().Groups().CreateGroup(QStringLiteral("Work"));
+};
+
+/// The same, shown, with the group of this row chosen.
+struct OpenPhoneBook : PhoneBookFixture
+{
+    explicit OpenPhoneBook(int group = 0)
+    {
+        Open();
+        ChooseGroup(group);
+    }
 };

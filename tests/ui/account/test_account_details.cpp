@@ -1,7 +1,10 @@
 #include "AccountDetails.h"
 #include "Dialogs.h"
 #include "GatewayProtocol.h"
+#include "OrderPage.h"
+#include "Rows.h"
 #include "ScriptedPeer.h"
+#include "VendorPages.h"
 #include "WindowFixture.h"
 
 #include <QClipboard>
@@ -15,94 +18,148 @@ class TestAccountDetails final : public QObject
 {
     Q_OBJECT
 
-    struct Fixture : WindowFixture
+    struct Fixture : WindowFixture, PostRunner
     {
-        /// User name and address as they are stored.
-        [[nodiscard]] QString Stored() const
+        /// User name, password and address as they are stored.
+        void Store(const QStringList &account)
         {
-            return settings.Get(u"Account"_s, u"Username"_s) + u'|' +
-                   settings.Get(u"Account"_s, u"ReplyEmailAddress"_s);
+            for (int i = 0; i < account.size(); ++i)
+                settings.Save(u"Account"_s, keys[i], account[i]);
+        }
+        [[nodiscard]] QStringList Stored() const
+        {
+            QStringList account;
+            for (const QString &key : keys)
+                account += settings.Get(u"Account"_s, key);
+            return account;
         }
 
-        AccountDetails dialog{services, gateway, nullptr};
-        QLineEdit &email = Control<QLineEdit>(dialog, "txtEmail");
+        /// Clicks a button of a new dialog.
+        void Click(const char *button)
+        {
+            AccountDetails dialog(services, {settings, posts, *this}, nullptr);
+            Control<QPushButton>(dialog, button).click();
+            prompts.VerifyAllCame();
+        }
+
+        void Run(CGIPost &post, QObject *owner) override { isCanceled ? post.Cancel() : runner.Run(post, owner); }
+        bool isCanceled = false;
+        const QStringList keys{u"Username"_s, u"Password"_s, u"ReplyEmailAddress"_s};
     };
 
 private slots:
-    void typingIsStoredAtOnceAndTheAddressWithOk()
+    // What is done with the address, "-" for nothing, and the button; which address is stored then.
+    TABLE_TEST(theAddressIsStoredWithOk, (const QString &act, const QString &stored), u"- cmdOK -> a@b.example",
+               u" cmdOK -> ", u"c@d.example cmdOK -> c@d.example", u"c@d.example cmdCancel -> a@b.example",
+               u"nobody cmdOK -> a@b.example")
     {
         Fixture f;
-        QTest::keyClicks(&Control<QLineEdit>(f.dialog, "txtUserName"), u"ann"_s);
-        QTest::keyClicks(&Control<QLineEdit>(f.dialog, "txtPassword"), u"<p&w>"_s);
-        f.email.setText(u"a@b.example"_s);
-        QTest::keyClick(&f.dialog, Qt::Key_Escape);
-        QCOMPARE(f.Stored(), u"ann|"_s);
-        QCOMPARE(f.settings.Get(u"Account"_s, u"Password"_s), u"<p&w>"_s);
-
-        AccountDetails hinting(f.services, f.gateway, nullptr);
-        hinting.accept(); // the example that stands there is no address
-        QCOMPARE(f.Stored(), u"ann|"_s);
-        f.dialog.accept();
-        QCOMPARE(f.Stored(), u"ann|a@b.example"_s);
-        f.email.setText(u"nobody"_s);
-        f.prompts.ExpectBox(u"Please enter a valid email address, or leave the Reply-To Email box blank."_s,
-                            PromptIcon::Exclamation, PromptAnswer::Ok, u"Reply-To Email"_s);
-        f.dialog.accept();
-        QCOMPARE(f.Stored(), u"ann|a@b.example"_s);
-        QCOMPARE(f.email.selectedText(), u"nobody"_s);
-        QCOMPARE(f.dialog.focusWidget(), &f.email);
+        f.Store({u"ann"_s, u"<p&w>"_s, u"a@b.example"_s});
+        AccountDetails dialog(f.services, f.gateway, nullptr);
+        auto &email = Control<QLineEdit>(dialog, "txtEmail");
+        const QString typed = act.section(u' ', 0, 0);
+        if (typed != u"-")
+            email.setText(typed);
+        const bool isRefused = typed == u"nobody";
+        if (isRefused)
+            f.prompts.ExpectBox(u"Please enter a valid email address, or leave the Reply-To Email box blank."_s,
+                                PromptIcon::Exclamation, PromptAnswer::Ok, u"Reply-To Email"_s);
+        dialog.show();
+        Control<QPushButton>(dialog, act.section(u' ', 1).toLatin1()).click();
+        QCOMPARE(f.Stored(), (QStringList{u"ann"_s, u"<p&w>"_s, stored}));
+        QVERIFY(dialog.isVisible() == isRefused && email.hasSelectedText() == isRefused);
+        QCOMPARE(dialog.focusWidget() == &email, isRefused);
     }
 
-    void pastedAccountIsMadePlain()
+    void typingIsStoredAtOnceButTheHintIsNoAddress()
     {
         Fixture f;
+        AccountDetails dialog(f.services, f.gateway, nullptr);
+        dialog.show();
+        dialog.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
         QApplication::clipboard()->setText(u"\u200E ann\u00A0\n"_s);
-        const auto byKey = [](QLineEdit &box) { QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier); };
-        const auto byMenu = [](QLineEdit &box) {
-            QTimer::singleShot(0, &box, [] { QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_P); });
-            QContextMenuEvent opening(QContextMenuEvent::Mouse, {5, 5}, {5, 5});
-            QApplication::sendEvent(&box, &opening);
+        const auto paste = [&dialog](const char *name) {
+            auto &box = Control<QLineEdit>(dialog, name);
+            QTest::mouseClick(&box, Qt::LeftButton);
+            QCoreApplication::processEvents();
+            QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+            return box.text();
         };
-        f.dialog.show();
-        for (const char *name : {"txtUserName", "txtPassword", "txtEmail"}) {
-            auto &box = Control<QLineEdit>(f.dialog, name);
-            for (const auto &paste : {std::function<void(QLineEdit &)>(byKey), {byMenu}}) {
-                box.clear();
-                paste(box);
-                QCOMPARE(box.text(), u"ann"_s);
-            }
+        for (const bool hasName : {false, true}) {
+            for (const char *button : {"cmdBalance", "cmdBuyMessages"})
+                QCOMPARE(Control<QPushButton>(dialog, button).isEnabled(), hasName);
+            QVERIFY(hasName || paste("txtUserName") + paste("txtPassword") == u"annann");
         }
+        QCOMPARE(paste("txtEmail"), u"ann"_s); // in place of the hint
+        f.Click("cmdOK");
+        QCOMPARE(f.Stored(), (QStringList{u"ann"_s, u"ann"_s, {}}));
+    }
+
+    // The user name and the address.
+    TABLE_TEST(aPageIsOpenedForTheAccount, (const QString &account, const QString &query), u" -> ",
+               u"a&b -> ?username=a%26b&email=", u" a@b -> ?username=&email=a%40b")
+    {
+        Fixture f;
+        f.UseGateway(u"gateway.test"_s);
+        f.Store({account.section(u' ', 0, 0), {}, account.section(u' ', 1)});
+        f.Click("cmdOpenAccount");
+        f.Click("cmdBuyMessages"); // which is off without a user name
+        OrderPage::BuyMessages(f.services, nullptr);
+        const QString order = u"http://gateway.test/brevio/order.html"_s;
+        QCOMPARE(f.shell.opened, QStringList{order} + QStringList(account.startsWith(u'a') ? 2 : 1, order + query));
+    }
+
+    void aPageThatCannotBeOpenedIsTold()
+    {
+        Fixture f;
+        f.UseGateway(u"gateway.test"_s);
+        f.shell.opens = false;
+        f.prompts.ExpectBox(u"No web browser could be opened. Please open this page yourself:\r\n\r\n"
+                            "http://gateway.test/brevio/order.html"_s,
+                            PromptIcon::Exclamation);
+        f.Click("cmdOpenAccount");
+        f.prompts.ExpectBox(u"No mail program could be opened. Please write to:\r\n\r\na@b.example"_s,
+                            PromptIcon::Exclamation);
+        VendorPages::OpenAddress(u"mailto:a@b.example"_s, f.services, nullptr);
+        f.UseGateway(u"no host"_s);
+        const QString why = u"The gateway's host in the settings is not valid: no host"_s;
+        f.prompts.ExpectBox(why, PromptIcon::Exclamation);
+        f.Click("cmdOpenAccount");
+        f.prompts.ExpectBox(why, PromptIcon::Exclamation, PromptAnswer::Ok, u"Account Balance"_s);
+        f.Click("cmdBalance");
     }
 
     void theBalanceIsTold()
     {
         Fixture f;
-        f.settings.Save(u"Account"_s, u"Password"_s, u"se cret"_s);
-        const auto ask = [&f](const QByteArray &reply) {
-            ScriptedPeer peer({.pieces = {ScriptedPeer::Ok(reply)}});
+        f.Store({u"ann"_s, u"se cret"_s});
+        const auto ask = [&f](const QByteArray &reply, const QString &text, PromptAnswer answer = PromptAnswer::Ok,
+                              const QString &details = {}) {
+            const ScriptedPeer peer({.pieces = {ScriptedPeer::Ok(reply)}});
             f.UseGateway(peer.Address());
-            AccountDetails dialog(f.services, f.gateway, nullptr);
-            Control<QPushButton>(dialog, "cmdBalance").click();
+            const auto icon = text.startsWith(u'U') ? PromptIcon::Information : PromptIcon::Exclamation;
+            f.prompts.ExpectBox(text, icon, answer, u"Account Balance"_s, details);
+            f.Click("cmdBalance");
             QCOMPARE(peer.Posts(), 1);
             const QString document = SendingSMS::BuildBalanceRequest(u"ann"_s, u"se cret"_s);
             QVERIFY(peer.Received().endsWith("\r\n\r\n" + SendingSMS::FormBody(document)));
         };
-        const auto caption = u"Account Balance"_s;
-        f.prompts.ExpectBox(u"Username: ann\r\nBalance: 40 Messages Remaining"_s, PromptIcon::Information,
-                            PromptAnswer::Ok, caption);
-        ask("<LOGON>OK</LOGON><BAL>40</BAL>");
-        f.prompts.ExpectBox(
-            u"Logon Failed.\r\n\r\nPlease open a Brevio account, or check your username and password if "
-            "you have one already.\r\n\r\nDo you want to open a Brevio account now?"_s,
-            PromptIcon::Exclamation, PromptAnswer::No, caption);
-        ask("<LOGON>FAIL</LOGON><ERR>3</ERR>");
-        for (const auto &[reply, details] : {std::pair("<ERR>7</ERR>", u"Error 7"_s),
-                                             {"<LOGON>OK</LOGON>", u"The reply does not tell the balance."_s}}) {
-            f.prompts.ExpectBox(u"Could not connect over the internet to Corvane. Unable to get balance.\r\n\r\n"
-                                "Please check you are connected to the internet."_s,
-                                PromptIcon::Exclamation, PromptAnswer::Ok, caption, details);
-            ask(reply);
+        ask("<LOGON>OK</LOGON><BAL>0</BAL>", u"Username: ann\r\nBalance: 0 Messages Remaining"_s);
+        for (const PromptAnswer answer : {PromptAnswer::No, PromptAnswer::Yes}) {
+            QCOMPARE(f.shell.opened.size(), 0);
+            ask("<LOGON>FAIL</LOGON><ERR>3</ERR>",
+                u"Logon Failed.\r\n\r\nPlease open a Brevio account, or check your username and password if "
+                "you have one already.\r\n\r\nDo you want to open a Brevio account now?"_s,
+                answer);
         }
+        QCOMPARE(f.shell.opened.size(), 1);
+        const auto failed = u"Could not connect over the internet to Corvane. Unable to get balance.\r\n\r\n"
+                            "Please check you are connected to the internet."_s;
+        ask("<ERR>7</ERR>", failed, PromptAnswer::Ok, u"Error 7"_s);
+        ask("<LOGON>OK</LOGON>", failed, PromptAnswer::Ok, u"The reply does not tell the balance."_s);
+        f.isCanceled = true;
+        f.Click("cmdBalance");
     }
 };
 

@@ -3,11 +3,13 @@
 #include "LxContactList.h"
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
+#include "Rows.h"
 #include "SampleCountries.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace ContactColumns;
 
 class TestContactOrder final : public QObject
 {
@@ -50,39 +52,22 @@ class TestContactOrder final : public QObject
     };
 
 private slots:
-    void sortsByTextThenByGroupOrder_data()
+    TABLE_TEST(sortsByTextThenByGroupOrder, (int column, Qt::SortOrder direction, const QString &rows),
+               {"names up, equal ones in the group's order", Name, Qt::AscendingOrder, u"8 6 7 1 5 3 2 4"_s},
+               {"names down, equal ones in the group's order", Name, Qt::DescendingOrder, u"4 2 3 1 5 7 6 8"_s},
+               {"numbers as they are shown", Mobile, Qt::AscendingOrder, u"7 5 3 1 8 6 4 2"_s})
     {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<Qt::SortOrder>("direction");
-        QTest::addColumn<QString>("rows");
-        QTest::newRow("names up, equal ones in the group's order")
-            << int(ContactColumns::Name) << Qt::AscendingOrder << u"8 6 7 1 5 3 2 4"_s;
-        QTest::newRow("names down, equal ones in the group's order")
-            << int(ContactColumns::Name) << Qt::DescendingOrder << u"4 2 3 1 5 7 6 8"_s;
-        QTest::newRow("numbers as they are shown")
-            << int(ContactColumns::Mobile) << Qt::AscendingOrder << u"7 5 3 1 8 6 4 2"_s;
-    }
-    void sortsByTextThenByGroupOrder()
-    {
-        QFETCH(const int, column);
-        QFETCH(const Qt::SortOrder, direction);
         Fixture f;
         f.order.SortBy(column, direction);
         f.order.Fill(f.book.AllContacts(), {});
-        QTEST(f.Rows(), "rows");
+        QCOMPARE(f.Rows(), rows);
     }
 
-    void lettersSortBesideTheirPlainOnes_data()
+    TABLE_TEST(lettersSortBesideTheirPlainOnes, (const QString &text, const QString &key), u"Éİ -> ei", u"ıŁ -> il",
+               u"ØǾ -> oo", u"ßẞ -> ssss", u"ĐĦŦ -> dht", u"ÆŒ -> aeoe", u"Я -> я", u"A Z -> a z")
     {
-        QTest::addColumn<QString>("key");
-        const std::pair<const char *, const char *> rows[] = {{"Éa", "ea"},  {"İa", "ia"}, {"ıa", "ia"},  {"Ła", "la"},
-                                                              {"Øa", "oa"},  {"Ǿa", "oa"}, {"ßa", "ssa"}, {"ẞa", "ssa"},
-                                                              {"Đa", "da"},  {"Ħa", "ha"}, {"Ŧa", "ta"},  {"Æa", "aea"},
-                                                              {"Œa", "oea"}, {"Яa", "яa"}, {"A Z", "a z"}};
-        for (const auto &[text, key] : rows)
-            QTest::newRow(text) << QString::fromUtf8(key);
+        QCOMPARE(SortKey(text), key);
     }
-    void lettersSortBesideTheirPlainOnes() { QTEST(SortKey(QString::fromUtf8(QTest::currentDataTag())), "key"); }
 
     void newAndGoneMembersKeepTheOrder()
     {

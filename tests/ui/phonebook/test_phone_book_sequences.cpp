@@ -1,10 +1,8 @@
 #include "Files.h"
 #include "Mirror.h"
 #include "PhoneBookWindow.h"
-#include "RowKeys.h"
 #include "YesPrompts.h"
 
-#include <QAbstractItemModelTester>
 #include <QHeaderView>
 #include <QPlainTextEdit>
 #include <QRandomGenerator>
@@ -36,7 +34,7 @@ class TestPhoneBookSequences final : public QObject, private YesProfile, private
             name->setText(u"N"_s + Name());
             Control<QLineEdit>(*dialog, "txtMobile").setText(u"0%1"_s.arg(7700900000 + m_random.bounded(1000)));
         }
-        if (auto *list = dialog->findChild<QPlainTextEdit *>(u"txtExclude"_s))
+        if (auto *list = dialog->findChild<QPlainTextEdit *>())
             list->setPlainText(Name() + u'\n' + Name());
         m_random.bounded(4) ? dialog->accept() : dialog->reject();
     }
@@ -44,12 +42,11 @@ class TestPhoneBookSequences final : public QObject, private YesProfile, private
     /// Gives a command at random, at times after a change of what it is for, and says which.
     QString Act()
     {
-        const QStringList entries =
-            u"mnuNewGroup mnuAddContactsToNewGroup mnuAddContactsToExistingGroup mnuAddContactsToExistingGroup "
-            "mnuRemoveContactsFromAllGroups mnuRemoveContactsFromThisGroup mnuDelete mnuPopupDeleteContacts "
-            "mnuPopupDeleteGroup mnuMergeDuplicates mnuExclude mnuBackup mnuRestore mnuContactsImport mnuAddContact "
-            "mnuAddContact mnuAddContact mnuEditContact "
-            "rename rename find sort close"_s.split(u' ');
+        static const QStringList entries =
+            u"mnuNewGroup mnuAddContactsToNewGroup mnuAddContactsToExistingGroup mnuRemoveContactsFromAllGroups "
+            "mnuRemoveContactsFromThisGroup mnuDelete mnuPopupDeleteContacts mnuPopupDeleteGroup mnuMergeDuplicates "
+            "mnuExclude mnuBackup mnuRestore mnuContactsImport mnuAddContact mnuAddContact mnuAddContact "
+            "mnuEditContact rename rename find sort close"_s.split(u' ');
         QTreeView &list = m_random.bounded(2) ? Groups() : Contacts();
         list.setFocus();
         if (m_random.bounded(2)) {
@@ -57,18 +54,16 @@ class TestPhoneBookSequences final : public QObject, private YesProfile, private
             QTest::keyClick(&list, Qt::Key_Down, Qt::ShiftModifier);
         }
         const QString &entry = entries[m_random.bounded(int(entries.size()))];
-        if (entry == u"rename") {
+        if (entry == u"rename")
             QTest::keyClick(&list, Qt::Key_F2);
-        } else if (entry == u"find") {
+        else if (entry == u"find")
             Find().setText(m_random.bounded(2) ? QString() : Name().left(1));
-        } else if (entry == u"sort") {
+        else if (entry == u"sort")
             emit Contacts().header()->sectionClicked(m_random.bounded(3));
-        } else if (entry == u"close") {
-            phoneBook.close();
+        else if (entry == u"close" && phoneBook.close())
             phoneBook.show();
-        } else {
+        else if (entry != u"close")
             Trigger(entry);
-        }
         for (const QTreeView *edited : {&Groups(), &Contacts()}) {
             if (QLineEdit *editor = Editor(*edited)) {
                 editor->setText(Name());
@@ -84,42 +79,15 @@ class TestPhoneBookSequences final : public QObject, private YesProfile, private
     QString Wrong()
     {
         QStringList names;
-        for (const LxGroup *group : book.Groups()) {
+        for (const LxGroup *group : book.Groups())
             names += group->Name();
-            int members = 0;
-            for (const LxContactPtr &contact : book.AllContacts())
-                members += contact->Groups().Contains(*group) ? 1 : 0;
-            if (members != group->Count())
-                return u"the members of "_s + group->Name();
-        }
-        if (names.removeDuplicates() != 0)
-            return u"two groups of one name"_s;
-        const QModelIndex chosen = Groups().currentIndex();
-        names[chosen.row()] += u"*<"_s;
+        names[Groups().currentIndex().row()] += u"*<"_s;
         if (Rows(Groups()) != names.join(u' '))
             return u"the groups: "_s + Rows(Groups());
-
-        QSet<int> shown;
-        const QAbstractItemModel &contacts = *Contacts().model();
-        for (int row = 0; row < contacts.rowCount(); ++row)
-            shown += RowKeys::IdentityOf(contacts.index(row, 0).data(RowKeys::kKeyRole).toString());
-        int alive = 0;
-        for (const LxContactPtr &contact : book.AllContacts())
-            alive += shown.contains(contact->ContactID()) ? 1 : 0;
-        if (alive != contacts.rowCount())
-            return u"a row too many"_s;
-        const QString typed = Find().text();
-        const int groupID = RowKeys::IdentityOf(chosen.data(RowKeys::kKeyRole).toString());
-        for (const LxContactPtr &contact : book.Groups().GetGroup(groupID)) {
-            if ((typed.isEmpty() || contact->Match(typed, false)) && !shown.contains(contact->ContactID()))
-                return u"no row for "_s + contact->Name();
-        }
-
         for (const Mirror *mirror : m_mirrors) {
             if (const QString stale = mirror->Stale(); !stale.isEmpty())
                 return stale;
         }
-
         const QString copy = home.filePath(u"copy.kpb"_s);
         book.Backup(copy);
         return ReadBytes(copy) == ReadBytes(book.FileName()) ? QString() : u"the file"_s;
@@ -143,10 +111,8 @@ private slots:
         settings.Save(u"Import Contacts"_s, u"FileName"_s, home.filePath(u"people"_s));
         phoneBook.LoadData();
         phoneBook.show();
-        for (const QTreeView *list : {&Groups(), &Contacts()}) {
-            new QAbstractItemModelTester(list->model(), this);
+        for (const QTreeView *list : {&Groups(), &Contacts()})
             m_mirrors += new Mirror(list->model());
-        }
         QTimer answers;
         answers.callOnTimeout(this, [this] { AnswerDialog(); });
         answers.start(0);

@@ -1,5 +1,6 @@
 #include "Dialogs.h"
 #include "Files.h"
+#include "Icons.h"
 #include "Profile.h"
 #include "SendResults.h"
 #include "SendResultsModel.h"
@@ -17,64 +18,76 @@ class TestSendResults final : public QObject
 {
     Q_OBJECT
 
+    struct Fixture : Profile
+    {
+        Settings settings{Settings::DefaultFileName(), prompts};
+        const WindowServices services{settings, prompts, shell};
+        LxMessageRequests requests{
+            {u"+447700900123"_s, u"Ann \"A\" Lee"_s, u"one\r\ntwo"_s, LxMessageResponse{7, true, {}}},
+            {u"+33612345678"_s, u"Zoë"_s, {}, LxMessageResponse{0, false, u"A & <b>"_s}},
+            {u"+1555"_s, u"Bob"_s, u"Hi"_s, std::nullopt}};
+    };
+
 private slots:
     void theListIsSavedAsCsv()
     {
-        Profile f;
-        Settings settings(Settings::DefaultFileName(), f.prompts);
-        SendResults window({settings, f.prompts, f.shell}, nullptr);
+        Fixture f;
+        SendResults window(f.services, nullptr);
         const QAbstractItemModelTester tester(Control<QTreeView>(window, "lvwSendResults").model());
-        window.Results({{u"+447700900123"_s, u"Ann \"A\" Lee"_s, u"one\r\ntwo"_s, LxMessageResponse{7, true, {}}},
-                        {u"+33612345678"_s, u"Zoë, <b>"_s, {}, LxMessageResponse{0, false, u"A & <b>"_s}},
-                        {u"+1555"_s, u"Bob"_s, u"Hi"_s, std::nullopt}});
+        window.Results(f.requests);
         const QString path = f.home.filePath(u"results.csv"_s);
-        for (const QString &answer : {path, QString()}) {
+        const QString gone = f.home.filePath(u"gone/results.csv"_s);
+        for (const QString &answer : {path, gone, QString()}) {
             f.prompts.ExpectAnyFileDialog(answer);
+            if (answer == gone)
+                f.prompts.ExpectBox(u"The results could not be saved to a file: No such file or directory"_s,
+                                    PromptIcon::Information, PromptAnswer::Ok, u"Save Results Failed"_s);
             Control<QPushButton>(window, "cmdSave").click();
         }
+        QCOMPARE(f.settings.Get(u"Send Results"_s, u"File"_s), gone);
         QCOMPARE(ReadBytes(path), "\"Status\",\"Name\",\"Mobile\",\"Message\"\r\n"
                                   "\"Sent\",\"Ann \"\"A\"\" Lee\",\"+447700900123\",\"one\r\ntwo\"\r\n"
-                                  "\"Not sent\",\"Zo\xEB, <b>\",\"+33612345678\",\"\"\r\n"
+                                  "\"Not sent\",\"Zo\xEB\",\"+33612345678\",\"\"\r\n"
                                   "\"Not sent\",\"Bob\",\"+1555\",\"Hi\"\r\n");
     }
 
     void showsWholeNumbersAndReasons()
     {
-        Profile f;
-        Settings settings(Settings::DefaultFileName(), f.prompts);
-        LxMessageRequests requests(600, {u"+1"_s, u"Ann"_s, u"Hi"_s, LxMessageResponse{7, true, {}}});
-        requests[1].Response = LxMessageResponse{0, false, u"<b>No credit</b>"_s};
-        requests[2].Response.reset();
-        requests[500].InternationalMobile = u"+447700900123456"_s;
-        requests[501].Name = QString(400, u'x');
+        Fixture f;
+        std::swap(f.requests[0], f.requests[1]);
+        f.requests.resize(1500, f.requests[1]);
+        f.requests[1400].InternationalMobile = u"+447700900123456"_s;
+        f.requests[1401].Name = QString(400, u'x');
         QFont large = QApplication::font();
         large.setPointSizeF(1.5 * large.pointSizeF());
         for (const QFont &font : {QApplication::font(), large}) {
-            SendResults window({settings, f.prompts, f.shell}, nullptr);
+            SendResults window(f.services, nullptr);
             window.setFont(font);
-            window.Results(requests);
+            window.Results(f.requests);
             window.show();
             auto &list = Control<QTreeView>(window, "lvwSendResults");
-            QVERIFY(list.columnWidth(SendResultsModel::Mobile) >
-                    list.fontMetrics().horizontalAdvance(requests[500].InternationalMobile));
-            const int left = list.viewport()->width() - list.columnViewportPosition(SendResultsModel::Message);
-            QVERIFY(left >= list.fontMetrics().horizontalAdvance(QString(10, u'x')));
-            QStringList reasons;
+            const auto widthOf = [&list](const QString &text) { return list.fontMetrics().horizontalAdvance(text); };
+            QVERIFY(list.columnWidth(SendResultsModel::Mobile) > widthOf(f.requests[1400].InternationalMobile));
+            QVERIFY(list.viewport()->width() - list.columnViewportPosition(SendResultsModel::Message) >=
+                    widthOf(QString(10, u'x')));
+            QStringList shown;
             for (const int row : {0, 1, 2}) {
-                list.setCurrentIndex(list.model()->index(row, 0));
-                reasons += Control<QLabel>(window, "lblReason").text();
+                const QModelIndex index = list.model()->index(row, 0);
+                shown += Control<QLabel>(window, "lblReason").text() + index.data(Qt::ToolTipRole).toString();
+                QCOMPARE(index.data(Qt::DecorationRole).value<QIcon>().pixmap(16).toImage(),
+                         Icons::Get(row == 1 ? "tick"_L1 : "cross"_L1).pixmap(16).toImage());
+                list.setCurrentIndex(index.siblingAtRow(row + 1));
             }
-            QCOMPARE(reasons, (QStringList{{}, u"<b>No credit</b>"_s, {}}));
+            QCOMPARE(shown, (QStringList{u"A & <b><span>A &amp; &lt;b&gt;</span>"_s, {}, {}}));
         }
     }
 
     void comesBackAsItWasLeft()
     {
-        Profile f;
-        Settings settings(Settings::DefaultFileName(), f.prompts);
+        Fixture f;
         for (const bool isFirst : {true, false}) {
-            SendResults window({settings, f.prompts, f.shell}, nullptr);
-            window.Results({{u"+447700900123"_s, u"Ann"_s, u"Hi"_s, std::nullopt}});
+            SendResults window(f.services, nullptr);
+            window.Results(f.requests);
             window.show();
             auto &list = Control<QTreeView>(window, "lvwSendResults");
             if (isFirst) {
@@ -83,7 +96,7 @@ private slots:
             }
             QCOMPARE(window.size(), QSize(543, 321));
             QCOMPARE(list.columnWidth(SendResultsModel::Mobile), 77);
-            window.reject();
+            Control<QPushButton>(window, "cmdClose").click();
         }
     }
 };
