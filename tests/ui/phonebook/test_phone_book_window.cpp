@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSplitter>
 
 using namespace Qt::StringLiterals;
@@ -225,10 +226,12 @@ private slots:
     {
         OpenPhoneBook f;
         f.Trigger(u"mnuNewGroup"_s);
-        f.Editor(f.Groups())->setText(u"Club"_s);
+        QTest::keyClicks(f.Editor(f.Groups()), u"Club"_s);
+        QTest::keyClick(f.Editor(f.Groups()), Qt::Key_Home);
+        QTest::keyClicks(f.Editor(f.Groups()), u"A "_s);
         f.Trigger(u"mnuNewGroup"_s);
         f.phoneBook.CreateNewGroup(false);
-        QCOMPARE(f.Rows(f.Groups()), u"Everyone Work Club New Group New Group (2)*<"_s);
+        QCOMPARE(f.Rows(f.Groups()), u"Everyone Work A Club New Group New Group (2)*<"_s);
     }
 
     TABLE_TEST(deletingLeavesTheNextRowCurrent, (int count), {"few, row by row", 2}, {"many, at once", 20})
@@ -245,6 +248,21 @@ private slots:
         QCOMPARE(f.Status(), u"%1 contacts"_s.arg(34 - count));
         QVERIFY(f.Contacts().hasFocus() && !f.Contacts().selectionModel()->hasSelection());
         QCOMPARE(f.Contacts().currentIndex().data().toString(), u"M%1"_s.arg(12 + count));
+
+        // A group's new name leaves its list where it was, another group begins at the top.
+        for (const LxContactPtr &contact : f.Book().AllContacts())
+            f.work.Add(contact);
+        f.ChooseGroup(1);
+        f.phoneBook.resize(500, 200);
+        f.Contacts().scrollToBottom();
+        const QScrollBar &bar = *f.Contacts().verticalScrollBar();
+        const int bottom = bar.value();
+        f.Trigger(u"mnuEditGroupName"_s);
+        QTest::keyClicks(f.Editor(f.Groups()), u"Club\r"_s);
+        QTRY_COMPARE(f.work.Name(), u"Club"_s);
+        QVERIFY(bottom > 0 && bar.value() == bottom);
+        f.ChooseGroup(0);
+        QCOMPARE(bar.value(), 0);
     }
 
     TABLE_TEST(findingStaysWithinTheChosenGroup, (const QString &typed, const QString &found),
