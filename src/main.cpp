@@ -1,3 +1,4 @@
+#include "Accessibility.h"
 #include "ApplicationModule.h"
 #include "DesktopSeams.h"
 #include "Icons.h"
@@ -19,6 +20,7 @@ int main(int argc, char *argv[])
     QApplication::setDesktopFileName(u"brevio"_s);
     QApplication::setWindowIcon(Icons::Get("brevio"_L1));
 
+    Accessibility::Install();
     DesktopSeams seams;
     ApplicationModule module(seams.All(), QApplication::applicationDirPath(), QApplication::arguments().sliced(1));
     return module.Main() ? QApplication::exec() : 0;

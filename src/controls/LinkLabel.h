@@ -2,6 +2,8 @@
 
 #include <QFocusEvent>
 #include <QLabel>
+#include <QRegularExpression>
+#include <QTextDocumentFragment>
 
 /// A label that holds a link and is one Tab stop. A plain QLabel is two: the label, on which Enter does nothing, and
 /// then the link.
@@ -16,6 +18,16 @@ public:
         setTextFormat(Qt::RichText);
         setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);
         setFocusPolicy(Qt::StrongFocus);
+    }
+
+    /// The words of the link.
+    [[nodiscard]] QString PlainText() const { return QTextDocumentFragment::fromHtml(text()).toPlainText(); }
+
+    /// Does what a click on the link does.
+    void Press()
+    {
+        static const QRegularExpression s_address(QStringLiteral("href=\"([^\"]*)\""));
+        emit linkActivated(s_address.match(text()).captured(1));
     }
 
 protected:

@@ -6,6 +6,8 @@
 #include "Version.h"
 #include "ui_About.h"
 
+#include <QShortcut>
+
 using namespace Qt::StringLiterals;
 
 About::About(const WindowServices &services, QWidget *parent)
@@ -24,6 +26,7 @@ About::About(const WindowServices &services, QWidget *parent)
     connect(m_ui->lblWebSite, &QLabel::linkActivated, this, [this] { VendorPages::Open(u"/"_s, m_services, this); });
     connect(m_ui->lblSupport, &QLabel::linkActivated, this,
             [this](const QString &address) { VendorPages::OpenAddress(address, m_services, this); });
+    new QShortcut(QKeySequence(u"Ctrl+W"_s), this, this, &About::accept);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &About::accept);
     Controls::FitToContents(*this);
 }

@@ -17,6 +17,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLineEdit>
 
 using namespace Qt::StringLiterals;
 
@@ -35,6 +36,7 @@ Compose::Compose(const Services &services)
     , m_help(services.window.quietTime)
 {
     m_ui->setupUi(this);
+    m_ui->cboTo->lineEdit()->setAccessibleName(m_ui->cboTo->accessibleName());
     m_draftTimer.setSingleShot(true);
     m_draftTimer.setInterval(std::chrono::seconds(1));
     connect(&m_draftTimer, &QTimer::timeout, this, &Compose::StoreDraft);

@@ -1,5 +1,7 @@
 #include "StatusLine.h"
 
+#include "Accessibility.h"
+
 #include <QEvent>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +22,7 @@ StatusLine::StatusLine(QWidget *parent)
     : QStatusBar(parent)
 {
     MakeRoomForWords();
+    Accessibility::AnnounceStatus(*this);
 }
 
 void StatusLine::ShowStatus(const QString &text)
@@ -44,6 +47,7 @@ void StatusLine::FitRefusal()
     // In a tag, so that the tool tip breaks its lines.
     const QString whole = "<span>"_L1 + RefusalOf(m_refused).toHtmlEscaped() + "</span>"_L1;
     setToolTip(shown == m_refused ? QString() : whole);
+    Accessibility::Announce(*this, RefusalOf(m_refused));
 }
 
 void StatusLine::MakeRoomForWords()

@@ -2,6 +2,8 @@
 
 #include "ContactModel.h"
 #include "Controls.h"
+#include "KeyHeader.h"
+#include "NumberDelegate.h"
 #include "Settings.h"
 #include "WaitCursor.h"
 
@@ -25,8 +27,14 @@ const QString kReverseSort = u"ReverseSort"_s;
 ContactListView::ContactListView(QWidget *parent)
     : NameListView(LxContact::NameMaxLength, parent)
 {
+    setHeader(new KeyHeader(this));
+    // A list that does not sort by itself takes both off the header that it is given.
     header()->setSectionsClickable(true);
     header()->setSortIndicatorShown(true);
+    header()->setAccessibleName(tr("Columns of the contacts, which sort them"));
+    header()->setSectionsMovable(false);
+    setItemDelegateForColumn(ContactColumns::Mobile, new NumberDelegate(this));
+    setTabOrder(header(), this);
     connect(header(), &QHeaderView::sectionClicked, this, &ContactListView::SortByClick);
 }
 

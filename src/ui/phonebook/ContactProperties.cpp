@@ -18,6 +18,7 @@
 #include <QFocusEvent>
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QShortcut>
 #include <QStandardItemModel>
 
 using namespace Qt::StringLiterals;
@@ -68,6 +69,15 @@ ContactProperties::~ContactProperties() = default;
 
 void ContactProperties::ConnectControls()
 {
+    // From everywhere; the pages themselves hear these keys only where one of their controls has the focus.
+    const auto turnPage = [this] {
+        m_ui->tabPropertyPages->setCurrentIndex(1 - m_ui->tabPropertyPages->currentIndex());
+    };
+    for (const auto &keys : {u"Ctrl+Tab"_s, u"Ctrl+Shift+Tab"_s, u"Ctrl+PgDown"_s, u"Ctrl+PgUp"_s})
+        new QShortcut(QKeySequence(keys), this, this, turnPage);
+    // Numbers read from left to right in every language.
+    for (QLineEdit *number : {static_cast<QLineEdit *>(m_ui->txtMobile), m_ui->txtInternationalMobile})
+        number->setLayoutDirection(Qt::LeftToRight);
     connect(m_ui->txtMobile, &QLineEdit::textChanged, this, &ContactProperties::ShowPreview);
     connect(m_ui->cboCountryCode, &QComboBox::currentIndexChanged, this, &ContactProperties::ShowGuarantee);
     connect(m_ui->lblGuaranteeHelp, &QLabel::linkActivated, this,

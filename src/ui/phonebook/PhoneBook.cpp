@@ -1,5 +1,6 @@
 #include "PhoneBook.h"
 
+#include "Accessibility.h"
 #include "Controls.h"
 #include "Error.h"
 #include "Icons.h"
@@ -13,6 +14,7 @@
 #include <QCloseEvent>
 #include <QLayout>
 #include <QScopedValueRollback>
+#include <QShortcut>
 
 #include <utility>
 
@@ -51,9 +53,12 @@ void PhoneBook::BuildControls()
     m_ui->Splitter1->setStretchFactor(0, 0);
     m_ui->Splitter1->setStretchFactor(1, 1);
     m_ui->Splitter1->setSizes({180, 540});
+    // What is typed there is taken, and all is saved.
+    new QShortcut(QKeySequence(u"Ctrl+W"_s), this, this, &PhoneBook::close);
     ConnectLists();
     m_table = TableOfCommands();
     ConnectCommands();
+    Accessibility::AnnounceStatus(*m_ui->sbStatusBar);
     Status(tr("Ready"));
 }
 

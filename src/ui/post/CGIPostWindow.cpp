@@ -1,10 +1,10 @@
 #include "CGIPostWindow.h"
 
+#include "Accessibility.h"
 #include "CGIPost.h"
 #include "Icons.h"
 #include "ui_CGIPost.h"
 
-#include <QAccessible>
 #include <QKeyEvent>
 #include <QScreen>
 
@@ -63,8 +63,7 @@ void CGIPostWindow::ShowState()
     m_ui->cmdCancel->setEnabled(m_post.CanCancel());
     if (isVisible())
         FitToText();
-    QAccessibleEvent spoken(m_ui->lblStatus, QAccessible::Alert);
-    QAccessible::updateAccessibility(&spoken);
+    Accessibility::Announce(*m_ui->lblStatus, m_post.Status());
 }
 
 /// Makes the window as wide as the font asks for and as high as the texts need; it never shrinks while it is shown.

@@ -2,6 +2,7 @@
 
 #include "Controls.h"
 #include "Error.h"
+#include "NumberDelegate.h"
 #include "Prompts.h"
 #include "RememberedFile.h"
 #include "SaveFile.h"
@@ -13,6 +14,7 @@
 #include <QHeaderView>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +29,7 @@ SendResults::SendResults(const WindowServices &services, QWidget *parent)
     QTreeView &list = *m_ui->lvwSendResults;
     Controls::SetUpReport(list);
     list.setModel(m_results);
+    list.setItemDelegateForColumn(SendResultsModel::Mobile, new NumberDelegate(this));
     list.header()->setResizeContentsPrecision(-1); // no row is left out, wherever it is
     constexpr int kMostReasonLines = 6;
     m_ui->lblReason->setMinimumHeight(fontMetrics().lineSpacing());
@@ -34,6 +37,7 @@ SendResults::SendResults(const WindowServices &services, QWidget *parent)
     connect(list.selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
         m_ui->lblReason->setText(current.data(SendResultsModel::ReasonRole).toString());
     });
+    new QShortcut(QKeySequence(u"Ctrl+W"_s), this, this, &SendResults::accept);
     connect(m_ui->cmdSave, &QPushButton::clicked, this, &SendResults::SaveAs);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &SendResults::accept);
 }

@@ -47,6 +47,8 @@ QVariant SendResultsModel::data(const QModelIndex &index, int role) const
     // Escaped and in a tag, so that the tool tip neither takes it for markup nor shows the escapes.
     if (role == Qt::ToolTipRole && !reason.isEmpty())
         return QString("<span>"_L1 + reason.toHtmlEscaped() + "</span>"_L1);
+    if (role == Qt::AccessibleTextRole && index.column() == Status && !reason.isEmpty())
+        return QString(data(index, Qt::DisplayRole).toString() + ": "_L1 + reason);
     if (role != Qt::DisplayRole)
         return {};
     switch (index.column()) {
