@@ -29,6 +29,7 @@ Options:
 QPalette DarkPalette()
 {
     QPalette palette(QColor(0x35, 0x35, 0x35), QColor(0x2b, 0x2b, 0x2b));
+    palette.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
     palette.setColor(QPalette::Highlight, QColor(0x2a, 0x5a, 0x8c));
     palette.setColor(QPalette::Link, QColor(0x6a, 0xb0, 0xf3));
     return palette;
