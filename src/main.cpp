@@ -2,6 +2,7 @@
 #include "ApplicationModule.h"
 #include "DesktopSeams.h"
 #include "Icons.h"
+#include "ProgramOptions.h"
 #include "Version.h"
 
 #include <QApplication>
@@ -10,8 +11,31 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QString HelpText()
+{
+    return QCoreApplication::translate("main", R"(Usage: brevio [options]
+Sends text messages (SMS) through a gateway on the internet, and keeps the phone book they come from.
+
+Options:
+  -h, --help      Show this help.
+  -v, --version   Show the version.
+  usetestcountry  Know the country "Test Country" with the code 99, too.
+
+The options of Qt (-platform, -style, -reverse, ...) hold too.
+)");
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
+    const QStringList arguments = ProgramOptions::RawArguments(argc, argv);
+    const auto options = ProgramOptions::Parse(arguments, {u"brevio"_s, HelpText()});
+    if (options.answer)
+        return options.answer->Print();
+
     // A file-size limit is an error of the save, told like a full disk, and no reason to be killed.
     std::signal(SIGXFSZ, SIG_IGN);
     QApplication application(argc, argv);
@@ -22,6 +46,6 @@ int main(int argc, char *argv[])
 
     Accessibility::Install();
     DesktopSeams seams;
-    ApplicationModule module(seams.All(), QApplication::applicationDirPath(), QApplication::arguments().sliced(1));
+    ApplicationModule module(seams.All(), QApplication::applicationDirPath(), arguments);
     return module.Main() ? QApplication::exec() : 0;
 }

@@ -22,6 +22,11 @@ QString VersionText(Version version)
     return u"%1.%2.%3"_s.arg(version.major).arg(version.minor, 2, 10, kZero).arg(version.revision, 4, 10, kZero);
 }
 
+QString ReleaseText(Version version)
+{
+    return u"%1.%2.%3"_s.arg(version.major).arg(version.minor).arg(version.revision);
+}
+
 QString ApplicationTitle()
 {
     return u"Brevio"_s;

@@ -19,5 +19,8 @@ struct Version
 /// The version as shown to users, such as "2.03.0138".
 [[nodiscard]] QString VersionText(Version version);
 
+/// The version as packages and command lines tell it, such as "2.3.138".
+[[nodiscard]] QString ReleaseText(Version version);
+
 /// The program's name as users see it, "Brevio": the caption of its message boxes.
 [[nodiscard]] QString ApplicationTitle();

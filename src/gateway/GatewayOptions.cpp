@@ -1,6 +1,7 @@
 #include "GatewayOptions.h"
 
 #include "Error.h"
+#include "Version.h"
 
 #include <QCommandLineParser>
 #include <QRegularExpression>
@@ -54,6 +55,7 @@ GatewayOptions GatewayOptions::Parse(const QStringList &arguments)
     parser.setApplicationDescription(
         tr("A message gateway for one machine: it talks to Brevio on loopback, and its messages reach no phone."));
     const QCommandLineOption help({u"h"_s, u"help"_s}, tr("Show this help."));
+    const QCommandLineOption version({u"v"_s, u"version"_s}, tr("Show the version."));
     const QCommandLineOption port(u"port"_s, tr("Listen there; 0, the default, picks a free port."), u"N"_s, u"0"_s);
     const QCommandLineOption account(u"account"_s, tr("An account. May be given several times."),
                                      u"user:password:balance"_s);
@@ -61,7 +63,7 @@ GatewayOptions GatewayOptions::Parse(const QStringList &arguments)
                                   u"NUMBER"_s);
     const QCommandLineOption outbox(u"outbox"_s, tr("Append a line of JSON to this file for each accepted message."),
                                     u"FILE"_s);
-    parser.addOptions({help, port, account, fail, outbox});
+    parser.addOptions({help, version, port, account, fail, outbox});
     if (!parser.parse(arguments))
         Refuse(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
@@ -69,7 +71,9 @@ GatewayOptions GatewayOptions::Parse(const QStringList &arguments)
 
     GatewayOptions options;
     if (parser.isSet(help))
-        options.help = parser.helpText();
+        options.answer = parser.helpText();
+    else if (parser.isSet(version))
+        options.answer = u"brevio-gateway %1\n"_s.arg(ReleaseText(ProgramVersion()));
     options.port = ParsePort(parser.value(port));
     for (const QString &value : parser.values(account)) {
         GatewayAccount parsed = ParseAccount(value);

@@ -12,7 +12,7 @@ struct GatewayOptions
     std::vector<GatewayAccount> accounts;
     QSet<QString> refusedNumbers;
     QString outboxPath; ///< Empty for no outbox file.
-    QString help;       ///< The text of the help when it is asked for, else empty.
+    QString answer;     ///< What to print instead of serving, the help or the version; empty to serve.
 
     /// Reads the arguments, the program's name first. Raises number 5, source "Corvane.Gateway", when they are wrong,
     /// with what to do about it.

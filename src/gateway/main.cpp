@@ -144,8 +144,8 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(u"brevio-gateway"_s);
     try {
         const GatewayOptions options = GatewayOptions::Parse(QCoreApplication::arguments());
-        if (!options.help.isEmpty()) {
-            std::fputs(options.help.toLocal8Bit().constData(), stdout);
+        if (!options.answer.isEmpty()) {
+            std::fputs(options.answer.toLocal8Bit().constData(), stdout);
             return 0;
         }
         return Run(options, endSignals);

@@ -47,13 +47,15 @@ void LxCountryList::LoadCountries(const QString &folder, const QStringList &argu
     }
     if (!ReadFile(text, prompts))
         return;
-    const bool wantsTestCountry = std::any_of(arguments.begin(), arguments.end(), [](const QString &argument) {
-        return argument.contains("usetestcountry"_L1, Qt::CaseInsensitive);
-    });
-    if (wantsTestCountry)
+    if (std::any_of(arguments.begin(), arguments.end(), HoldsTestCountrySwitch))
         Add({tr("Test Country"), kTestCountryCode, false});
     if (m_countries.isEmpty())
         TellToReinstall(tr("No country data was found in %1").arg(FileName()), prompts);
+}
+
+bool LxCountryList::HoldsTestCountrySwitch(const QString &argument)
+{
+    return argument.contains("usetestcountry"_L1, Qt::CaseInsensitive);
 }
 
 bool LxCountryList::ReadFile(const QString &text, Prompts &prompts)

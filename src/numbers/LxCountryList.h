@@ -22,9 +22,12 @@ public:
     [[nodiscard]] const QList<LxCountry> &Countries() const { return m_countries; }
 
     /// Reads "countries.csv" in `folder`. Problems are told through `prompts`, never raised; the list is then empty
-    /// or short. `arguments` are those of the program, without its name: "usetestcountry" in one of them, in any
-    /// case, adds the country "Test Country" with code 99.
+    /// or short. `arguments` are those of the program, without its name: when one of them holds the switch, the country
+    /// "Test Country" with code 99 is added.
     void LoadCountries(const QString &folder, const QStringList &arguments, Prompts &prompts);
+
+    /// Whether an argument holds "usetestcountry", in any case.
+    [[nodiscard]] static bool HoldsTestCountrySwitch(const QString &argument);
 
     /// Adds a country at the end. False when its code is taken.
     bool Add(const LxCountry &country);
