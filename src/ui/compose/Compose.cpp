@@ -41,6 +41,7 @@ Compose::Compose(const Services &services)
     SetStatus(tr("160 characters (1 SMS)"));
     new SelectAllOnFocus(m_ui->txtTextMessage);
     ConnectControls();
+    Controls::SetFirstSize(*this, 74, 21);
     Controls::RestoreWindowPosition(m_services.window.settings, *this);
     LoadDraft();
     m_ui->cboTo->setFocus();

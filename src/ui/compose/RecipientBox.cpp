@@ -1,5 +1,6 @@
 #include "RecipientBox.h"
 
+#include "Controls.h"
 #include "OneLineEdit.h"
 
 #include <QKeyEvent>
@@ -19,6 +20,8 @@ RecipientBox::RecipientBox(QWidget *parent)
     auto *list = new QListView(this);
     list->setUniformItemSizes(true);
     setView(list);
+    const int icon = Controls::IconSide(*this);
+    setIconSize(QSize(icon, icon));
     setModel(m_recipients);
     connect(lineEdit(), &QLineEdit::textEdited, this, &RecipientBox::Complete);
 }

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QSplitter>
+#include <QToolBar>
 
 using namespace Qt::StringLiterals;
 
@@ -194,6 +195,20 @@ private slots:
         QCOMPARE(f.Rows(f.Contacts()) + f.Find().text(), u"Bob"_s);
         QTest::mouseClick(f.Groups().viewport(), Qt::LeftButton, Qt::ControlModifier, f.Place(f.Groups(), 1));
         QCOMPARE(f.Rows(f.Groups()), u"Everyone Work*<"_s);
+    }
+
+    TABLE_TEST(everyButtonShowsAtFirst, (int points), {"9 pt", 9}, {"12 pt", 12})
+    {
+        const QFont before = QApplication::font();
+        QFont font = before;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        PhoneBookFixture f;
+        f.Open();
+        QApplication::setFont(before);
+        const auto &bar = Control<QToolBar>(f.phoneBook, "tbToolBar");
+        for (QAction *button : bar.actions())
+            QVERIFY2(bar.widgetForAction(button)->isVisible(), qPrintable(button->text()));
     }
 
     void layoutComesBack()
