@@ -17,7 +17,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(ApplicationTitle());
     QApplication::setApplicationVersion(VersionText(ProgramVersion()));
     QApplication::setDesktopFileName(u"brevio"_s);
-    QApplication::setWindowIcon(Icons::Get("brevio"_L1));
+    QApplication::setWindowIcon(Icons::Program());
 
     DesktopSeams seams;
     ApplicationModule module(seams.All(), QApplication::applicationDirPath(), QApplication::arguments().sliced(1));
