@@ -41,6 +41,7 @@ Compose::Compose(const Services &services)
     SetStatus(tr("160 characters (1 SMS)"));
     new SelectAllOnFocus(m_ui->txtTextMessage);
     ConnectControls();
+    ShowWhereTheAccountIs();
     Controls::SetFirstSize(*this, 74, 21);
     Controls::RestoreWindowPosition(m_services.window.settings, *this);
     LoadDraft();
@@ -264,8 +265,19 @@ void Compose::ShowAccount()
 {
     StoreDraft();
     AccountDetails account(m_services.window, m_services.gateway, this);
-    if (account.exec() == QDialog::Accepted && !m_account.Username().isEmpty())
+    const bool isAccepted = account.exec() == QDialog::Accepted;
+    ShowWhereTheAccountIs();
+    if (isAccepted && !m_account.Username().isEmpty())
         RefreshBalance();
+}
+
+void Compose::ShowWhereTheAccountIs()
+{
+    MessageEdit &box = *m_ui->txtTextMessage;
+    const bool hasAccount = !m_account.Username().isEmpty();
+    const QString where = tr("To send messages, first enter your account: Tools, Account Details...");
+    box.setPlaceholderText(hasAccount ? tr("Your text message") : where);
+    box.setAccessibleDescription(hasAccount ? QString() : box.toolTip() + ". "_L1 + where);
 }
 
 void Compose::RefreshBalance()

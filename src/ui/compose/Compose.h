@@ -64,6 +64,8 @@ private:
 
     void ShowPhoneBook();
     void ShowAccount();
+    /// While there is no account, the empty message box says where to enter one.
+    void ShowWhereTheAccountIs();
     void RefreshBalance();
 
     Services m_services;

@@ -13,6 +13,7 @@ RecipientBox::RecipientBox(QWidget *parent)
     , m_recipients(new RecipientModel(this))
 {
     setLineEdit(new OneLineEdit(this));
+    lineEdit()->setPlaceholderText(tr("Number, contact or group"));
     setInsertPolicy(QComboBox::NoInsert);
     setCompleter(nullptr);
     // Measuring 100,000 names would cost more than all the rest of a refill.

@@ -39,6 +39,9 @@ private slots:
         QCOMPARE(f.settings.Get(u"Account"_s, u"Password"_s), u"<p&w>"_s);
 
         AccountDetails hinting(f.services, f.gateway, nullptr);
+        const auto colour = [](const QWidget &box) { return box.palette().color(QPalette::Text); };
+        QCOMPARE(colour(Control<QLineEdit>(hinting, "txtEmail")), hinting.palette().color(QPalette::PlaceholderText));
+        QCOMPARE(colour(f.email), f.dialog.palette().color(QPalette::Text));
         hinting.accept(); // the example that stands there is no address
         QCOMPARE(f.Stored(), u"ann|"_s);
         f.dialog.accept();

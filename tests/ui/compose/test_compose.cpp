@@ -70,6 +70,16 @@ private slots:
         QCOMPARE(f.Status(), status);
     }
 
+    TABLE_TEST(theEmptyMessageBoxSaysWhereTheAccountIs, (const QString &user, bool says), {"no account", {}, true},
+               {"account", u"ann"_s, false})
+    {
+        Fixture f;
+        f.UseGateway({}, user);
+        const Compose compose(f.composeServices);
+        const auto &box = Control<QPlainTextEdit>(compose, "txtTextMessage");
+        QCOMPARE(box.placeholderText().contains(u"Tools, Account Details..."_s), says);
+    }
+
     void draftIsKeptAndTheProgramEndsWhateverFails()
     {
         Fixture f;
