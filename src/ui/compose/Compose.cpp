@@ -4,6 +4,7 @@
 #include "AccountDetails.h"
 #include "Controls.h"
 #include "Error.h"
+#include "LxGroup.h"
 #include "OrderPage.h"
 #include "PhoneBook.h"
 #include "PhoneNumbers.h"
@@ -48,11 +49,16 @@ Compose::Compose(const Services &services)
     m_ui->cboTo->setFocus();
 }
 
-Compose::~Compose() = default;
+Compose::~Compose()
+{
+    // The box loses the focus when the window is hidden, which comes after the rest of it is gone, and may change then.
+    disconnect(m_ui->cboTo, nullptr, this, nullptr);
+}
 
 void Compose::ConnectControls()
 {
     connect(m_ui->txtTextMessage, &MessageEdit::MessageChanged, this, &Compose::TextChanged);
+    connect(m_ui->cboTo, &RecipientBox::RecipientChanged, this, &Compose::CountPeople);
     connect(m_ui->mnuFile, &QMenu::aboutToShow, this, &Compose::EnableSending);
     connect(m_ui->cmdSend, &QPushButton::clicked, this, &Compose::Send);
     connect(m_ui->mnuSend, &QAction::triggered, this, &Compose::Send);
@@ -88,6 +94,7 @@ void Compose::ShowCount()
 {
     const QString &text = m_message.Text();
     EnableSending();
+    ShowCost();
     if (text.isEmpty()) {
         SetStatus(tr("Please enter a text message to send"));
         return;
@@ -95,6 +102,35 @@ void Compose::ShowCount()
     const qsizetype parts = m_message.MessageParts().size();
     SetStatus(parts == 1 ? tr("%1 characters in 1 text message").arg(text.size())
                          : tr("%1 characters in %2 text messages").arg(text.size()).arg(parts));
+}
+
+void Compose::CountPeople()
+{
+    m_people = People();
+    ShowCost();
+}
+
+std::optional<int> Compose::People() const
+{
+    const std::optional<int> id = m_ui->cboTo->SelectedID();
+    if (!id)
+        return m_ui->cboTo->currentText().trimmed().isEmpty() ? std::nullopt : std::optional(1);
+    if (*id > 0)
+        return 1;
+    // Not GetGroup, which raises: the group may be gone and the box not yet filled again.
+    for (const LxGroup *group : m_services.phoneBook.ReadOnlyPhoneBook().GroupsExcludingAllContacts()) {
+        if (group->GroupID() == -*id)
+            return group->Count();
+    }
+    return std::nullopt;
+}
+
+void Compose::ShowCost()
+{
+    if (m_people && !m_message.Text().isEmpty())
+        m_ui->StatusBar->ShowCost(*m_people, m_message.MessageParts().size());
+    else
+        m_ui->StatusBar->HideCost();
 }
 
 void Compose::SetStatus(const QString &text)
@@ -122,6 +158,7 @@ bool Compose::event(QEvent *event)
 {
     if (event->type() == QEvent::WindowActivate) {
         m_ui->cboTo->Refill(m_services.phoneBook.ReadOnlyPhoneBook());
+        CountPeople(); // a group may have other members
         if (!m_sending.IsGoingOn())
             TellNotices();
     }

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
+#include <QScopedValueRollback>
 #include <QWheelEvent>
 
 RecipientBox::RecipientBox(QWidget *parent)
@@ -25,6 +26,12 @@ RecipientBox::RecipientBox(QWidget *parent)
     setIconSize(QSize(icon, icon));
     setModel(m_recipients);
     connect(lineEdit(), &QLineEdit::textEdited, this, &RecipientBox::Complete);
+    const auto tell = [this] {
+        if (!m_isRefilling)
+            emit RecipientChanged();
+    };
+    connect(this, &QComboBox::editTextChanged, this, tell);
+    connect(this, &QComboBox::currentIndexChanged, this, tell);
 }
 
 void RecipientBox::Refill(const LxPhoneBook &phoneBook)
@@ -40,6 +47,15 @@ void RecipientBox::SetItems(RecipientModel::Items items)
 {
     if (items == m_recipients->CurrentItems())
         return;
+    {
+        const QScopedValueRollback refilling(m_isRefilling, true);
+        TakeItems(std::move(items));
+    }
+    emit RecipientChanged();
+}
+
+void RecipientBox::TakeItems(RecipientModel::Items items)
+{
     const int picked = currentIndex() >= 0 ? currentData().toInt() : 0;
     const QString text = currentText();
     const bool showsPick = picked != 0 && itemText(currentIndex()) == text;

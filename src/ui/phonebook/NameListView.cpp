@@ -46,7 +46,7 @@ void NameListView::CommitEditor()
 void NameListView::SetHint(const QString &hint)
 {
     m_hint = hint;
-    setAccessibleDescription(hint);
+    setAccessibleDescription(hint.simplified());
     viewport()->update();
 }
 

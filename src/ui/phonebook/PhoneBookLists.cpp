@@ -163,7 +163,7 @@ void PhoneBookLists::FindTyped()
 void PhoneBookLists::ShowHints()
 {
     m_contacts.SetHint(ContactsHint());
-    m_groups.SetHint(m_groups.HasOtherGroups() ? QString() : tr("No groups yet. Contacts, New Group"));
+    m_groups.SetHint(m_groups.HasOtherGroups() ? QString() : tr("No groups yet.\nContacts, New Group"));
 }
 
 QString PhoneBookLists::ContactsHint() const
@@ -171,8 +171,8 @@ QString PhoneBookLists::ContactsHint() const
     if (m_contacts.RowCount() > 0)
         return {};
     if (m_phoneBook.AllContacts().Count() == 0)
-        return tr("No contacts yet. Contacts, New Contact... or Import...");
+        return tr("No contacts yet.\nContacts, New Contact... or Import...");
     if (!m_find.text().isEmpty())
         return tr("No contact matches the search.");
-    return tr("Nobody is in this group yet. Select contacts of Everyone, then Contacts, Add To Group");
+    return tr("Nobody is in this group yet.\nSelect contacts of Everyone, then Contacts, Add To Group");
 }
