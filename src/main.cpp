@@ -42,7 +42,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(ApplicationTitle());
     QApplication::setApplicationVersion(VersionText(ProgramVersion()));
     QApplication::setDesktopFileName(u"brevio"_s);
-    QApplication::setWindowIcon(Icons::Get("brevio"_L1));
+    QApplication::setWindowIcon(Icons::Program());
 
     Accessibility::Install();
     DesktopSeams seams;

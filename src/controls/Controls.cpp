@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLayout>
+#include <QStyle>
 #include <QTreeView>
 
 #include <cmath>
@@ -128,6 +129,18 @@ void SelectComboItemByData(QComboBox &combo, int data)
     combo.setCurrentIndex(combo.findData(data));
 }
 
+void SetFirstSize(QWidget &window, int characters, int lines)
+{
+    const QFontMetrics font = window.fontMetrics();
+    window.resize(characters * font.averageCharWidth(), lines * font.lineSpacing());
+}
+
+int IconSide(const QWidget &widget)
+{
+    const int smallest = widget.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &widget);
+    return qMax(smallest, widget.fontMetrics().height());
+}
+
 void FitToContents(QDialog &dialog)
 {
     // Qt by itself stops at two thirds of the screen, and cuts wrapped texts off there.
@@ -143,6 +156,7 @@ void SetUpReport(QTreeView &list)
     list.setRootIsDecorated(false);
     list.setItemsExpandable(false);
     list.setUniformRowHeights(true);
+    list.setIconSize(QSize(IconSide(list), IconSide(list)));
     list.setAllColumnsShowFocus(true);
     list.setTabKeyNavigation(false);
     // An order of columns that the next start forgets is no use.

@@ -43,10 +43,17 @@ void RestoreColumnWidths(const Settings &settings, QTreeView &list);
 /// Makes the first item whose data is `data` current, or none when there is no such item.
 void SelectComboItemByData(QComboBox &combo, int data);
 
+/// Gives a window its first size, in characters and lines of its font.
+void SetFirstSize(QWidget &window, int characters, int lines);
+
+/// The side of a small picture beside text of this widget's font, in pixels.
+[[nodiscard]] int IconSide(const QWidget &widget);
+
 /// Makes a dialog as large as its texts need, also with a large font, as far as the screen has room.
 void FitToContents(QDialog &dialog);
 
-/// Gives a tree view the look and the keys of a report: whole rows, no tree, one Tab stop.
+/// Gives a tree view the look and the keys of a report: whole rows, no tree, one Tab stop, pictures as high as the
+/// text.
 void SetUpReport(QTreeView &list);
 
 } // namespace Controls

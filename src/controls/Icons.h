@@ -2,30 +2,16 @@
 
 #include <QIcon>
 #include <QLatin1StringView>
-#include <QVariant>
 
 namespace Icons {
 
-/// One of the program's own pictures, by the name of its file without extension.
+/// One of the pictures for lists and windows, by the name of its file without extension. Its colours are those of the
+/// file, made darker or lighter as far as they must be to stand out from what they are painted on; on a selected row
+/// it has the colour of the row's text. It is loaded when it is first painted, as the plugin that draws SVG is no work
+/// for the start.
 [[nodiscard]] QIcon Get(QLatin1StringView name);
 
-/// The picture for the rows of a list: on a selected row it has the colour of the row's text.
-[[nodiscard]] QIcon GetForList(QLatin1StringView name);
-
-/// GetForList when it is first shown: loading the plugin that draws SVG is no work for the start.
-class Lazy final
-{
-public:
-    explicit Lazy(QLatin1StringView name)
-        : m_name(name)
-    {
-    }
-
-    [[nodiscard]] QVariant Get() const;
-
-private:
-    QLatin1StringView m_name;
-    mutable QVariant m_icon;
-};
+/// The program's own picture, in its own colours.
+[[nodiscard]] QIcon Program();
 
 } // namespace Icons

@@ -17,7 +17,7 @@ About::About(const WindowServices &services, QWidget *parent)
 {
     m_ui->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
-    m_ui->imgProgram->setPixmap(Icons::Get("brevio"_L1).pixmap(QSize(64, 64), devicePixelRatio()));
+    m_ui->imgProgram->ShowIcon(Icons::Program(), 4);
     m_ui->lblVersion->setText(tr("Version %1").arg(VersionText(ProgramVersion())));
     QFont large = m_ui->lblName->font();
     large.setBold(true);

@@ -8,6 +8,8 @@
 #include "SelectAllOnFocus.h"
 #include "ui_AccountDetails.h"
 
+#include <QEvent>
+
 AccountDetails::AccountDetails(const WindowServices &services, const SendingSMS::Gateway &gateway, QWidget *parent)
     : QDialog(parent)
     , m_services(services)
@@ -18,11 +20,15 @@ AccountDetails::AccountDetails(const WindowServices &services, const SendingSMS:
     m_ui->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
     m_hint = m_ui->txtEmail->text();
+    m_ui->txtEmail->setPlaceholderText(m_hint);
+    constexpr int kUsualCharacters = 36;
+    m_ui->txtEmail->setMinimumWidth(kUsualCharacters * fontMetrics().averageCharWidth());
     m_ui->txtUserName->setText(m_account.Username());
     m_ui->txtPassword->setText(m_account.Password());
     if (const QString address = m_account.ReplyEmailAddress(); !address.isEmpty())
         m_ui->txtEmail->setText(address);
     new SelectAllOnFocus(m_ui->txtEmail);
+    ShowHint();
     EnableButtons();
     ConnectControls();
     Controls::FitToContents(*this);
@@ -38,11 +44,27 @@ void AccountDetails::ConnectControls()
     });
     connect(m_ui->txtPassword, &QLineEdit::textChanged, this,
             [this](const QString &text) { m_account.SetPassword(text); });
+    connect(m_ui->txtEmail, &QLineEdit::textChanged, this, &AccountDetails::ShowHint);
     connect(m_ui->cmdBalance, &QPushButton::clicked, this, &AccountDetails::ShowBalance);
     connect(m_ui->cmdBuyMessages, &QPushButton::clicked, this, [this] { OrderPage::BuyMessages(m_services, this); });
     connect(m_ui->cmdOpenAccount, &QPushButton::clicked, this, [this] { OrderPage::Open(m_services, this); });
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &AccountDetails::accept);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &AccountDetails::reject);
+}
+
+void AccountDetails::ShowHint()
+{
+    QPalette colours;
+    if (m_ui->txtEmail->text() == m_hint)
+        colours.setBrush(QPalette::Text, palette().placeholderText());
+    m_ui->txtEmail->setPalette(colours);
+}
+
+void AccountDetails::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        ShowHint();
 }
 
 void AccountDetails::EnableButtons()

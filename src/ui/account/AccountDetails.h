@@ -24,8 +24,13 @@ public:
 
     void accept() override;
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     void ConnectControls();
+    /// In the colour of a hint as long as it stands there.
+    void ShowHint();
     void EnableButtons();
     void ShowBalance();
     void TellBalance(const QString &username, const SendingSMS::Reply &reply);

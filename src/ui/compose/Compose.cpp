@@ -4,6 +4,7 @@
 #include "AccountDetails.h"
 #include "Controls.h"
 #include "Error.h"
+#include "LxGroup.h"
 #include "OrderPage.h"
 #include "PhoneBook.h"
 #include "PhoneNumbers.h"
@@ -43,16 +44,23 @@ Compose::Compose(const Services &services)
     SetStatus(tr("160 characters (1 SMS)"));
     new SelectAllOnFocus(m_ui->txtTextMessage);
     ConnectControls();
+    ShowWhereTheAccountIs();
+    Controls::SetFirstSize(*this, 74, 21);
     Controls::RestoreWindowPosition(m_services.window.settings, *this);
     LoadDraft();
     m_ui->cboTo->setFocus();
 }
 
-Compose::~Compose() = default;
+Compose::~Compose()
+{
+    // The box loses the focus when the window is hidden, which comes after the rest of it is gone, and may change then.
+    disconnect(m_ui->cboTo, nullptr, this, nullptr);
+}
 
 void Compose::ConnectControls()
 {
     connect(m_ui->txtTextMessage, &MessageEdit::MessageChanged, this, &Compose::TextChanged);
+    connect(m_ui->cboTo, &RecipientBox::RecipientChanged, this, &Compose::CountPeople);
     connect(m_ui->mnuFile, &QMenu::aboutToShow, this, &Compose::EnableSending);
     connect(m_ui->cmdSend, &QPushButton::clicked, this, &Compose::Send);
     connect(m_ui->mnuSend, &QAction::triggered, this, &Compose::Send);
@@ -88,6 +96,7 @@ void Compose::ShowCount()
 {
     const QString &text = m_message.Text();
     EnableSending();
+    ShowCost();
     if (text.isEmpty()) {
         SetStatus(tr("Please enter a text message to send"));
         return;
@@ -95,6 +104,35 @@ void Compose::ShowCount()
     const qsizetype parts = m_message.MessageParts().size();
     SetStatus(parts == 1 ? tr("%1 characters in 1 text message").arg(text.size())
                          : tr("%1 characters in %2 text messages").arg(text.size()).arg(parts));
+}
+
+void Compose::CountPeople()
+{
+    m_people = People();
+    ShowCost();
+}
+
+std::optional<int> Compose::People() const
+{
+    const std::optional<int> id = m_ui->cboTo->SelectedID();
+    if (!id)
+        return m_ui->cboTo->currentText().trimmed().isEmpty() ? std::nullopt : std::optional(1);
+    if (*id > 0)
+        return 1;
+    // Not GetGroup, which raises: the group may be gone and the box not yet filled again.
+    for (const LxGroup *group : m_services.phoneBook.ReadOnlyPhoneBook().GroupsExcludingAllContacts()) {
+        if (group->GroupID() == -*id)
+            return group->Count();
+    }
+    return std::nullopt;
+}
+
+void Compose::ShowCost()
+{
+    if (m_people && !m_message.Text().isEmpty())
+        m_ui->StatusBar->ShowCost(*m_people, m_message.MessageParts().size());
+    else
+        m_ui->StatusBar->HideCost();
 }
 
 void Compose::SetStatus(const QString &text)
@@ -122,6 +160,7 @@ bool Compose::event(QEvent *event)
 {
     if (event->type() == QEvent::WindowActivate) {
         m_ui->cboTo->Refill(m_services.phoneBook.ReadOnlyPhoneBook());
+        CountPeople(); // a group may have other members
         if (!m_sending.IsGoingOn())
             TellNotices();
     }
@@ -265,8 +304,19 @@ void Compose::ShowAccount()
 {
     StoreDraft();
     AccountDetails account(m_services.window, m_services.gateway, this);
-    if (account.exec() == QDialog::Accepted && !m_account.Username().isEmpty())
+    const bool isAccepted = account.exec() == QDialog::Accepted;
+    ShowWhereTheAccountIs();
+    if (isAccepted && !m_account.Username().isEmpty())
         RefreshBalance();
+}
+
+void Compose::ShowWhereTheAccountIs()
+{
+    MessageEdit &box = *m_ui->txtTextMessage;
+    const bool hasAccount = !m_account.Username().isEmpty();
+    const QString where = tr("To send messages, first enter your account: Tools, Account Details...");
+    box.setPlaceholderText(hasAccount ? tr("Your text message") : where);
+    box.setAccessibleDescription(hasAccount ? QString() : box.toolTip() + ". "_L1 + where);
 }
 
 void Compose::RefreshBalance()

@@ -47,6 +47,10 @@ private:
     void LoadDraft();
     void StoreDraft();
     void ShowCount();
+    void CountPeople();
+    /// How many the message goes to; none without a recipient.
+    [[nodiscard]] std::optional<int> People() const;
+    void ShowCost();
     void SetStatus(const QString &text);
     void TellNotices();
     void TextChanged(const QString &invalidChars);
@@ -64,12 +68,16 @@ private:
 
     void ShowPhoneBook();
     void ShowAccount();
+    /// While there is no account, the empty message box says where to enter one.
+    void ShowWhereTheAccountIs();
     void RefreshBalance();
 
     Services m_services;
     AccountSettings m_account;
     std::unique_ptr<Ui::Compose> m_ui;
     LxMessage m_message;
+    /// What People said last, as looking a name up among 100,000 is no work for each key in the message.
+    std::optional<int> m_people;
     StartGuard m_sending;
     StartGuard m_help;
     QTimer m_draftTimer;

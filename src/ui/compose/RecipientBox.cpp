@@ -1,10 +1,12 @@
 #include "RecipientBox.h"
 
+#include "Controls.h"
 #include "OneLineEdit.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
+#include <QScopedValueRollback>
 #include <QWheelEvent>
 
 RecipientBox::RecipientBox(QWidget *parent)
@@ -12,6 +14,7 @@ RecipientBox::RecipientBox(QWidget *parent)
     , m_recipients(new RecipientModel(this))
 {
     setLineEdit(new OneLineEdit(this));
+    lineEdit()->setPlaceholderText(tr("Number, contact or group"));
     setInsertPolicy(QComboBox::NoInsert);
     setCompleter(nullptr);
     // Measuring 100,000 names would cost more than all the rest of a refill.
@@ -19,8 +22,16 @@ RecipientBox::RecipientBox(QWidget *parent)
     auto *list = new QListView(this);
     list->setUniformItemSizes(true);
     setView(list);
+    const int icon = Controls::IconSide(*this);
+    setIconSize(QSize(icon, icon));
     setModel(m_recipients);
     connect(lineEdit(), &QLineEdit::textEdited, this, &RecipientBox::Complete);
+    const auto tell = [this] {
+        if (!m_isRefilling)
+            emit RecipientChanged();
+    };
+    connect(this, &QComboBox::editTextChanged, this, tell);
+    connect(this, &QComboBox::currentIndexChanged, this, tell);
 }
 
 void RecipientBox::Refill(const LxPhoneBook &phoneBook)
@@ -36,6 +47,15 @@ void RecipientBox::SetItems(RecipientModel::Items items)
 {
     if (items == m_recipients->CurrentItems())
         return;
+    {
+        const QScopedValueRollback refilling(m_isRefilling, true);
+        TakeItems(std::move(items));
+    }
+    emit RecipientChanged();
+}
+
+void RecipientBox::TakeItems(RecipientModel::Items items)
+{
     const int picked = currentIndex() >= 0 ? currentData().toInt() : 0;
     const QString text = currentText();
     const bool showsPick = picked != 0 && itemText(currentIndex()) == text;

@@ -31,12 +31,17 @@ public:
 
     void hidePopup() override;
 
+signals:
+    /// SelectedID or the text may be another one.
+    void RecipientChanged();
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
 private:
     void SetItems(RecipientModel::Items items);
+    void TakeItems(RecipientModel::Items items);
     void SetWaitingItems();
     void Complete(const QString &text);
 
@@ -44,4 +49,5 @@ private:
     /// What came while the list was open.
     std::optional<RecipientModel::Items> m_waitingItems;
     bool m_mayComplete = true;
+    bool m_isRefilling = false;
 };

@@ -26,11 +26,9 @@ RecipientModel::Items RecipientModel::ItemsOf(const LxPhoneBook &phoneBook)
 
 void RecipientModel::SetItems(Items items)
 {
-    m_isResetting = true;
     beginResetModel();
     m_items = std::move(items);
     endResetModel();
-    m_isResetting = false;
 }
 
 template <typename Predicate>
@@ -70,10 +68,7 @@ QVariant RecipientModel::data(const QModelIndex &index, int role) const
     case Qt::EditRole:
         return item.name;
     case Qt::DecorationRole:
-        // A box takes the first item for a moment, and loading its picture is no work for the program's start.
-        if (m_isResetting)
-            return {};
-        return item.id < 0 ? m_groupIcon.Get() : m_contactIcon.Get();
+        return item.id < 0 ? m_groupIcon : m_contactIcon;
     case Qt::UserRole:
         return item.id;
     default:

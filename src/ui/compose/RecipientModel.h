@@ -46,8 +46,7 @@ private:
     template <typename Predicate>
     [[nodiscard]] int FindIf(Predicate predicate) const;
 
-    Icons::Lazy m_contactIcon{QLatin1StringView("contact")};
-    Icons::Lazy m_groupIcon{QLatin1StringView("group")};
+    const QIcon m_contactIcon = Icons::Get(QLatin1StringView("contact"));
+    const QIcon m_groupIcon = Icons::Get(QLatin1StringView("group"));
     Items m_items;
-    bool m_isResetting = false;
 };

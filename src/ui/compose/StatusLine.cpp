@@ -3,6 +3,7 @@
 #include "Accessibility.h"
 
 #include <QEvent>
+#include <QLabel>
 
 using namespace Qt::StringLiterals;
 
@@ -20,7 +21,11 @@ QString RefusalOf(const QString &characters)
 
 StatusLine::StatusLine(QWidget *parent)
     : QStatusBar(parent)
+    , m_cost(new QLabel(this))
 {
+    m_cost->setObjectName(u"lblCost"_s);
+    addPermanentWidget(m_cost);
+    connect(this, &QStatusBar::messageChanged, this, &StatusLine::FitCost);
     MakeRoomForWords();
     Accessibility::AnnounceStatus(*this);
 }
@@ -36,6 +41,26 @@ void StatusLine::ShowRefusal(const QString &characters)
 {
     m_refused = characters;
     FitRefusal();
+}
+
+void StatusLine::ShowCost(qsizetype people, qsizetype parts)
+{
+    const qsizetype messages = people * parts;
+    m_cost->setText(tr("%1, %2").arg(people == 1 ? tr("1 person") : tr("%1 people").arg(people),
+                                     messages == 1 ? tr("1 message") : tr("%1 messages").arg(messages)));
+    FitCost();
+}
+
+void StatusLine::HideCost()
+{
+    m_cost->clear();
+    FitCost();
+}
+
+void StatusLine::FitCost()
+{
+    const int needed = fontMetrics().horizontalAdvance(currentMessage()) + m_cost->sizeHint().width() + 2 * kMargins;
+    m_cost->setVisible(!m_cost->text().isEmpty() && needed <= width());
 }
 
 void StatusLine::FitRefusal()
@@ -68,4 +93,5 @@ void StatusLine::resizeEvent(QResizeEvent *event)
     QStatusBar::resizeEvent(event);
     if (!m_refused.isEmpty())
         FitRefusal();
+    FitCost();
 }

@@ -2,7 +2,10 @@
 
 #include <QStatusBar>
 
-/// The status bar of the compose window. It is never narrower than the words about refused characters need.
+class QLabel;
+
+/// The status bar of the compose window: a status, and at the right end what a send will cost, where there is room for
+/// both. It is never narrower than the words about refused characters need.
 class StatusLine final : public QStatusBar
 {
     Q_OBJECT
@@ -16,6 +19,10 @@ public:
     /// where some do not.
     void ShowRefusal(const QString &characters);
 
+    /// Shows how many people a message of so many parts goes to, such as "200 people, 400 messages".
+    void ShowCost(qsizetype people, qsizetype parts);
+    void HideCost();
+
 protected:
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -23,7 +30,9 @@ protected:
 private:
     void MakeRoomForWords();
     void FitRefusal();
+    void FitCost();
 
     /// Those that are told of now.
     QString m_refused;
+    QLabel *m_cost;
 };

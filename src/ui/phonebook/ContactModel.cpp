@@ -107,7 +107,7 @@ QVariant ContactModel::data(const QModelIndex &index, int role) const
     case Qt::EditRole:
         return ContactColumns::Text(contact, index.column(), m_phoneBook.AllContacts());
     case Qt::DecorationRole:
-        return index.column() == ContactColumns::Name ? m_contactIcon.Get() : QVariant();
+        return index.column() == ContactColumns::Name ? QVariant(m_contactIcon) : QVariant();
     case RowKeys::kKeyRole:
         return RowKeys::OfContact(contact.ContactID());
     default:

@@ -49,7 +49,7 @@ public:
 
 private:
     const LxPhoneBook &m_phoneBook;
-    Icons::Lazy m_contactIcon{QLatin1StringView("contact")};
+    const QIcon m_contactIcon = Icons::Get(QLatin1StringView("contact"));
     ContactOrder m_order;
     /// Whether a row was rewritten since the last fill, so that the members or their order may have changed.
     bool m_isStale = false;

@@ -44,9 +44,8 @@ ContactProperties::ContactProperties(const LxCountryList &countries, const Windo
 {
     m_ui->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
-    const QSize pictureSize(32, 32);
-    m_ui->imgGuarantee_0->setPixmap(Icons::Get("guaranteed"_L1).pixmap(pictureSize, devicePixelRatio()));
-    m_ui->imgGuarantee_1->setPixmap(Icons::Get("not-guaranteed"_L1).pixmap(pictureSize, devicePixelRatio()));
+    m_ui->imgGuarantee_0->ShowIcon(Icons::Get("guaranteed"_L1), 2);
+    m_ui->imgGuarantee_1->ShowIcon(Icons::Get("not-guaranteed"_L1), 2);
     for (QLabel *title : {m_ui->lblGuaranteeTitle_0, m_ui->lblGuaranteeTitle_1}) {
         QFont bold = title->font();
         bold.setBold(true);
@@ -158,10 +157,12 @@ void ContactProperties::ShowGuarantee()
 {
     const int code = SelectedCode();
     const bool guaranteed = m_countries.CountryExists(code) && m_countries.Lookup(code).Guaranteed;
-    for (QWidget *widget : {m_ui->imgGuarantee_0, m_ui->lblGuaranteeTitle_0, m_ui->lblGuaranteeDescription_0})
-        widget->setVisible(guaranteed);
-    for (QWidget *widget : {m_ui->imgGuarantee_1, m_ui->lblGuaranteeTitle_1, m_ui->lblGuaranteeDescription_1})
-        widget->setVisible(!guaranteed);
+    for (QLabel *label : std::initializer_list<QLabel *>{m_ui->imgGuarantee_0, m_ui->lblGuaranteeTitle_0,
+                                                         m_ui->lblGuaranteeDescription_0})
+        label->setVisible(guaranteed);
+    for (QLabel *label : std::initializer_list<QLabel *>{m_ui->imgGuarantee_1, m_ui->lblGuaranteeTitle_1,
+                                                         m_ui->lblGuaranteeDescription_1})
+        label->setVisible(!guaranteed);
 }
 
 void ContactProperties::FillGroups()

@@ -66,7 +66,7 @@ QVariant GroupModel::data(const QModelIndex &index, int role) const
     case Qt::EditRole:
         return group.Name();
     case Qt::DecorationRole:
-        return &group == &m_phoneBook.AllContacts() ? m_everyoneIcon.Get() : m_groupIcon.Get();
+        return &group == &m_phoneBook.AllContacts() ? m_everyoneIcon : m_groupIcon;
     case RowKeys::kKeyRole:
         return RowKeys::OfGroup(group.GroupID());
     default:

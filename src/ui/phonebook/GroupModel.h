@@ -36,7 +36,7 @@ public:
 
 private:
     const LxPhoneBook &m_phoneBook;
-    Icons::Lazy m_everyoneIcon{QLatin1StringView("phonebook")};
-    Icons::Lazy m_groupIcon{QLatin1StringView("group")};
+    const QIcon m_everyoneIcon = Icons::Get(QLatin1StringView("phonebook"));
+    const QIcon m_groupIcon = Icons::Get(QLatin1StringView("group"));
     std::vector<LxGroup *> m_rows;
 };

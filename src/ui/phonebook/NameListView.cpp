@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 
 #include <utility>
 
@@ -40,6 +41,30 @@ void NameListView::CommitEditor()
     m_editDelay.stop();
     m_names->Commit();
     TellName();
+}
+
+void NameListView::SetHint(const QString &hint)
+{
+    m_hint = hint;
+    setAccessibleDescription(hint.simplified());
+    viewport()->update();
+}
+
+void NameListView::paintEvent(QPaintEvent *event)
+{
+    QTreeView::paintEvent(event);
+    if (m_hint.isEmpty())
+        return;
+    const int line = fontMetrics().lineSpacing();
+    QRect room = viewport()->rect().adjusted(line, line, -line, -line);
+    room.setTop(room.top() + visualRect(model()->index(model()->rowCount() - 1, 0)).bottom());
+    // Fainter than a row, yet easier to read than a placeholder.
+    constexpr float kQuiet = 0.7F;
+    QColor quiet = palette().color(QPalette::Text);
+    quiet.setAlphaF(kQuiet);
+    QPainter painter(viewport());
+    painter.setPen(quiet);
+    painter.drawText(room, Qt::AlignHCenter | Qt::TextWordWrap, m_hint);
 }
 
 void NameListView::TellName()

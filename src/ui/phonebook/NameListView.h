@@ -21,6 +21,9 @@ public:
     /// is about to open stays closed.
     void CommitEditor();
 
+    /// What the list says quietly in the room below its rows; empty for nothing.
+    void SetHint(const QString &hint);
+
     /// Type-ahead looks at the names, whichever column was clicked.
     void keyboardSearch(const QString &search) override;
 
@@ -37,6 +40,7 @@ protected:
     /// Whether a key that comes by here is meant for an editor that is open, or that it has just ended.
     [[nodiscard]] bool IsEditing() const { return state() == EditingState; }
 
+    void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -56,6 +60,7 @@ private:
     [[nodiscard]] bool IsOnlySelected(const QModelIndex &index) const;
 
     NameDelegate *m_names;
+    QString m_hint;
     /// Runs between a click that may open the editor and its opening, in which a double click has time to come.
     QTimer m_editDelay;
     /// The row that alone was selected when it was pressed; -1 for any other press.

@@ -52,7 +52,12 @@ void PhoneBook::BuildControls()
     m_ui->menuBar->removeAction(m_ui->mnuPopupContacts->menuAction());
     m_ui->Splitter1->setStretchFactor(0, 0);
     m_ui->Splitter1->setStretchFactor(1, 1);
-    m_ui->Splitter1->setSizes({180, 540});
+    constexpr int kGroups = 30;
+    constexpr int kContacts = 90;
+    Controls::SetFirstSize(*this, kGroups + kContacts, 33);
+    const int character = fontMetrics().averageCharWidth();
+    m_ui->Splitter1->setSizes({kGroups * character, kContacts * character});
+    FitBar();
     // What is typed there is taken, and all is saved.
     new QShortcut(QKeySequence(u"Ctrl+W"_s), this, this, &PhoneBook::close);
     ConnectLists();
@@ -60,6 +65,15 @@ void PhoneBook::BuildControls()
     ConnectCommands();
     Accessibility::AnnounceStatus(*m_ui->sbStatusBar);
     Status(tr("Ready"));
+}
+
+/// Makes what stands above the lists as large as the font asks for.
+void PhoneBook::FitBar()
+{
+    constexpr int kFewestFindCharacters = 14;
+    m_ui->txtFind->setMinimumWidth(kFewestFindCharacters * fontMetrics().averageCharWidth());
+    const int icon = Controls::IconSide(*m_ui->tbToolBar);
+    m_ui->tbToolBar->setIconSize(QSize(icon, icon));
 }
 
 void PhoneBook::ConnectLists()

@@ -126,6 +126,7 @@ private:
     };
 
     void BuildControls();
+    void FitBar();
     void ConnectLists();
     [[nodiscard]] std::vector<Command> TableOfCommands();
     void ConnectCommands();

@@ -21,6 +21,7 @@ PhoneBookLists::PhoneBookLists(const LxPhoneBook &phoneBook, GroupListView &grou
     m_groups.SetPhoneBook(phoneBook);
     m_contacts.SetPhoneBook(phoneBook);
     new SelectAllOnFocus(&m_find);
+    connect(this, &PhoneBookLists::Refilled, this, &PhoneBookLists::ShowHints);
     connect(&m_find, &QLineEdit::textChanged, this, &PhoneBookLists::FindTyped);
     connect(&m_find, &FindBox::EnterPressed, this, [this] { GoToContacts(!m_contacts.HasSelected()); });
     connect(&m_find, &FindBox::DownPressed, this, [this] { GoToContacts(true); });
@@ -157,4 +158,21 @@ void PhoneBookLists::FindTyped()
     CommitEditors();
     m_contacts.Find(ChosenGroup(), m_find.text());
     emit Refilled();
+}
+
+void PhoneBookLists::ShowHints()
+{
+    m_contacts.SetHint(ContactsHint());
+    m_groups.SetHint(m_groups.HasOtherGroups() ? QString() : tr("No groups yet.\nContacts, New Group"));
+}
+
+QString PhoneBookLists::ContactsHint() const
+{
+    if (m_contacts.RowCount() > 0)
+        return {};
+    if (m_phoneBook.AllContacts().Count() == 0)
+        return tr("No contacts yet.\nContacts, New Contact... or Import...");
+    if (!m_find.text().isEmpty())
+        return tr("No contact matches the search.");
+    return tr("Nobody is in this group yet.\nSelect contacts of Everyone, then Contacts, Add To Group");
 }

@@ -57,6 +57,9 @@ private:
     void WentTo(MenuRules::Place place);
     void ShowChosenGroup();
     void FindTyped();
+    /// In a list without rows of its own, how some come there.
+    void ShowHints();
+    [[nodiscard]] QString ContactsHint() const;
 
     const LxPhoneBook &m_phoneBook;
     GroupListView &m_groups;

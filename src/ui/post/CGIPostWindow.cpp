@@ -18,6 +18,7 @@ CGIPostWindow::CGIPostWindow(CGIPost &post, QWidget *parent)
     m_ui->setupUi(this);
     if (!post.Caption().isEmpty())
         setWindowTitle(post.Caption());
+    m_ui->imgLetter->ShowIcon(Icons::Get("letter"_L1), 2);
     m_ui->lblDescription->setText(post.Description());
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &CGIPostWindow::reject);
     connect(&post, &CGIPost::StateChanged, this, &CGIPostWindow::ShowState);
@@ -71,7 +72,6 @@ void CGIPostWindow::FitToText()
 {
     constexpr int kCharacters = 60;
     const int line = fontMetrics().lineSpacing();
-    m_ui->imgLetter->setPixmap(Icons::Get("letter"_L1).pixmap(QSize(2 * line, 2 * line), devicePixelRatioF()));
     m_ui->lblStatus->setMinimumHeight(2 * line); // so that a longer status rarely moves the button
     const int widest = screen()->availableGeometry().width() * 9 / 10;
     const int width = qMin(fontMetrics().averageCharWidth() * kCharacters, widest);

@@ -40,7 +40,7 @@ QVariant SendResultsModel::data(const QModelIndex &index, int role) const
         return {};
     const LxMessageRequest &request = m_requests[static_cast<size_t>(index.row())];
     if (role == Qt::DecorationRole && index.column() == Status)
-        return IsSent(request) ? m_tick.Get() : m_cross.Get();
+        return IsSent(request) ? m_tick : m_cross;
     const QString reason = request.Response ? request.Response->Info : QString();
     if (role == ReasonRole)
         return reason;

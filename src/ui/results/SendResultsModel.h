@@ -25,7 +25,7 @@ public:
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    Icons::Lazy m_tick{QLatin1StringView("tick")};
-    Icons::Lazy m_cross{QLatin1StringView("cross")};
+    const QIcon m_tick = Icons::Get(QLatin1StringView("tick"));
+    const QIcon m_cross = Icons::Get(QLatin1StringView("cross"));
     LxMessageRequests m_requests;
 };

@@ -78,6 +78,9 @@ private slots:
         dialog.show();
         dialog.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        const auto &email = Control<QLineEdit>(dialog, "txtEmail");
+        const auto colour = [&email] { return email.palette().color(QPalette::Text); };
+        QCOMPARE(colour(), dialog.palette().color(QPalette::PlaceholderText));
         QApplication::clipboard()->setText(u"\u200E ann\u00A0\n"_s);
         const auto paste = [&dialog](const char *name) {
             auto &box = Control<QLineEdit>(dialog, name);
@@ -92,6 +95,7 @@ private slots:
             QVERIFY(hasName || paste("txtUserName") + paste("txtPassword") == u"annann");
         }
         QCOMPARE(paste("txtEmail"), u"ann"_s); // in place of the hint
+        QCOMPARE(colour(), dialog.palette().color(QPalette::Text));
         f.Click("cmdOK");
         QCOMPARE(f.Stored(), (QStringList{u"ann"_s, u"ann"_s, {}}));
     }

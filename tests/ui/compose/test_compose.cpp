@@ -72,6 +72,40 @@ private slots:
         QCOMPARE(f.Status(), status);
     }
 
+    TABLE_TEST(theEmptyMessageBoxSaysWhereTheAccountIs, (const QString &user, bool says), {"no account", {}, true},
+               {"account", u"ann"_s, false})
+    {
+        Fixture f;
+        f.UseGateway({}, user);
+        const Compose compose(f.composeServices);
+        const auto &box = Control<QPlainTextEdit>(compose, "txtTextMessage");
+        QCOMPARE(box.placeholderText().contains(u"Tools, Account Details..."_s), says);
+    }
+
+    TABLE_TEST(theCostIsTold, (const QString &to, qsizetype length, const QString &cost),
+               {"a contact", u"john smith"_s, 1, u"1 person, 1 message"_s},
+               {"a number", u"07700 900999"_s, 161, u"1 person, 2 messages"_s},
+               {"a group", u"Two"_s, 161, u"2 people, 4 messages"_s},
+               {"nobody's group", u"Work"_s, 1, u"0 people, 0 messages"_s}, {"no text", u"Two"_s, 0, {}},
+               {"no recipient", u" "_s, 1, {}})
+    {
+        Fixture f;
+        LxGroup &two = f.Book().Groups().CreateGroup(u"Two"_s);
+        two.Add(f.contacts[0]);
+        f.to.Refill(f.Book());
+        f.to.setEditText(to);
+        f.text.setPlainText(QString(length, u'x'));
+        auto &shown = Control<QLabel>(f.compose, "lblCost");
+        two.Add(f.contacts[1]);
+        QEvent activated(QEvent::WindowActivate);
+        QApplication::sendEvent(&f.compose, &activated);
+        QCOMPARE(shown.text(), cost);
+        f.compose.resize(800, 300);
+        QCOMPARE(shown.isVisible(), !cost.isEmpty());
+        f.to.clearEditText();
+        QCOMPARE(shown.text(), QString());
+    }
+
     void draftIsKeptAndTheProgramEndsWhateverFails()
     {
         Fixture f;
@@ -160,7 +194,8 @@ private slots:
     // The length of the message, where it is pasted into, over how many characters; what is, and what gets in.
     TABLE_TEST(pasteIsCleanedAndCutAtTheLimit,
                (int length, int at, int selected, const QString &pasted, const QString &taken),
-               {"all allowed", 2, 1, 0, u"Hé £5"_s, u"Hé £5"_s}, {"some allowed", 2, 1, 0, u"a~b_c€\u00A0"_s, u"abc "_s},
+               {"all allowed", 2, 1, 0, u"Hé £5"_s, u"Hé £5"_s},
+               {"some allowed", 2, 1, 0, u"a~b_c€\u00A0"_s, u"abc "_s},
                {"line breaks", 2, 1, 0, u"a\r\nb\nc\u2028d"_s, u"a\r\nb\r\nc\r\nd"_s},
                {"room for two", 470, 100, 0, u"XYZ"_s, u"XY"_s}, {"room for one", 471, 1, 0, u"zb"_s, u"z"_s},
                {"room for what goes", 472, 10, 2, u"XYZ"_s, u"XY"_s},

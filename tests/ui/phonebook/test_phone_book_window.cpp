@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSplitter>
+#include <QToolBar>
 
 using namespace Qt::StringLiterals;
 
@@ -193,6 +194,38 @@ private slots:
         QCOMPARE(f.Rows(f.Contacts()) + f.Find().text(), u"Bob"_s);
         QTest::mouseClick(f.Groups().viewport(), Qt::LeftButton, Qt::ControlModifier, f.Place(f.Groups(), 1));
         QCOMPARE(f.Rows(f.Groups()), u"Everyone Work*<"_s);
+    }
+
+    TABLE_TEST(emptyListsSayWhatToDo, (bool isEmpty, int group, const QString &find, const QString &hints),
+               {"nothing to say", false, 0, u"a"_s, u"|"_s},
+               {"no match", false, 0, u"qq"_s, u"No contact matches the search.|"_s},
+               {"nobody in the group", false, 2, {},
+                u"Nobody is in this group yet. Select contacts of Everyone, then Contacts, Add To Group|"_s},
+               {"empty phone book", true, 0, u"qq"_s,
+                u"No contacts yet. Contacts, New Contact... or Import...|No groups yet. Contacts, New Group"_s})
+    {
+        PhoneBookFixture f;
+        f.Book().Groups().CreateGroup(u"Empty"_s);
+        if (isEmpty)
+            f.Book().ClearAll();
+        f.Open();
+        f.ChooseGroup(group);
+        f.Find().setText(find);
+        QCOMPARE(f.Contacts().accessibleDescription() + u'|' + f.Groups().accessibleDescription(), hints);
+    }
+
+    TABLE_TEST(everyButtonShowsAtFirst, (int points), {"9 pt", 9}, {"12 pt", 12})
+    {
+        const QFont before = QApplication::font();
+        QFont font = before;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        PhoneBookFixture f;
+        f.Open();
+        QApplication::setFont(before);
+        const auto &bar = Control<QToolBar>(f.phoneBook, "tbToolBar");
+        for (QAction *button : bar.actions())
+            QVERIFY2(bar.widgetForAction(button)->isVisible(), qPrintable(button->text()));
     }
 
     void layoutComesBack()
