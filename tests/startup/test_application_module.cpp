@@ -125,6 +125,7 @@ private slots:
                     dialog.resize(655, 444);
                 end();
                 QTest::qWait(50);
+                QVERIFY2(!hasReply || !dialog.isVisible(), "it was not closed as a user would, and so stored nothing");
             });
         if (busyWith == "AccountDetails"_L1)
             QTimer::singleShot(0, &compose, [&] { Control<QAction>(compose, "mnuAccount").trigger(); });
