@@ -123,6 +123,8 @@ private slots:
             text.setTextCursor(QTextCursor(text.document()));
             go(box);
             QCoreApplication::processEvents();
+            if (QWidget *menu = QApplication::activePopupWidget())
+                menu->close();
             return line.selectedText() + text.textCursor().selectedText();
         };
         const auto by = [&window](Qt::MouseButton button) {

@@ -76,13 +76,15 @@ private slots:
     TABLE_TEST(everyEndStoresAll, (int signal, const QString &busyWith, bool canSave),
                {"SIGTERM at rest", SIGTERM, u""_s, true},
                {"SIGTERM and no folder for the phone book", SIGTERM, u""_s, false},
-               {"SIGHUP in a dialog", SIGHUP, u"AccountDetails"_s, true},
+               {"SIGHUP in a dialog", SIGHUP, u"SendResults"_s, true},
                {"SIGINT during a post", SIGINT, u"CGIPost"_s, true},
                {"the session's end in a dialog", 0, u"AccountDetails"_s, true})
     {
         Profile p;
         WindowPostRunner runner;
-        const ScriptedPeer peer({.then = ScriptedPeer::Then::StayOpen});
+        const bool hasReply = busyWith == "SendResults"_L1;
+        const ScriptedPeer peer({.pieces = {hasReply ? ScriptedPeer::Ok("<LOGON>OK</LOGON><MSG></MSG>") : QByteArray()},
+                                 .then = ScriptedPeer::Then::StayOpen});
         WriteBytes(Settings::DefaultFileName(),
                    R"({"Account":{"Username":"ann"},"Gateway":{"Host":")" + peer.Address().toUtf8() + R"("}})");
         const QByteArray ann = "\"Ann\",44,\"07700900123\"\r\n";
@@ -115,15 +117,23 @@ private slots:
             // Nobody looks at the manager.
             emit qApp->commitDataRequest(*reinterpret_cast<QSessionManager *>(&p));
             isStored = ReadBytes(Settings::DefaultFileName()).contains("\"Text\": \"unsent\"");
-            QVERIFY2(QApplication::activeModalWidget(), "the session may yet go on");
+            // The session may yet go on, with its questions.
+            p.prompts.ExpectBox(u"Please enter a valid email address, or leave the Reply-To Email box blank."_s,
+                                PromptIcon::Exclamation, PromptAnswer::Ok, u"Reply-To Email"_s);
+            QWidget &account = *QApplication::activeModalWidget();
+            Control<QLineEdit>(account, "txtEmail").setText(u"nobody"_s);
+            Control<QPushButton>(account, "cmdOK").click();
             QApplication::exit();
         };
         if (busyWith.isEmpty())
             QTimer::singleShot(0, &compose, end);
         else
-            WhenDialogOpens(busyWith, [&](QDialog &) {
+            WhenDialogOpens(busyWith, [&](QDialog &dialog) {
+                if (hasReply)
+                    dialog.resize(655, 444);
                 end();
                 QTest::qWait(50);
+                QVERIFY2(!hasReply || !dialog.isVisible(), "it was not closed as a user would, and so stored nothing");
             });
         if (busyWith == "AccountDetails"_L1)
             QTimer::singleShot(0, &compose, [&] { Control<QAction>(compose, "mnuAccount").trigger(); });
@@ -138,7 +148,29 @@ private slots:
         QCOMPARE(settings[u"PhoneBook"_s][u"Width"_s].toString(), u"11655"_s);
         QCOMPARE(ReadBytes(LxPhoneBook::DefaultFileName()),
                  !canSave ? QByteArray() : ann + "\"Bob\",44,\"07700900999\"\r\n");
+        QCOMPARE(settings[u"SendResults"_s][u"Width"_s].toString(), hasReply ? u"9825"_s : u""_s);
         QVERIFY(peer.Posts() <= 1);
+    }
+
+    void signalDuringTheStartEndsIt()
+    {
+        /// A user who ends the program while a box of the start is open.
+        class ImpatientPrompts final : public Prompts
+        {
+            PromptAnswer ShowMessageBox(const MessageBoxRequest &, QObject *) override
+            {
+                ::raise(SIGTERM);
+                QTest::qWait(50);
+                return PromptAnswer::Ok;
+            }
+            QString AskOpenFile(const FileDialogRequest &, QObject *) override { return {}; }
+            QString AskSaveFile(const FileDialogRequest &, QObject *) override { return {}; }
+        };
+        Profile p;
+        ImpatientPrompts prompts;
+        DirectPostRunner runner;
+        ApplicationModule module({prompts, p.shell, p.clock, p.internetSettings, runner}, p.home.path(), {});
+        QVERIFY(!module.Main());
     }
 };
 
