@@ -1,4 +1,5 @@
 #include "ApplicationModule.h"
+#include "Controls.h"
 #include "DesktopSeams.h"
 #include "Icons.h"
 #include "Version.h"
@@ -18,6 +19,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationVersion(VersionText(ProgramVersion()));
     QApplication::setDesktopFileName(u"brevio"_s);
     QApplication::setWindowIcon(Icons::Program());
+    Controls::MakePlaceholdersQuiet();
 
     DesktopSeams seams;
     ApplicationModule module(seams.All(), QApplication::applicationDirPath(), QApplication::arguments().sliced(1));
