@@ -1,5 +1,6 @@
 #include "Accessibility.h"
 #include "ApplicationModule.h"
+#include "Controls.h"
 #include "DesktopSeams.h"
 #include "Icons.h"
 #include "ProgramOptions.h"
@@ -43,6 +44,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationVersion(VersionText(ProgramVersion()));
     QApplication::setDesktopFileName(u"brevio"_s);
     QApplication::setWindowIcon(Icons::Program());
+    Controls::MakePlaceholdersQuiet();
 
     Accessibility::Install();
     DesktopSeams seams;

@@ -3,13 +3,16 @@
 #include "ScreenFit.h"
 #include "Settings.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDialog>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLayout>
+#include <QScreen>
+#include <QScrollArea>
 #include <QStyle>
 #include <QTreeView>
+#include <QVBoxLayout>
 
 #include <cmath>
 
@@ -49,6 +52,21 @@ QString WidthsSection(const QTreeView &list)
 QString Caption(const QTreeView &list, int column)
 {
     return list.model()->headerData(column, Qt::Horizontal).toString();
+}
+
+/// Puts all that the dialog holds into an area that scrolls.
+void MakeScrollable(QDialog &dialog)
+{
+    auto *area = new QScrollArea(&dialog);
+    auto *content = new QWidget(area);
+    content->setLayout(dialog.layout()); // which the dialog then has no more
+    area->setWidget(content);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    auto *around = new QVBoxLayout(&dialog);
+    around->setContentsMargins({});
+    around->addWidget(area);
 }
 
 } // namespace
@@ -124,6 +142,17 @@ void RestoreColumnWidths(const Settings &settings, QTreeView &list)
     }
 }
 
+void MakePlaceholdersQuiet()
+{
+    const QPalette colours = QApplication::palette();
+    if (colours.color(QPalette::PlaceholderText) != colours.color(QPalette::Text))
+        return;
+    // Reads on light and on dark, so it may outlive a change from one to the other.
+    QPalette quiet;
+    quiet.setColor(QPalette::PlaceholderText, QColor(128, 128, 128));
+    QApplication::setPalette(quiet);
+}
+
 void SelectComboItemByData(QComboBox &combo, int data)
 {
     combo.setCurrentIndex(combo.findData(data));
@@ -143,10 +172,26 @@ int IconSide(const QWidget &widget)
 
 void FitToContents(QDialog &dialog)
 {
+    constexpr int kRoomForFrame = 40;
+    QSize room = dialog.screen()->availableGeometry().size();
+    room.rheight() -= kRoomForFrame;
     // Qt by itself stops at two thirds of the screen, and cuts wrapped texts off there.
-    QSize size = dialog.layout()->totalSizeHint();
-    if (dialog.layout()->hasHeightForWidth())
-        size.setHeight(dialog.layout()->totalHeightForWidth(size.width()));
+    QLayout &layout = *dialog.layout();
+    QSize size = layout.totalSizeHint();
+    int lowest = layout.totalMinimumSize().height();
+    if (layout.hasHeightForWidth()) {
+        // Wider is lower, as far as texts wrap.
+        const auto isTooHigh = [&] { return layout.totalMinimumHeightForWidth(size.width()) > room.height(); };
+        const int step = dialog.fontMetrics().averageCharWidth();
+        while (isTooHigh() && size.width() + step <= room.width())
+            size.rwidth() += step;
+        size.setHeight(layout.totalHeightForWidth(size.width()));
+        lowest = layout.totalMinimumHeightForWidth(size.width());
+    }
+    if (lowest > room.height()) {
+        MakeScrollable(dialog);
+        size.rwidth() += dialog.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &dialog);
+    }
     dialog.resize(size);
     ScreenFit::Apply(dialog);
 }

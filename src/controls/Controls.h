@@ -40,6 +40,9 @@ void SaveControlSize(Settings &settings, const QWidget &control);
 void SaveColumnWidths(Settings &settings, const QTreeView &list);
 void RestoreColumnWidths(const Settings &settings, QTreeView &list);
 
+/// Gives placeholders a colour of their own where the style paints them like what was typed.
+void MakePlaceholdersQuiet();
+
 /// Makes the first item whose data is `data` current, or none when there is no such item.
 void SelectComboItemByData(QComboBox &combo, int data);
 
@@ -49,7 +52,8 @@ void SetFirstSize(QWidget &window, int characters, int lines);
 /// The side of a small picture beside text of this widget's font, in pixels.
 [[nodiscard]] int IconSide(const QWidget &widget);
 
-/// Makes a dialog as large as its texts need, also with a large font, as far as the screen has room.
+/// Makes a dialog as large as its texts need, also with a large font, as far as the screen has room. Where it has not
+/// even room for the least, the dialog scrolls.
 void FitToContents(QDialog &dialog);
 
 /// Gives a tree view the look and the keys of a report: whole rows, no tree, one Tab stop, pictures as high as the

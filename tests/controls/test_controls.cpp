@@ -103,6 +103,24 @@ private slots:
         QCOMPARE(f.window.frameGeometry(), QRect(700, 10, 304, 904));
     }
 
+    void aDialogThatIsTooHighScrollsToTheFocus()
+    {
+        QDialog dialog;
+        auto *layout = new QVBoxLayout(&dialog);
+        auto *high = new QWidget;
+        high->setMinimumHeight(2000);
+        auto *first = new QLineEdit;
+        auto *last = new QLineEdit;
+        for (QWidget *widget : std::initializer_list<QWidget *>{first, high, last})
+            layout->addWidget(widget);
+        Controls::FitToContents(dialog);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QVERIFY(dialog.frameGeometry().height() <= 800 && last->visibleRegion().isEmpty());
+        QTest::keyClick(first, Qt::Key_Tab);
+        QVERIFY(last->hasFocus() && !last->visibleRegion().isEmpty());
+    }
+
     void goingToABoxSelectsItsText()
     {
         QWidget window;

@@ -1,5 +1,6 @@
 #include "ContactProperties.h"
 
+#include "Contrast.h"
 #include "Controls.h"
 #include "Icons.h"
 #include "LxCountryList.h"
@@ -53,6 +54,7 @@ ContactProperties::ContactProperties(const LxCountryList &countries, const Windo
     }
     m_groups->setHorizontalHeaderLabels({tr("Group")});
     Controls::SetUpReport(*m_ui->lvwGroups);
+    ShowCheckBoxFrames();
     m_ui->lvwGroups->setModel(m_groups);
     m_ui->txtName->setValidator(new NameValidator(m_ui->txtName));
     new SelectAllOnFocus(m_ui->txtName);
@@ -61,6 +63,8 @@ ContactProperties::ContactProperties(const LxCountryList &countries, const Windo
 
     const int page = m_services.settings.Get(kSection, kPageKey, u"0"_s).toInt();
     m_ui->tabPropertyPages->setCurrentIndex(page == 1 ? 1 : 0);
+    constexpr int kFewestCharacters = 24; // where the screen has no room for the longest names
+    m_ui->cboCountryCode->setMinimumWidth(kFewestCharacters * fontMetrics().averageCharWidth());
     m_countries.FillCountryCombo([this](const QString &text, int code) { m_ui->cboCountryCode->addItem(text, code); });
 }
 
@@ -85,6 +89,18 @@ void ContactProperties::ConnectControls()
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &ContactProperties::reject);
     m_ui->txtMobile->installEventFilter(this);
     m_ui->lvwGroups->viewport()->installEventFilter(this);
+}
+
+/// Some looks make the frame of a check box a darker window, which on a dark list nobody sees.
+void ContactProperties::ShowCheckBoxFrames()
+{
+    constexpr double kContrast = 3.3;
+    constexpr int kDarkerByPercent = 140;
+    QPalette colours = m_ui->lvwGroups->palette();
+    const QColor list = colours.color(QPalette::Base);
+    const QColor frame = Contrast::StandingOut(colours.color(QPalette::Window), {list}, kContrast);
+    colours.setColor(QPalette::Window, frame.lighter(kDarkerByPercent));
+    m_ui->lvwGroups->setPalette(colours);
 }
 
 void ContactProperties::SetupTitle(bool isNew)
