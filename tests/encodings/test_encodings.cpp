@@ -22,9 +22,8 @@ private slots:
         QCOMPARE(TextFile::Encode(text), bytes);
     }
 
-    TABLE_TEST(otherTextSurvivesAsUtf8, (const QString &text), {"outside the code page", u"Łé"_s},
-               {"outside the basic plane", u"😀"_s}, {"a control that the code page lacks", u"\u0080"_s},
-               {"what looks like the mark", u"ï»¿"_s}, {"the mark", u"\uFEFF"_s})
+    TABLE_TEST(otherTextSurvivesAsUtf8, (const QString &text), {"outside the code page, behind a mark", u"\uFEFFŁé😀"_s},
+               {"a control that the code page lacks", u"\u0080"_s}, {"what looks like the mark", u"ï»¿"_s})
     {
         const QByteArray bytes = TextFile::Encode(text);
         QCOMPARE(bytes, "\xEF\xBB\xBF" + text.toUtf8());
@@ -46,11 +45,6 @@ private slots:
         for (const QString &field : Encodings::ParseCSVLine(QString(line).replace(u'\'', u'"')))
             got += u'[' + field + u']';
         QCOMPARE(got.replace(u'"', u'\''), fields);
-    }
-
-    void documentsEscapeSixCharacters()
-    {
-        QCOMPARE(Encodings::XMLEncode(u"<&lt;>\"'£é"_s), u"&lt;&amp;lt;&gt;&quot;&apos;&#163;é"_s);
     }
 
     TABLE_TEST(formsEscapeAllButLettersAndDigits, (const QString &text, const QString &escaped),

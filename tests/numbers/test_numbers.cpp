@@ -53,18 +53,14 @@ private slots:
         for (const int line : {3, 4, 5})
             ExpectQuestion(line, line < 5 ? PromptAnswer::Yes : PromptAnswer::No);
         QCOMPARE(Loaded(kHeader + "1,A,0\r\n2,B,yes\r\n3,C,0\r\n4,D,0\r\n5,E,0\r\n"), u"1 A|3 C|4 D"_s);
-        m_prompts.ExpectBox(u"No country data was found in countries.csv\r\n\r\nPlease re-install Brevio."_s,
-                            PromptIcon::Critical);
+        m_prompts.ExpectBoxBeginning(u"No country data was found in countries.csv"_s, PromptIcon::Critical);
         QCOMPARE(Loaded(kHeader), u""_s);
-        m_prompts.ExpectBox(u"Wrong number of columns in countries.csv. There should be 3 columns."
-                            "\r\n\r\nPlease re-install Brevio."_s,
-                            PromptIcon::Critical);
+        m_prompts.ExpectBoxBeginning(u"Wrong number of columns in countries.csv."_s, PromptIcon::Critical);
         QCOMPARE(Loaded("Code,\"Country, name\",Guaranteed\r\n1,A,0\r\n"), u""_s);
     }
 
     TABLE_TEST(badCountriesAreAskedAbout, (const QByteArray &bad), {"a code out of range", "32768,B,0\r\n"},
-               {"a code below zero", "-1,B,0\r\n"}, {"a code that is taken", "1,B,0\r\n"}, {"too few fields", "2,B"},
-               {"a blank line", "\r\n"}, {"an open quote", "2,\"B,0\r\n"})
+               {"a code that is taken", "1,B,0\r\n"}, {"too few fields", "2,B"}, {"an open quote", "2,\"B,0\r\n"})
     {
         ExpectQuestion(3, PromptAnswer::Yes);
         QCOMPARE(Loaded(kHeader + "1,A,0\r\n" + bad), u"1 A"_s);
