@@ -140,19 +140,6 @@ private slots:
         QVERIFY(Raised([this] { SaveFile(m_path, "new", FilePrivacy::OwnerOnly); }).startsWith(u"75 SaveFile: "_s));
         QCOMPARE(Files(), (QStringList{u"file"_s, u"new"_s}));
     }
-
-    // HOME, XDG_DATA_HOME and XDG_CONFIG_HOME, and the folders for data, settings and documents.
-    TABLE_TEST(foldersAreThoseOfTheEnvironmentOrNone, (const QString &environment, const QString &folders),
-               u"/h/|| -> /h/.local/share /h/.config /h/Documents", u"/h|/d/|/c -> /d /c /h/Documents",
-               u"h|d|/c ->  /c ", u"|| ->   ", u"/|d| -> /.local/share /.config /Documents")
-    {
-        const char *names[] = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"};
-        for (int i = 0; i < 3; ++i)
-            qputenv(names[i], environment.section(u'|', i, i).toLatin1());
-        const auto got = QStringList{Utils::AppDataFolder(), Utils::GetSpecialFolder(Utils::SpecialFolder::AppConfig),
-                                     Utils::MyDocumentsFolder()};
-        QCOMPARE(got.join(u' '), folders);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestFiles)

@@ -103,9 +103,6 @@ private slots:
         // Nothing new was set, but the failed write still waits.
         QVERIFY(settings.Flush());
         QCOMPARE(StoredValue(), text);
-        fullDisk.emplace(limit);
-        ExpectFailure();
-        QVERIFY(!CanSave(settings, text + u'1'));
     }
 
     TABLE_TEST(upgradesDropSectionsOfOtherVersions, (const QString &sections, const QString &kept),

@@ -30,11 +30,6 @@ private slots:
         QCOMPARE(TextFile::Decode(bytes), text);
     }
 
-    void everyLineBreakBecomesABlank()
-    {
-        QCOMPARE(TextFile::AsOneLine(u"a\r\nb\rc\nd\u0085e\u2028f\u2029g\n\r"_s), u"a b c d e f g  "_s);
-    }
-
     // Apostrophes stand for double quotes.
     TABLE_TEST(linesAreSplitAtCommasOutsideQuotes, (const QString &line, const QString &fields), u" -> []",
                u"x,,z, -> [x][][z][]", u"'Smith, Jo',44,'0123 -> [Smith, Jo][44][0123]", u"'x'' -> [x']",

@@ -73,18 +73,14 @@ private slots:
         LxCountryList countries;
         countries.LoadCountries(QStringLiteral(PROGRAM_DIR), {}, m_prompts);
         QVERIFY(countries.Countries().size() > 200);
-        const auto codeOf = [&countries](const QString &number) {
-            const auto split = SplitInternational(countries, number);
-            return split ? QString::number(split->code) : u"none"_s;
-        };
         // A code that stood behind one that begins with it would take its numbers. No code goes on with a 0 here.
         QString astray;
         for (const LxCountry &country : countries.Countries()) {
-            if (codeOf(u"+%1000000"_s.arg(country.CountryCode)) != QString::number(country.CountryCode))
+            const auto split = SplitInternational(countries, u"+%1000000"_s.arg(country.CountryCode));
+            if (!split || split->code != country.CountryCode)
                 astray += u' ' + country.CountryName;
         }
         QCOMPARE(astray, QString());
-        QCOMPARE(codeOf(u"+18495550100"_s) + codeOf(u"+77015550100"_s) + codeOf(u"+999123456"_s), u"18497none"_s);
         QVERIFY(countries.Lookup(44).CountryName.startsWith(u"United Kingdom"_s));
     }
 

@@ -1,5 +1,4 @@
 #include "Fakes.h"
-#include "FileLock.h"
 #include "FileSizeLimit.h"
 #include "Files.h"
 #include "Printed.h"
@@ -158,9 +157,6 @@ private slots:
         holder.reset();
         QCOMPARE(ReadBytes(m_book->SavePhoneBook()), "taken");
 
-        QVERIFY(QFile::resize(m_path, (256LL << 20) + 1));
-        QCOMPARE(RaisedByOpening(m_path), u"75 ReadTextFile: The file is too large"_s);
-        QCOMPARE(Raised([this] { FileLock().Acquire(m_path); }), u""_s);
         QCOMPARE(RaisedByOpening(m_path + u"/ann.kpb"_s), u"75 Corvane.PhoneBook: Not a directory"_s);
     }
 
