@@ -50,7 +50,6 @@ private slots:
                u"\"Lee, Ann\",07700900123 -> Lee 0 07700900123 [Ann];Ann",
                u"999,353,44,0851234567 -> 44 353 0851234567 []",
                u"07700900123,07700900124 -> 07700900124 0 07700900123 []",
-               u"\"Bob\",353,\"0851234567\",\"Work\" -> Bob 353 0851234567 [Work];Work",
                u"A,1234#x\nB,1234\r\n\r\n \t\nName,Mobile\nC,\r\nD #1,1234\n#E,1234\r\nF,1234 -> A 1 234 []\nB 1 234 "
                u"[]\nF 1 234 []",
                u"Ann", u"Ann,Smith", u"Ann;44;07700900123", u"Ann,+0123", u"Ann,+9991234567", u"Ann,0077",
@@ -71,13 +70,9 @@ private slots:
                 "Name,Mobile\r\n\r\n# B,4421\r\n\t\r\n\"#\"\r\nA,4411\r\nB\r\nB,4421", u"6 A 8 B | 2"_s},
                {"UTF-8", "Zo\xC3\xAB\xE2\x82\xAC,4411", u"1 Zoë€ | 0"_s},
                {"UTF-16, low byte first", "\xFF\xFE\xEB\0\xAC\x20,\0001\0002\0003\0004\0"_ba, u"1 ë€ | 0"_s},
-               {"the mark alone", kMark, u" | 0"_s}, {"no text", "\x89PNG\r\n\x1A", u" | 1"_s},
+               {"the mark alone", kMark, u" | 0"_s},
                {"cut in a name", "Zo\xC3\xAB,4411\nB,4421\nC,4431,353,Zo\xC3", u"1 Zoë 2 B | 1"_s},
-               {"cut behind the mark", kMark + "A,4411\nB,4421,Zo\xF0\x9F\x98", u"1 A | 1"_s},
                {"cut in UTF-16", "\xFE\xFF\0A\0,\0004\0004\0001\0001\0\n\0B\0,\0004\0004\0002\0001\0"_ba, u"1 A | 1"_s},
-               {"nothing but a cut character", "Zo\xC3\xAB,4411\n\xE2\x82", u"1 Zoë | 1"_s},
-               {"cut in a comment", "Zo\xC3\xAB,4411\n# Zo\xC3", u"1 Zoë | 0"_s},
-               {"cut but plain so far", "A,4411\nZo\xEB", u"1 A | 1"_s},
                {"not UTF-8", "Zo\xC3\xAB,4411\n\xEBZ\x80,4421", u"1 ZoÃ« 2 ëZ€ | 0"_s},
                {"damaged elsewhere", kMark + "A\xC3,4411\nB,4421,Zo\xC3\n", u"1 A\uFFFD 2 B | 0"_s})
     {
@@ -90,30 +85,17 @@ private slots:
         QCOMPARE(got.join(u' ') + u" | "_s + QString::number(lines.passedOver), read);
     }
 
-    void aStoppedImportLeavesTheLineThatStoppedIt()
-    {
-        LxPhoneBook scratch = Book();
-        const auto lines = scratch.ParseContacts(u"# Two\r\nA,+4412\r\n\r\nB,+4413\r\nC,07700900123\r\nD,+4414"_s);
-        LxPhoneBook book = Book();
-        LxGroup &group = book.Groups().CreateGroup(u"Imported"_s);
-        QCOMPARE(Raised([&] { book.Import(scratch.AllContacts().ContactList(), &group); }),
-                 u"-2147221503 Corvane.Contact: Invalid country 0"_s);
-        QCOMPARE(lines.lineOf[static_cast<size_t>(group.Count())], 5);
-    }
-
     void exportsAreMadeForSpreadsheets()
     {
         const QString version = u"%1.%2"_s.arg(ProgramVersion().major).arg(ProgramVersion().minor);
-        const QByteArray heading = " contacts exported from Brevio v" + version.toLatin1() +
-                                   " on 15/11/2004\"\r\n\"#\"\r\n"
-                                   "\"# Hint: To format mobile numbers in Excel, use \"Format Cells\" with \"Number\" "
-                                   "and zero decimal places\"\r\n\"#\"\r\n\"# Name\",\"Mobile\"\r\n";
         QCOMPARE(Exported(u"Zoë \"A\"\r\nB"_s, u"07700 900-123"_s),
-                 "\"# 1" + heading + "\"Zo\xEB \"\"A\"\" B\",\"+447700900123\"\r\n");
+                 "\"# 1 contacts exported from Brevio v" + version.toLatin1() +
+                     " on 15/11/2004\"\r\n\"#\"\r\n"
+                     "\"# Hint: To format mobile numbers in Excel, use \"Format Cells\" with \"Number\" "
+                     "and zero decimal places\"\r\n\"#\"\r\n\"# Name\",\"Mobile\"\r\n"
+                     "\"Zo\xEB \"\"A\"\" B\",\"+447700900123\"\r\n");
         LxPhoneBook book = Book();
         book.OpenPhoneBook(m_folder.filePath(u"ann.kpb"_s));
-        book.Export(m_file, book.Groups().CreateGroup(u"Empty"_s));
-        QCOMPARE(ReadBytes(m_file), "\"# 0" + heading);
         QCOMPARE(Raised([&] { book.Export(book.FileName(), book.AllContacts()); }),
                  u"5 Corvane.PhoneBook: This file is the phone book itself"_s);
         QCOMPARE(ReadBytes(book.FileName()), "");

@@ -17,8 +17,6 @@ public:
         QList<QByteArray> pieces = {};
         Then then = Then::Close;
         int pauseMs = 0;
-        /// The most of the request that it reads after each `pauseMs`; all when 0.
-        qint64 readBytes = 0;
     };
 
     explicit ScriptedPeer(Script script)
@@ -54,16 +52,13 @@ private:
         QTcpSocket *socket = nextPendingConnection();
         ++m_connections;
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-        const auto read = [this, socket, request = std::make_shared<QByteArray>()] {
+        connect(socket, &QTcpSocket::readyRead, this, [this, socket, request = QByteArray()]() mutable {
             const QByteArray bytes = socket->readAll();
-            *request += bytes;
+            request += bytes;
             m_received += bytes;
-            if (!bytes.isEmpty() && IsWhole(*request))
+            if (IsWhole(request))
                 Step(socket, 0);
-        };
-        socket->setReadBufferSize(m_script.readBytes);
-        connect(socket, &QTcpSocket::readyRead, this,
-                [this, socket, read] { QTimer::singleShot(m_script.pauseMs, socket, read); });
+        });
     }
 
     void Step(QTcpSocket *socket, qsizetype index)
