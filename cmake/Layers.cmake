@@ -47,5 +47,6 @@ brevio_layer(src/startup
   PRIVATE Brevio::numbers Brevio::phonebook Brevio::ui_phonebook Brevio::ui_compose)
 brevio_layer(src PRIVATE Qt6::Widgets Brevio::base Brevio::controls Brevio::startup)
 brevio_layer(src/gateway PUBLIC Qt6::Core PRIVATE Brevio::base PkgConfig::HTTPLIB Threads::Threads)
+brevio_layer(tools/contrast PRIVATE Qt6::Widgets Brevio::controls)
 brevio_layer(tools/icons PRIVATE Qt6::Gui)
 brevio_layer(tools/tour PRIVATE Qt6::Widgets Brevio::base Brevio::startup)
