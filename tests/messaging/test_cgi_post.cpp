@@ -153,10 +153,8 @@ private slots:
     {
         StuckPost stuck(phase);
         stuck.module.timeOut = 500ms;
-        QStringList texts;
-        connect(&stuck.post, &CGIPost::StateChanged, this, [&] { texts += stuck.post.Status(); });
         m_runner.Run(stuck.post, nullptr);
-        QCOMPARE(texts.mid(texts.size() - 2), (QStringList{stuck.Status(), u"Failed: Connection timed out"_s}));
+        QCOMPARE(stuck.post.Status(), u"Failed: Connection timed out"_s);
         QVERIFY(stuck.peer.Posts() <= 1);
         QCOMPARE(stuck.post.RequestWentOut(), phase == StuckPost::Requesting || phase == StuckPost::Receiving);
     }

@@ -10,7 +10,6 @@
 #include "ScriptedPeer.h"
 #include "SendingSMS.h"
 #include "Settings.h"
-#include "SystemInternetSettings.h"
 #include "Version.h"
 
 #include <QJsonObject>
@@ -72,7 +71,6 @@ class TestSending final : public QObject, private PostRunner
 private slots:
     void initTestCase()
     {
-        m_group.SetName(u"Work"_s);
         for (const auto &mobile : {u"+447700900123"_s, u"+353851234567"_s, u"+18765550100"_s}) {
             const LxContactPtr contact = LxContact::Create(m_countries);
             contact->SetName(u"To "_s + mobile);
@@ -158,18 +156,6 @@ private slots:
         requests.clear();
         QCOMPARE(post(BuildBalanceRequest(u"£&"_s, u"a"_s)), u"3 Wrong user name or password"_s);
         QCOMPARE(post(BuildBalanceRequest(u"bob"_s, u"a"_s)), u"0 No error!, in, balance 9"_s);
-    }
-
-    void theProxyOfTheSystemIsRead()
-    {
-        qputenv("http_proxy", "http://[::1]:3128");
-        SystemInternetSettings settings;
-        QString got;
-        settings.Query(QUrl(u"http://gateway.test/"_s), this, [&got](const InternetSettingsValues &values) {
-            got = values.proxyEnable + u' ' + values.proxyServer;
-        });
-        QTRY_COMPARE(got, u"1 http=[::1]:3128"_s);
-        qunsetenv("http_proxy");
     }
 
     TABLE_TEST(eachPartGoesToEachRecipientOnce, (const QByteArray &reply, const QString &outcome),
