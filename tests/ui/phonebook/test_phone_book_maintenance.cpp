@@ -204,7 +204,6 @@ private slots:
                 f.prompts.ExpectAnyFileDialog(path);
                 Control<QPushButton>(dialog, "cmdBrowse").click();
             };
-            browse({});
             QVERIFY(!ok.isEnabled());
             browse(missing);
             f.prompts.ExpectBox(u"The selected file cannot not be opened: File not found\r\n\r\n"

@@ -184,8 +184,6 @@ private slots:
         f.Find().setText(u"b"_s);
         f.Click(f.Groups(), 1);
         QCOMPARE(f.Rows(f.Contacts()) + f.Find().text(), u"Bob"_s);
-        f.Click(f.Groups(), 1, Qt::LeftButton, Qt::ControlModifier);
-        QCOMPARE(f.Rows(f.Groups()), u"Everyone Work*<"_s);
     }
 
     TABLE_TEST(deletingLeavesTheNextRowCurrent, (int count), {"few, row by row", 2}, {"many, at once", 20})
@@ -232,9 +230,6 @@ private slots:
         QCOMPARE(rowsAfterClick(1), u"Élan Ann*< Bob Zoe"_s);
         QCOMPARE(rowsAfterClick(2), u"Zoe Élan Bob Ann*<"_s);
         QCOMPARE(rowsAfterClick(2), u"Bob Ann*< Zoe Élan"_s);
-        f.phoneBook.close();
-        f.phoneBook.show();
-        QCOMPARE(f.Rows(f.Contacts()), u"Bob Ann Zoe Élan"_s);
     }
 
     void failedSaveIsToldOnceForEachCommand()
