@@ -5,7 +5,6 @@
 #include "Profile.h"
 #include "Settings.h"
 #include "SystemInternetSettings.h"
-#include "Utils.h"
 #include "Version.h"
 #include "WindowPostRunner.h"
 
@@ -128,53 +127,38 @@ private slots:
         QWidget *book = FindWindow(u"PhoneBook"_s);
         QVERIFY(QTest::qWaitForWindowActive(book));
         const auto trigger = [book](const char *name) { Control<QAction>(*book, name).trigger(); };
-        const auto file = [&p, &path](const QString &title, const QList<FileFilter> &filters, const QString &proposal,
-                                      const QString &name, bool asks, const QString &offered = {}) {
-            p.prompts.ExpectFileDialog({title, filters, proposal, asks, offered}, path(name));
-        };
-
-        const FileFilter csv{u"CSV (Comma delimited)"_s, {u"*.csv"_s}};
-        file(u"Select File to Import from"_s,
-             {{u"All contact files"_s, {u"*.csv"_s, u"*.txt"_s, u"*.kpb"_s}},
-              csv,
-              {u"Text (Tab delimited)"_s, {u"*.txt"_s}},
-              {u"Brevio phonebook"_s, {u"*.kpb"_s}},
-              {u"All files"_s, {u"*.*"_s}}},
-             Utils::MyDocumentsFolder() + u'/', u"people.txt"_s, false);
+        p.prompts.ExpectAnyFileDialog(path(u"people.txt"_s));
         WhenDialogOpens(u"Import"_s, [](QDialog &dialog) {
             Control<QPushButton>(dialog, "cmdBrowse").click();
             Control<QPushButton>(dialog, "cmdOK").click();
         });
         trigger("mnuContactsImport");
         QTest::keyClicks(Control<QTreeView>(*book, "lvwGroups").viewport()->findChild<QLineEdit *>(), u"Friends\r"_s);
-        const auto line = [](const QByteArray &name, const QByteArray &rest) {
-            return '"' + name + "\"," + rest + "\r\n";
-        };
-        const QByteArray bob = line("Bob", "44,\"07700 900999\",\"Friends\"");
-        const QByteArray zoe = line("Zo\xEB", "33,\"612345678\",\"Friends\"");
-        const QByteArray imported = line("Ann Lee", "44,\"7700900123\",\"Friends\"") + bob + zoe +
-                                    line("Annie", "44,\"07700-900123\",\"Friends\"");
+        const QByteArray rest =
+            "\"Bob\",44,\"07700 900999\",\"Friends\"\r\n\"Zo\xEB\",33,\"612345678\",\"Friends\"\r\n";
+        const QByteArray imported =
+            "\"Ann Lee\",44,\"7700900123\",\"Friends\"\r\n" + rest + "\"Annie\",44,\"07700-900123\",\"Friends\"\r\n";
         QTRY_COMPARE(ReadBytes(p.phoneBook), imported);
 
         compose->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(compose));
-        file(u"Save Results As"_s, {csv}, Utils::MyDocumentsFolder() + u"/Send Results"_s, u"results.csv"_s, false);
+        p.prompts.ExpectAnyFileDialog(path(u"results.csv"_s));
         WhenDialogOpens(u"SendResults"_s, [](QDialog &dialog) { Control<QPushButton>(dialog, "cmdSave").click(); });
         QCOMPARE(Send(u"Friends"_s, u"Hi"_s), u"Message failed. 7 messages remaining"_s);
 
-        const QList<FileFilter> backups = {{u"Brevio Phonebook"_s, {u"*.kpb"_s}}};
-        file(u"Select File to Backup to"_s, backups, Utils::MyDocumentsFolder() + u"/Backup of Brevio phonebook"_s,
-             u"backup.kpb"_s, true);
+        p.prompts.ExpectAnyFileDialog(path(u"backup.kpb"_s));
         trigger("mnuBackup");
         WhenDialogOpens(u"DeleteMany"_s, [](QDialog &dialog) {
             QTest::keyClicks(dialog.focusWidget(), u"07700900123"_s);
             Control<QPushButton>(dialog, "cmdOK").click();
         });
         trigger("mnuExclude");
-        QCOMPARE(ReadBytes(p.phoneBook), bob + zoe);
-        const QList<FileFilter> backupsAndCopies = {{u"Brevio Phonebook"_s, {u"*.kpb"_s, u"*.kpb.*.bak"_s}}};
-        file(u"Select Backup File to Restore"_s, backupsAndCopies, path(u"backup.kpb"_s), u"backup.kpb"_s, false,
-             QFileInfo(p.phoneBook).path());
+        QCOMPARE(ReadBytes(p.phoneBook), rest);
+        p.prompts.ExpectFileDialog({.title = u"Select Backup File to Restore"_s,
+                                    .filters = {{u"Brevio Phonebook"_s, {u"*.kpb"_s, u"*.kpb.*.bak"_s}}},
+                                    .initialPath = path(u"backup.kpb"_s),
+                                    .offeredFolder = QFileInfo(p.phoneBook).path()},
+                                   path(u"backup.kpb"_s));
         trigger("mnuRestore");
         QVERIFY(compose->close());
         QCOMPARE(p.Taken(),
@@ -185,7 +169,7 @@ private slots:
         const QMap<QString, QByteArray> expected = {
             {{}, imported},
             {u".20041115.bak"_s, QByteArray(imported).replace("Friends", "Imported")},
-            {u".20041115-103000.bak"_s, bob + zoe}};
+            {u".20041115-103000.bak"_s, rest}};
         QMap<QString, QByteArray> files;
         for (QDirIterator it(QFileInfo(p.phoneBook).path(), {u"*.kpb*"_s}, QDir::Files | QDir::Hidden); it.hasNext();) {
             const QString found = it.next();

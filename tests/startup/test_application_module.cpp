@@ -21,6 +21,17 @@
 
 using namespace Qt::StringLiterals;
 
+/// What the program runs on: a machine, its user, and posts in their windows.
+struct World : Profile
+{
+    [[nodiscard]] auto Program()
+    {
+        const ApplicationModule::Seams seams{prompts, shell, clock, internetSettings, runner};
+        return std::make_unique<ApplicationModule>(seams, home.path(), QStringList());
+    }
+    WindowPostRunner runner;
+};
+
 class TestApplicationModule final : public QObject
 {
     Q_OBJECT
@@ -28,19 +39,16 @@ class TestApplicationModule final : public QObject
 private slots:
     void theProgramStartsOnceWhateverCannotBeRead()
     {
-        Profile p;
-        DirectPostRunner runner;
-        const ApplicationModule::Seams seams{p.prompts, p.shell, p.clock, p.internetSettings, runner};
+        World p;
         const auto noCountries = u"Cannot open countries.csv for reading.\r\n\r\nPlease re-install Brevio."_s;
         p.prompts.ExpectBox(noCountries, PromptIcon::Critical);
-        auto first = std::make_unique<ApplicationModule>(seams, p.home.path(), QStringList());
+        auto first = p.Program();
         QVERIFY(first->Main());
         p.prompts.VerifyAllCame();
 
         p.prompts.ExpectBox(u"Brevio is already running.\r\n\r\nPlease select Brevio from the task bar to continue."_s,
                             PromptIcon::Information);
-        ApplicationModule second(seams, p.home.path(), {});
-        QVERIFY(!second.Main());
+        QVERIFY(!p.Program()->Main());
         p.prompts.VerifyAllCame();
 
         first.reset();
@@ -53,22 +61,22 @@ private slots:
                             "\r\n\r\nThe phonebook file is: \r\n\r\n"_s +
                                 file,
                             PromptIcon::Exclamation);
-        QVERIFY(second.Main());
+        first = p.Program();
+        QVERIFY(first->Main());
         QVERIFY(FindWindow(u"Compose"_s)->isVisible());
     }
 
     TABLE_TEST(withoutAFolderForItsFilesItEndsAtOnce, (const QByteArray &missing), {"data", "XDG_DATA_HOME"},
                {"settings", "XDG_CONFIG_HOME"})
     {
-        Profile p;
+        World p;
         const QByteArray home = qgetenv("HOME");
         qunsetenv("HOME");
         qunsetenv(missing.constData());
-        DirectPostRunner runner;
-        ApplicationModule module({p.prompts, p.shell, p.clock, p.internetSettings, runner}, p.home.path(), {});
+        const auto module = p.Program();
         p.prompts.ExpectBoxBeginning(u"Brevio cannot start, as there is no folder for your phone book"_s,
                                      PromptIcon::Critical);
-        const bool isStarted = module.Main();
+        const bool isStarted = module->Main();
         qputenv("HOME", home);
         QVERIFY(!isStarted && !FindWindow(u"Compose"_s));
     }
@@ -80,8 +88,7 @@ private slots:
                {"SIGINT during a post", SIGINT, u"CGIPost"_s, true},
                {"the session's end in a dialog", 0, u"AccountDetails"_s, true})
     {
-        Profile p;
-        WindowPostRunner runner;
+        World p;
         const bool hasReply = busyWith == "SendResults"_L1;
         const ScriptedPeer peer({.pieces = {hasReply ? ScriptedPeer::Ok("<LOGON>OK</LOGON><MSG></MSG>") : QByteArray()},
                                  .then = ScriptedPeer::Then::StayOpen});
@@ -90,9 +97,7 @@ private slots:
         const QByteArray ann = "\"Ann\",44,\"07700900123\"\r\n";
         WriteBytes(LxPhoneBook::DefaultFileName(), ann + "\"Carl\",44,\"07700900999\"\r\n");
         WriteBytes(p.home.filePath(u"countries.csv"_s), "Code,Country,Guaranteed\r\n44,United Kingdom,1\r\n");
-        auto module = std::make_unique<ApplicationModule>(
-            ApplicationModule::Seams{p.prompts, p.shell, p.clock, p.internetSettings, runner}, p.home.path(),
-            QStringList());
+        auto module = p.Program();
         QVERIFY(module->Main());
         QWidget &compose = *FindWindow(u"Compose"_s);
         compose.move(11, 22);

@@ -2,6 +2,7 @@
 #include "Dialogs.h"
 #include "Files.h"
 #include "RecipientBox.h"
+#include "Rows.h"
 #include "ScriptedPeer.h"
 #include "WidgetPrompts.h"
 #include "WindowFixture.h"
@@ -11,7 +12,6 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QStatusBar>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -44,13 +44,13 @@ class TestSlips final : public QObject
         }
 
         /// As a keyboard does, to whatever window has the focus.
-        void Tell(QTest::KeyAction action, Qt::Key key, Qt::KeyboardModifiers modifiers)
+        void Tell(QTest::KeyAction action, QKeyCombination keys)
         {
             // What a window manager does when a dialog has closed.
             if (!QGuiApplication::focusWindow())
                 compose.activateWindow();
             if (QWindow *window = QGuiApplication::focusWindow())
-                QTest::keyEvent(action, window, key, modifiers);
+                QTest::keyEvent(action, window, keys.key(), keys.keyboardModifiers());
         }
 
         WidgetPrompts boxes;
@@ -61,38 +61,21 @@ class TestSlips final : public QObject
         RecipientBox &to = Control<RecipientBox>(compose, "cboTo");
         QPlainTextEdit &text = Control<QPlainTextEdit>(compose, "txtTextMessage");
         QPushButton &sendButton = Control<QPushButton>(compose, "cmdSend");
-        QStatusBar &status = Control<QStatusBar>(compose, "StatusBar");
     };
 
     static QByteArray StoredSettings() { return ReadBytes(Settings::DefaultFileName()); }
 
 private slots:
-    void heldKeyStartsOnce_data()
+    // The control that has the focus, in milliseconds the quiet time, the usual one where that is 0, and the time until
+    // the first repeat, and whether a box tells of a failure.
+    TABLE_TEST(heldKeyStartsOnce,
+               (QKeyCombination held, const QString &focus, int quietTime, int firstRepeat, bool fails),
+               {"shortcut, by a keyboard's clock", Qt::CTRL | Qt::Key_Return, u"txtTextMessage"_s, 0, 660, false},
+               {"shortcut, late to repeat", Qt::CTRL | Qt::Key_Return, u"txtTextMessage"_s, 300, 600, false},
+               {"Space on the button", Qt::Key_Space, u"cmdSend"_s, 300, 220, false},
+               {"Enter on the button, with a box", Qt::Key_Return, u"cmdSend"_s, 300, 220, true},
+               {"help", Qt::Key_F1, u"txtTextMessage"_s, 300, 220, false})
     {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-        QTest::addColumn<QString>("focus");
-        QTest::addColumn<int>("quietTime");
-        QTest::addColumn<int>("firstRepeat");
-        QTest::addColumn<bool>("fails");
-        const Qt::KeyboardModifiers none;
-        const Qt::KeyboardModifiers ctrl = Qt::ControlModifier;
-        const auto text = u"txtTextMessage"_s;
-        const auto send = u"cmdSend"_s;
-        QTest::newRow("shortcut, by a keyboard's clock") << Qt::Key_Return << ctrl << text << 0 << 660 << false;
-        QTest::newRow("shortcut, late to repeat") << Qt::Key_Return << ctrl << text << 300 << 600 << false;
-        QTest::newRow("Space on the button") << Qt::Key_Space << none << send << 300 << 220 << false;
-        QTest::newRow("Enter on the button, with a box") << Qt::Key_Return << none << send << 300 << 220 << true;
-        QTest::newRow("help") << Qt::Key_F1 << none << text << 300 << 220 << false;
-    }
-    void heldKeyStartsOnce()
-    {
-        QFETCH(const Qt::Key, key);
-        QFETCH(const Qt::KeyboardModifiers, modifiers);
-        QFETCH(const QString, focus);
-        QFETCH(const int, quietTime);
-        QFETCH(const int, firstRepeat);
-        QFETCH(const bool, fails);
         Fixture f(quietTime > 0 ? std::optional(std::chrono::milliseconds(quietTime)) : std::nullopt,
                   fails ? QByteArray() : ScriptedPeer::Ok("<LOGON>OK</LOGON>"));
         const auto started = [&f] { return f.peer.Posts() + f.shell.opened.size(); };
@@ -101,8 +84,8 @@ private slots:
         QTimer repeats;
         const auto repeating = repeats.callOnTimeout([&] {
             repeats.setInterval(30);
-            f.Tell(QTest::Release, key, modifiers);
-            f.Tell(QTest::Press, key, modifiers);
+            f.Tell(QTest::Release, held);
+            f.Tell(QTest::Press, held);
         });
         repeats.start(firstRepeat);
         const auto closeBox = [] {
@@ -111,12 +94,12 @@ private slots:
         };
         QTimer::singleShot(4 * firstRepeat, &repeats, [&] {
             repeats.stop();
-            if (key != Qt::Key_F1)
+            if (held.key() != Qt::Key_F1)
                 QTest::mouseClick(&f.sendButton, Qt::LeftButton); // the key that is still down counts as a try
-            f.Tell(QTest::Release, key, modifiers);
+            f.Tell(QTest::Release, held);
             QCOMPARE(closeBox(), fails);
         });
-        QTimer::singleShot(0, &repeats, [&] { f.Tell(QTest::Press, key, modifiers); });
+        QTimer::singleShot(0, &repeats, [&] { f.Tell(QTest::Press, held); });
         QTRY_VERIFY(!repeats.isActive() && !QApplication::activeModalWidget());
         QCOMPARE(started(), 1);
         QCOMPARE(f.to.currentText() + u'|' + f.text.toPlainText(), u"Ann|Hi"_s);
@@ -131,8 +114,8 @@ private slots:
         disconnect(repeating);
         repeats.callOnTimeout(closeBox);
         repeats.start(10);
-        f.Tell(QTest::Press, key, modifiers);
-        f.Tell(QTest::Release, key, modifiers);
+        f.Tell(QTest::Press, held);
+        f.Tell(QTest::Release, held);
         QCOMPARE(started(), 2);
     }
 
@@ -153,9 +136,6 @@ private slots:
         }
         QCOMPARE(f.peer.Posts(), 1);
         QVERIFY(f.sendButton.isEnabled());
-        // Nothing else is kept from starting.
-        QTest::keyClick(&Control<QPushButton>(f.compose, "cmdPhoneBook"), Qt::Key_Return);
-        QVERIFY(f.phoneBook.isVisible());
     }
 
     void phoneBookOpensHelpOnce()
@@ -192,32 +172,6 @@ private slots:
         QTest::mouseClick(&f.sendButton, Qt::LeftButton);
         QVERIFY(isTried);
         QCOMPARE(f.peer.Posts(), 1);
-    }
-
-    void refusalKeepsItsWordsInSight()
-    {
-        Fixture f(0ms);
-        QString many;
-        for (char16_t c = u'А'; c <= u'я'; ++c)
-            many += c;
-        const auto fits = [&f] {
-            return f.status.fontMetrics().horizontalAdvance(f.status.currentMessage()) <= f.status.width() - 18;
-        };
-        f.text.setPlainText(many);
-        f.compose.resize(f.compose.minimumSizeHint());
-        QFont large = f.compose.font();
-        large.setPointSizeF(2 * large.pointSizeF());
-        for (const QFont &font : {f.compose.font(), large}) {
-            f.compose.setFont(font);
-            QCoreApplication::processEvents();
-            const QString shown = f.status.currentMessage();
-            QVERIFY2(fits() && shown.startsWith(u"Character А"_s), qPrintable(shown));
-            QVERIFY2(shown.endsWith(u"… not allowed in text messages!"_s), qPrintable(shown));
-            QVERIFY(f.status.toolTip().contains(u"Character "_s + many + u" not allowed"_s));
-        }
-        f.compose.resize(4000, 600);
-        QTRY_COMPARE(f.status.currentMessage(), u"Character %1 not allowed in text messages!"_s.arg(many));
-        QCOMPARE(f.status.toolTip(), QString());
     }
 };
 
