@@ -3,7 +3,6 @@
 #include "Rows.h"
 #include "SelectAllOnFocus.h"
 #include "Settings.h"
-#include "StartGuard.h"
 #include "Version.h"
 #include "WidgetPrompts.h"
 
@@ -16,7 +15,6 @@
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using enum PromptAnswer;
 
 class TestControls final : public QObject
@@ -177,26 +175,6 @@ private slots:
         QCOMPARE((prompts.*ask)(request, nullptr), result == QDialog::Accepted ? request.initialPath : QString());
         const QString suffix = isForSaving ? u"csv"_s : QString();
         QCOMPARE(told, (QStringList{u"Which?"_s, u"CSV (*.csv *)"_s, suffix, request.initialPath}));
-    }
-
-    void nothingStartsWhileItGoesOnOrSoonAfter()
-    {
-        constexpr auto kQuiet = 100ms;
-        StartGuard guard(kQuiet);
-        int started = 0;
-        const auto tryAgain = [&] { guard.Start([&started] { ++started; }); };
-        guard.Start([&] {
-            QTest::qWait(kQuiet.count() + 20);
-            tryAgain();
-        });
-        for (int tries = 0; tries < 10; ++tries) { // each of them counts
-            QTest::qWait(kQuiet.count() / 5);
-            tryAgain();
-        }
-        QCOMPARE(started, 0);
-        QTest::qWait(kQuiet.count() + 20);
-        tryAgain();
-        QCOMPARE(started, 1);
     }
 };
 

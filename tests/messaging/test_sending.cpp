@@ -1,4 +1,3 @@
-#include "Gateway.h"
 #include "GatewayProtocol.h"
 #include "LxContactList.h"
 #include "LxMessage.h"
@@ -11,8 +10,6 @@
 #include "SendingSMS.h"
 #include "Settings.h"
 #include "Version.h"
-
-#include <QJsonObject>
 
 using namespace Qt::StringLiterals;
 using namespace SendingSMS;
@@ -131,31 +128,6 @@ private slots:
         document.replace(u"[bad]"_s, u"<MSG><ID>-8</ID><STATUS>FAIL</STATUS></MSG>"_s);
         LxMessageRequests requests(2);
         QCOMPARE(Printed(CheckResponse(document, requests), requests), result);
-    }
-
-    void theGatewayTakesWhatItCanCharge()
-    {
-        const QString name = u"Jo & \"Co\" <£>"_s;
-        const LxMessageRequest good{u"+447700900123"_s, u'+' + name, u"£\r\n'"_s + QString(156, u'&')};
-        LxMessageRequests requests{{u"+447"_s, {}, u"a"_s}, {u"+447700900123"_s, {}, QString(161, u'a')}, good, good};
-        QStringList outbox;
-        ::Gateway gateway({{u"bob"_s, u"a"_s, 9}, {u"£&"_s, u"a<b"_s, 1}}, {}, [&outbox](const QJsonObject &kept) {
-            for (const auto &key : {u"name"_s, u"text"_s, u"number"_s, u"reply"_s})
-                outbox += kept[key].toString();
-            return kept[u"version"] == VersionNumber(ProgramVersion());
-        });
-        const auto post = [&](const QString &document) {
-            return Printed(CheckResponse(QString::fromLatin1(gateway.AnswerPost(FormBody(document)).body), requests),
-                           requests);
-        };
-        QCOMPARE(post(BuildMessageRequest(requests, u"a@b.example"_s, u"£&"_s, u"a<b"_s)),
-                 u"6 3 messages failed out of 4, in, 3/4|0 failed Invalid number|0 failed Text longer than 160 "
-                 "characters|1 OK Accepted|0 failed No messages left, balance 0"_s);
-        QCOMPARE(outbox, (QStringList{name, good.Message, u"447700900123"_s, u"a@b.example"_s}));
-        QVERIFY(!BuildMessageRequest(requests, {}, u"£&"_s, u"a"_s).contains(u"REPLY"_s));
-        requests.clear();
-        QCOMPARE(post(BuildBalanceRequest(u"£&"_s, u"a"_s)), u"3 Wrong user name or password"_s);
-        QCOMPARE(post(BuildBalanceRequest(u"bob"_s, u"a"_s)), u"0 No error!, in, balance 9"_s);
     }
 
     TABLE_TEST(eachPartGoesToEachRecipientOnce, (const QByteArray &reply, const QString &outcome),

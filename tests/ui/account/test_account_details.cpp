@@ -120,12 +120,6 @@ private slots:
         f.prompts.ExpectBox(u"No mail program could be opened. Please write to:\r\n\r\na@b.example"_s,
                             PromptIcon::Exclamation);
         VendorPages::OpenAddress(u"mailto:a@b.example"_s, f.services, nullptr);
-        f.UseGateway(u"no host"_s);
-        const QString why = u"The gateway's host in the settings is not valid: no host"_s;
-        f.prompts.ExpectBox(why, PromptIcon::Exclamation);
-        f.Click("cmdOpenAccount");
-        f.prompts.ExpectBox(why, PromptIcon::Exclamation, PromptAnswer::Ok, u"Account Balance"_s);
-        f.Click("cmdBalance");
     }
 
     void theBalanceIsTold()

@@ -138,16 +138,6 @@ private slots:
         QVERIFY(f.sendButton.isEnabled());
     }
 
-    void phoneBookOpensHelpOnce()
-    {
-        Fixture f(0ms);
-        PhoneBook book({f.countries, f.clock, f.services}, std::make_unique<LxPhoneBook>(f.countries, f.clock));
-        book.show();
-        Control<QAction>(book, "mnuOnlineHelp").trigger();
-        Control<QAction>(book, "mnuOnlineHelp").trigger();
-        QCOMPARE(f.shell.opened.size(), 1);
-    }
-
     void textIsOnTheDiskBeforeItCanBeLost()
     {
         Fixture f(0ms);
