@@ -45,6 +45,8 @@ void NameListView::CommitEditor()
 
 void NameListView::SetHint(const QString &hint)
 {
+    if (m_hint == hint)
+        return;
     m_hint = hint;
     setAccessibleDescription(hint.simplified());
     viewport()->update();
