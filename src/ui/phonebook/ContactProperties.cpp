@@ -19,6 +19,7 @@
 #include <QFocusEvent>
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QShortcut>
 #include <QStandardItemModel>
 
@@ -63,8 +64,9 @@ ContactProperties::ContactProperties(const LxCountryList &countries, const Windo
 
     const int page = m_services.settings.Get(kSection, kPageKey, u"0"_s).toInt();
     m_ui->tabPropertyPages->setCurrentIndex(page == 1 ? 1 : 0);
-    constexpr int kFewestCharacters = 24; // where the screen has no room for the longest names
-    m_ui->cboCountryCode->setMinimumWidth(kFewestCharacters * fontMetrics().averageCharWidth());
+    // The longest names show whole where the screen has room for them.
+    QComboBox &codes = *m_ui->cboCountryCode;
+    codes.setMinimumWidth(qMin(codes.sizeHint().width(), screen()->availableGeometry().width() * 2 / 5));
     m_countries.FillCountryCombo([this](const QString &text, int code) { m_ui->cboCountryCode->addItem(text, code); });
 }
 
