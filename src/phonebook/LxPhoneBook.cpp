@@ -268,7 +268,7 @@ LxContactPtr LxPhoneBook::ImportedContactOf(QStringView line, QString &groups) c
 {
     try {
         ImportLine::Fields fields = ImportLine::Parse(line, m_countries);
-        const LxContactPtr contact = CreateContact();
+        LxContactPtr contact = CreateContact();
         contact->SetName(fields.name);
         if (fields.countryCode != 0)
             contact->SetCountryCode(fields.countryCode);
