@@ -31,15 +31,6 @@ private slots:
     {
         QCOMPARE(Read(line, {u"p"_s, u"H\n"_s}), outcome);
     }
-
-    TABLE_TEST(flagsAndOperandsAreKeptApart, (const QString &line, const QString &outcome),
-               u"--dark -platform offscreen here -> --dark here", u"here --dark -> --dark here",
-               u" -> p: There is an argument missing. Try --help. = 2",
-               u"-platform here -> p: There is an argument missing. Try --help. = 2",
-               u"here there -> p: There is nothing to do with \"there\". Try --help. = 2")
-    {
-        QCOMPARE(Read(line, {u"p"_s, u"H\n"_s, {u"--dark"_s}, 1}), outcome);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestProgramOptions)

@@ -141,13 +141,6 @@ private slots:
         QCOMPARE(status.role(), QAccessible::Notification);
     }
 
-    void aRefusalIsToldWithItsRow()
-    {
-        Fixture f;
-        const auto &list = Control<QTreeView>(f.Shown(u"SendResults"_s), "lvwSendResults");
-        QCOMPARE(list.model()->index(0, 0).data(Qt::AccessibleTextRole).toString(), u"Not sent: No credit"_s);
-    }
-
     void keysTurnPagesSortAndMoveTheDivider()
     {
         Fixture f;

@@ -78,7 +78,7 @@ private slots:
         const auto &email = Control<QLineEdit>(dialog, "txtEmail");
         const auto colour = [&email] { return email.palette().color(QPalette::Text); };
         QCOMPARE(colour(), dialog.palette().color(QPalette::PlaceholderText));
-        QApplication::clipboard()->setText(u"\u200E ann\u00A0\n"_s);
+        QApplication::clipboard()->setText(u"\u200E\uFEFF ann\u00A0\n"_s);
         const auto paste = [&dialog](const char *name) {
             auto &box = Control<QLineEdit>(dialog, name);
             QTest::mouseClick(&box, Qt::LeftButton);

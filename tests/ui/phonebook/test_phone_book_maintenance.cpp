@@ -1,4 +1,5 @@
 #include "Files.h"
+#include "Notices.h"
 #include "PhoneBookFixture.h"
 #include "Rows.h"
 
@@ -187,9 +188,19 @@ private slots:
             return f.Status();
         };
         f.Add(u"Anne"_s, u"07700 900003"_s);
-        QCOMPARE(merge(PromptAnswer::No), u"4 contacts"_s);
+        f.ChooseGroup(1);
+        QCOMPARE(merge(PromptAnswer::No), u"2 contacts"_s);
         QCOMPARE(merge(PromptAnswer::Yes), u"1 contact merged"_s);
-        QCOMPARE(f.Lists(), u"Everyone*< Work | Anne Bob Élan Zoe"_s);
+        QCOMPARE(f.Lists(), u"Everyone Work*< | Anne Bob"_s);
+    }
+
+    void aNoticeWaitsForTheNextStart()
+    {
+        Fixture f;
+        Notices(f.settings).Add(u"one"_s);
+        Notices(f.settings).Add(u"two"_s);
+        QCOMPARE(Notices(f.settings).Take(), u"one; two"_s);
+        QCOMPARE(Notices(f.settings).Take(), QString());
     }
 
     void theImportDialogStaysUntilAFileIsRead()

@@ -1,5 +1,6 @@
 #include "Dialogs.h"
 #include "Files.h"
+#include "Icons.h"
 #include "Profile.h"
 #include "SendResults.h"
 #include "SendResultsModel.h"
@@ -68,6 +69,10 @@ private slots:
             shown += Control<QLabel>(window, "lblReason").text() + index.data(Qt::ToolTipRole).toString();
             list.setCurrentIndex(index.siblingAtRow(row + 1));
         }
+        const QModelIndex refused = list.model()->index(0, 0);
+        QCOMPARE(refused.data(Qt::DecorationRole).value<QIcon>().pixmap(16).toImage(),
+                 Icons::Get("cross"_L1).pixmap(16).toImage());
+        QCOMPARE(refused.data(Qt::AccessibleTextRole).toString(), u"Not sent: A & <b>"_s);
         QCOMPARE(shown, (QStringList{u"A & <b><span>A &amp; &lt;b&gt;</span>"_s, {}, {}}));
     }
 };
