@@ -116,7 +116,9 @@ PhoneBookChange MaintenanceCommands::Restore(const LxGroup &chosen) const
                                 .arg(notSaved),
                             PromptIcon::Critical)};
     }
-    // Restored groups are other ones than before. When it fails, the phone book is what it was.
+    // Restored groups are other ones than before, and the chosen one is gone. When it fails, the phone book is what it
+    // was.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const QString name = chosen.Name();
     PhoneBookChange change{.shown = Shown::Everything, .notices = {KeptFileNotice(kept)}, .isSaved = true};
     const QString notRestored = Attempt([&] { kept = m_phoneBook.Restore(path); });

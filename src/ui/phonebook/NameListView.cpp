@@ -96,11 +96,9 @@ void NameListView::keyPressEvent(QKeyEvent *event)
 {
     m_editDelay.stop();
     const bool asksMenu = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
-    if (IsEditing())
-        QTreeView::keyPressEvent(event);
-    else if (event->key() == Qt::Key_F2)
+    if (event->key() == Qt::Key_F2 && !IsEditing())
         EditCurrentName();
-    else if (asksMenu)
+    else if (asksMenu && !IsEditing())
         emit customContextMenuRequested(visualRect(currentIndex()).center());
     else
         QTreeView::keyPressEvent(event);

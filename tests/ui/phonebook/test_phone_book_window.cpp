@@ -308,6 +308,8 @@ private slots:
         QCOMPARE(rowsAfterClick(1), u"Élan Ann*< Bob Zoe"_s);
         QCOMPARE(rowsAfterClick(2), u"Zoe Élan Bob Ann*<"_s);
         QCOMPARE(rowsAfterClick(2), u"Bob Ann*< Zoe Élan"_s);
+        QCOMPARE(rowsAfterClick(2), u"Zoe Élan Bob Ann*<"_s);
+        rowsAfterClick(2);
     }
 
     void failedSaveIsToldOnceForEachCommand()
