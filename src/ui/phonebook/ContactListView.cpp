@@ -32,7 +32,6 @@ ContactListView::ContactListView(QWidget *parent)
     header()->setSectionsClickable(true);
     header()->setSortIndicatorShown(true);
     header()->setAccessibleName(tr("Columns of the contacts, which sort them"));
-    header()->setSectionsMovable(false);
     setItemDelegateForColumn(ContactColumns::Mobile, new NumberDelegate(this));
     setTabOrder(header(), this);
     connect(header(), &QHeaderView::sectionClicked, this, &ContactListView::SortByClick);
