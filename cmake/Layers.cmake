@@ -46,7 +46,16 @@ brevio_layer(src/startup
   PUBLIC Qt6::Widgets Brevio::base Brevio::messaging Brevio::controls Brevio::ui_post
   PRIVATE Brevio::numbers Brevio::phonebook Brevio::ui_phonebook Brevio::ui_compose)
 brevio_layer(src PRIVATE Qt6::Widgets Brevio::base Brevio::controls Brevio::startup)
-brevio_layer(src/gateway PUBLIC Qt6::Core PRIVATE Brevio::base PkgConfig::HTTPLIB Threads::Threads)
+
+# The gateway, a program of its own.
+brevio_layer(src/gateway/protocol PUBLIC Qt6::Core PRIVATE Brevio::base)
+brevio_layer(src/gateway/store
+  PUBLIC Qt6::Core Brevio::gateway_protocol
+  PRIVATE Brevio::base SQLiteCpp PkgConfig::CRYPT)
+brevio_layer(src/gateway
+  PUBLIC Qt6::Core Brevio::gateway_protocol
+  PRIVATE Brevio::base PkgConfig::HTTPLIB Threads::Threads)
+
 brevio_layer(tools/contrast PRIVATE Qt6::Widgets Brevio::controls)
 brevio_layer(tools/icons PRIVATE Qt6::Gui)
 brevio_layer(tools/tour PRIVATE Qt6::Widgets Brevio::base Brevio::startup)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Gateway.h"
+#include "MemoryStore.h"
 
 #include <QCoreApplication>
 #include <QStringList>

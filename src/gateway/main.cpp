@@ -110,10 +110,11 @@ int Run(const GatewayOptions &options, const sigset_t &endSignals)
                         .arg(options.outboxPath, outbox.errorString()),
                     2);
     }
-    Gateway gateway(options.accounts, options.refusedNumbers, [&outbox](const QJsonObject &message) {
+    MemoryStore store(options.accounts, options.refusedNumbers, [&outbox](const QJsonObject &message) {
         const QByteArray line = QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
         return !outbox.isOpen() || outbox.write(line) == line.size();
     });
+    Gateway gateway(store);
     httplib::Server server;
     SetUp(server, gateway);
     int port = options.port;

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "GatewayRequest.h"
+
+/// What makes a message one that can be sent at all.
+namespace MessageRules {
+
+inline constexpr qsizetype kMaxTextLength = 160;
+
+/// Why no message with this number or text can be accepted; empty when it can.
+[[nodiscard]] QString WhyNotSendable(const GatewayMessage &message);
+
+/// The number that a reply gives to the message of this id, which counts from 1. Clients keep it in 16 bits, and 0
+/// stands for none.
+[[nodiscard]] qint16 ReplyNumber(qint64 id);
+
+} // namespace MessageRules
