@@ -27,8 +27,11 @@ by itself.")
 
 set(CPACK_DEBIAN_GATEWAY_PACKAGE_NAME brevio-gateway)
 set(CPACK_DEBIAN_GATEWAY_PACKAGE_SECTION net)
-set(CPACK_COMPONENT_GATEWAY_DESCRIPTION "message gateway for one machine, to try Brevio with
-The gateway talks to Brevio on the loopback address as the gateway on the
-internet does, with accounts of its own. Its messages reach no phone.")
+set(CPACK_DEBIAN_GATEWAY_PACKAGE_SUGGESTS "kannel, sqlite3")
+set(CPACK_COMPONENT_GATEWAY_DESCRIPTION "message gateway of an office for Brevio
+The gateway keeps the accounts of an office and the messages that its people
+send with Brevio, hands them to an SMS engine (Kannel), and follows them until
+they are delivered. What it has accepted is on the disk, and is never handed
+over twice. It also runs without an engine, in memory, to try Brevio with.")
 
 include(CPack)
