@@ -106,7 +106,7 @@ void CGIPost::End(const QString &interimStatus, const QString &lastStatus)
     m_lookUpLimit.stop();
     if (m_client) {
         m_client->Disconnect();
-        m_requestWentOut = m_client->RequestWentOut();
+        m_left = m_client->Left();
     }
     m_client.reset();
     m_finishTimer.start(kFinishDelayMs);

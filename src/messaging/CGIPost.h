@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RequestLeft.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QString>
@@ -58,8 +60,8 @@ public:
     /// The whole reply, once it is there.
     [[nodiscard]] const QString &Response() const { return m_response; }
     [[nodiscard]] const QString &WhyFailed() const { return m_whyFailed; }
-    /// Of a post that has ended: whether the gateway may have got the whole request, and so may have acted on it.
-    [[nodiscard]] bool RequestWentOut() const { return m_requestWentOut; }
+    /// Of a post that has ended, however it did: how much of the request had left by then.
+    [[nodiscard]] RequestLeft Left() const { return m_left; }
 
     /// Starts the post; does nothing when it was started or cancelled before.
     void Start();
@@ -99,7 +101,7 @@ private:
     bool m_failed = false;
     QString m_response;
     QString m_whyFailed;
-    bool m_requestWentOut = false;
+    RequestLeft m_left = RequestLeft::Nothing;
 
     std::unique_ptr<HttpClient> m_client;
     QTimer m_lookUpLimit;

@@ -73,7 +73,7 @@ struct HttpClient::Transfer
     [[nodiscard]] QString SetUp();
     [[nodiscard]] QString FailureOf(CURLcode code) const;
     [[nodiscard]] QString FailureOfReply() const;
-    [[nodiscard]] bool RequestWentOut() const;
+    [[nodiscard]] RequestLeft Left() const;
     void NoteHeader(QByteArrayView line);
     void Watch(curl_socket_t socket, int what);
 
@@ -304,11 +304,15 @@ QString HttpClient::Transfer::FailureOfReply() const
     return tr("The server answered: %1").arg(shown);
 }
 
-bool HttpClient::Transfer::RequestWentOut() const
+RequestLeft HttpClient::Transfer::Left() const
 {
+    // libcurl begins to send as soon as it has told that the connection stands, and not before. How much of a piece
+    // went out that it could not send as a whole, its counters do not tell.
+    if (!isConnected)
+        return RequestLeft::Nothing;
     curl_off_t sent = 0;
     curl_easy_getinfo(easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
-    return isConnected && (sent >= request.body.size() || !status.isEmpty());
+    return sent >= request.body.size() || !status.isEmpty() ? RequestLeft::Whole : RequestLeft::Partly;
 }
 
 HttpClient::HttpClient(std::chrono::milliseconds timeOut, QObject *parent)
@@ -339,7 +343,8 @@ void HttpClient::Post(const HttpRequest &request)
 
 void HttpClient::Disconnect()
 {
-    m_requestWentOut = m_requestWentOut || (m_transfer && m_transfer->RequestWentOut());
+    if (m_transfer)
+        m_left = m_transfer->Left();
     m_transfer.reset();
     m_stepTimer.stop();
     m_idleTimer.stop();

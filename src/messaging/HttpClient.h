@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ProxyServer.h"
+#include "RequestLeft.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -52,9 +53,8 @@ public:
     /// The body of the reply, as far as it has come.
     [[nodiscard]] const QByteArray &Reply() const { return m_reply; }
 
-    /// Whether, by the end of the transfer, the connection had taken the whole request: the peer may then have acted
-    /// on it, whatever came after.
-    [[nodiscard]] bool RequestWentOut() const { return m_requestWentOut; }
+    /// How much of the request had left by the end of the transfer.
+    [[nodiscard]] RequestLeft Left() const { return m_left; }
 
 signals:
     /// The connection stands; the request goes out.
@@ -77,7 +77,7 @@ private:
 
     std::unique_ptr<Transfer> m_transfer;
     QByteArray m_reply;
-    bool m_requestWentOut = false;
+    RequestLeft m_left = RequestLeft::Nothing;
     QTimer m_stepTimer;
     QTimer m_idleTimer;
 };

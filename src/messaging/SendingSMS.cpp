@@ -71,12 +71,11 @@ SendOutcome SendMessage(const Gateway &gateway, const Account &account, const Lx
     post.SetDescription(QCoreApplication::translate("SendingSMS", "To: %1").arg(recipients.Name()));
     Run(post, gateway, BuildMessageRequest(requests, account.replyEmail, account.username, account.password), owner);
     if (post.Canceled())
-        return {.status = SendStatus::Cancelled};
+        return {.status = SendStatus::Cancelled, .left = post.Left()};
     if (!post.Succeeded())
-        return {
-            .status = SendStatus::TransferFailed, .reason = post.WhyFailed(), .requestWentOut = post.RequestWentOut()};
+        return {.status = SendStatus::TransferFailed, .reason = post.WhyFailed(), .left = post.Left()};
     const Reply reply = CheckResponse(post.Response(), requests);
-    return {StatusOf(reply), reply.reason, reply.balance, std::move(requests)};
+    return {StatusOf(reply), reply.reason, reply.balance, std::move(requests), post.Left()};
 }
 
 } // namespace SendingSMS

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GatewayProtocol.h"
+#include "RequestLeft.h"
 
 #include <QString>
 
@@ -53,8 +54,8 @@ struct SendOutcome
     int balance = -1;
     /// What was posted, in order, each with the gateway's response where it gave one.
     LxMessageRequests requests = {};
-    /// Of a failed transfer: whether the gateway may have taken the messages all the same.
-    bool requestWentOut = false;
+    /// How much of the request had left; unless it is nothing, the gateway may have taken the messages.
+    RequestLeft left = RequestLeft::Nothing;
 };
 
 /// The gateway's answer on the account. Code -1 when the user cancelled and 1, with the reason, when the transfer

@@ -9,6 +9,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Then = ScriptedPeer::Then;
+using enum RequestLeft;
 
 namespace {
 
@@ -18,7 +19,11 @@ const QByteArray kTooLong(HttpClient::kMaxReplyBytes + 1, 'x');
 const auto kIsTooLong = u"Failed: The reply is longer than 16 megabytes"_s;
 const auto kCutShort = u"Failed: The reply was cut short"_s;
 const auto kAnswered307 = u"Failed: The server answered: 307 No"_s;
+const auto kAnswered413 = u"Failed: The server answered: 413 No"_s;
 const auto kBroken = u"Failed: The connection was broken"_s;
+const auto kReset = u"Failed: Could not connect to 127.0.0.1: Connection reset by peer"_s;
+const auto kNoReply = u"Failed: The connection was closed without a reply"_s;
+const auto kNotHttp = u"Failed: The reply is not an HTTP reply"_s;
 
 } // namespace
 
@@ -104,59 +109,80 @@ private slots:
         QCOMPARE(isUsable ? proxy->host + u' ' + QString::number(proxy->port) : proxy ? u"unusable"_s : u""_s, server);
     }
 
-    // What the peer does, and the response or how the post failed.
-    TABLE_TEST(replyDecidesTheEnding, (const ScriptedPeer::Script &script, const QString &ending),
-               {"chunks",
-                {.pieces = {kChunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen},
-                u"abcdef"_s},
-               {"no length", {.pieces = {kOk + "\r\n", "abcd"}}, u"abcd"_s},
-               {"500 that still counts", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nstill"}}, u"still"_s},
-               {"empty", {.pieces = {ScriptedPeer::Ok("")}}, u""_s},
-               {"307", {.pieces = {"HTTP/1.1 100 Go on\r\n\r\nHTTP/1.1 307 No\r\nLocation: /b\r\n\r\n"}}, kAnswered307},
-               {"short body", {.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, kCutShort},
-               {"no last chunk", {.pieces = {kChunked}}, kCutShort},
-               {"short header", {.pieces = {kOk + "Content-Le"}}, kCutShort},
-               {"reset after a reply", {.pieces = {kOk + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50}, kBroken},
-               {"no reply", {}, u"Failed: The connection was closed without a reply"_s},
-               {"not HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, u"Failed: The reply is not an HTTP reply"_s},
-               {"long body", {.pieces = {kOk + "\r\n", kTooLong}, .then = Then::StayOpen}, kIsTooLong},
-               {"long header", {.pieces = {kOk, QByteArray("A: 123456789\r\n").repeated(1 << 20)}}, kBroken})
+    // What the peer does, the response or how the post failed, and how much had left.
+    TABLE_TEST(
+        replyDecidesTheEnding, (const ScriptedPeer::Script &script, const QString &ending, RequestLeft left),
+        {"chunks",
+         {.pieces = {kChunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen},
+         u"abcdef"_s,
+         Whole},
+        {"no length", {.pieces = {kOk + "\r\n", "abcd"}}, u"abcd"_s, Whole},
+        {"500 that still counts", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nstill"}}, u"still"_s, Whole},
+        {"empty", {.pieces = {ScriptedPeer::Ok("")}}, u""_s, Whole},
+        {"307", {.pieces = {"HTTP/1.1 100 Go on\r\n\r\nHTTP/1.1 307 No\r\nLocation: /b\r\n\r\n"}}, kAnswered307, Whole},
+        {"short body", {.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, kCutShort, Whole},
+        {"no last chunk", {.pieces = {kChunked}}, kCutShort, Whole},
+        {"short header", {.pieces = {kOk + "Content-Le"}}, kCutShort, Whole},
+        {"reset after a reply", {.pieces = {kOk + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50}, kBroken, Whole},
+        {"no reply", {}, kNoReply, Whole}, {"reset for a reply", {.then = Then::Reset}, kBroken, Whole},
+        {"reset when accepted", {.then = Then::Reset, .after = 0}, kReset, Nothing},
+        {"reset after the header", {.then = Then::Reset, .after = 200}, kBroken, Partly},
+        {"reset in the body", {.then = Then::Reset, .after = 1 << 20}, kBroken, Partly},
+        {"reply in the body", {.pieces = {"HTTP/1.1 413 No\r\n\r\n"}, .after = 1 << 20}, kAnswered413, Whole},
+        {"not HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, kNotHttp, Whole},
+        {"long body", {.pieces = {kOk + "\r\n", kTooLong}, .then = Then::StayOpen}, kIsTooLong, Whole},
+        {"long header", {.pieces = {kOk, QByteArray("A: 123456789\r\n").repeated(1 << 20)}}, kBroken, Whole})
     {
         ScriptedPeer peer(script);
         CGIPost post(m_module);
         post.SetStillCounts([](const QByteArray &answer) { return answer == "still"; });
-        QCOMPARE(Ending(post, peer.Address()), ending);
+        QCOMPARE(Ending(post, peer.Address(), QByteArray(script.after < 0 ? 8 : 32 << 20, 'x')), ending);
+        QCOMPARE(post.Left(), left);
         VerifyNextPostWorks();
-        QVERIFY2(peer.Connections() == 1 && peer.Posts() <= 1, peer.Received());
+        QVERIFY2(peer.Connections() == 1 && peer.Posts() <= 1, peer.Received().left(1000));
     }
 
     void proxyOfTheSettingsIsUsed()
     {
         ScriptedPeer proxy({.pieces = {"HTTP/1.1 407 Who?\r\nProxy-Authenticate: Basic realm=\"x\"\r\n\r\n"}});
-        const auto endingWith = [this](const QString &setting) {
+        const auto verify = [this](const QString &setting, const QString &ending, RequestLeft left) {
             m_settings.values = {u"1"_s, setting};
             CGIPost post(m_module);
-            return Ending(post, u"gateway.test/x"_s);
+            QCOMPARE(Ending(post, u"gateway.test/x"_s), u"Failed: "_s + ending);
+            QCOMPARE(post.Left(), left);
         };
-        QCOMPARE(endingWith(u"127.0.0.1:1"_s),
-                 u"Failed: Could not connect to the proxy 127.0.0.1: Connection refused"_s);
-        QCOMPARE(endingWith(u"p:0"_s), u"Failed: The proxy in the internet settings is not valid: p:0"_s);
-        QCOMPARE(endingWith(u"http="_s + proxy.Address()),
-                 u"Failed: The proxy asks for a password, which is not supported: 407 Who?"_s);
+        verify(u"127.0.0.1:1"_s, u"Could not connect to the proxy 127.0.0.1: Connection refused"_s, Nothing);
+        verify(u"nowhere.invalid"_s, u"The address of the proxy nowhere.invalid could not be found"_s, Nothing);
+        verify(u"p:0"_s, u"The proxy in the internet settings is not valid: p:0"_s, Nothing);
+        // It may have passed the request on to another that asks.
+        verify(u"http="_s + proxy.Address(), u"The proxy asks for a password, which is not supported: 407 Who?"_s,
+               Whole);
         QVERIFY(proxy.Received().startsWith("POST http://gateway.test/x HTTP/1.1\r\n"));
         QCOMPARE(proxy.Posts(), 1);
     }
 
-    TABLE_TEST(eachPhaseTimesOut, (StuckPost::Phase phase), {"lookup", StuckPost::LookingUp},
-               {"connect", StuckPost::Connecting}, {"request", StuckPost::Requesting},
-               {"receive", StuckPost::Receiving})
+    TABLE_TEST(eachPhaseEndsEarly, (StuckPost::Phase phase, RequestLeft left),
+               {"lookup", StuckPost::LookingUp, Nothing}, {"connect", StuckPost::Connecting, Nothing},
+               {"send", StuckPost::Sending, Partly}, {"request", StuckPost::Requesting, Whole},
+               {"receive", StuckPost::Receiving, Whole})
     {
-        StuckPost stuck(phase);
-        stuck.module.timeOut = 500ms;
-        m_runner.Run(stuck.post, nullptr);
-        QCOMPARE(stuck.post.Status(), u"Failed: Connection timed out"_s);
-        QVERIFY(stuck.peer.Posts() <= 1);
-        QCOMPARE(stuck.post.RequestWentOut(), phase == StuckPost::Requesting || phase == StuckPost::Receiving);
+        StuckPost timedOut(phase);
+        timedOut.module.timeOut = 500ms;
+        m_runner.Run(timedOut.post, nullptr);
+        QCOMPARE(timedOut.post.Status(), u"Failed: Connection timed out"_s);
+
+        StuckPost canceled(phase);
+        connect(&canceled.post, &CGIPost::StateChanged, this, [&] {
+            if (canceled.post.Status() == canceled.Status())
+                canceled.post.Cancel();
+        });
+        m_runner.Run(canceled.post, nullptr);
+        QVERIFY(canceled.post.Canceled());
+
+        for (const StuckPost *stuck : {&timedOut, &canceled}) {
+            QVERIFY(stuck->peer.Posts() <= 1);
+            QCOMPARE(stuck->post.Left(), left);
+        }
     }
 };
 

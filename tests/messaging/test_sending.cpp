@@ -46,10 +46,10 @@ class TestSending final : public QObject, private PostRunner
         const Account account{u"ann"_s, u"secret"_s, u"a@b.example"_s};
         const SendOutcome outcome = SendMessage(m_gateway, account, m_group, message, this);
         const auto statuses = u"sent|empty|cancelled|failed|refused|some failed"_s.split(u'|');
+        const auto left = u"|, part left|, left"_s.split(u'|');
         const bool hasResults = outcome.requests.size() == 6 && outcome.requests[0].Response;
         return u"%1 %2%3%4: %5"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
-                                      hasResults ? u", results"_s : u""_s,
-                                      outcome.requestWentOut ? u", went out"_s : u""_s, outcome.reason);
+                                      hasResults ? u", results"_s : u""_s, left[int(outcome.left)], outcome.reason);
     }
 
     static QString Printed(const Reply &read, const LxMessageRequests &requests)
@@ -131,12 +131,13 @@ private slots:
     }
 
     TABLE_TEST(eachPartGoesToEachRecipientOnce, (const QByteArray &reply, const QString &outcome),
-               {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57: No error!"_s},
+               {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57, left: No error!"_s},
                {"a failure, busy", "HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>",
-                u"some failed 5, results: 1 message failed out of 1"_s},
-               {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"refused -1: No"_s},
-               {"nothing", ScriptedPeer::Ok(""), u"refused -1: Response is empty"_s},
-               {"no reply", QByteArray(), u"failed -1, went out: The connection was closed without a reply"_s})
+                u"some failed 5, results, left: 1 message failed out of 1"_s},
+               {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"),
+                u"refused -1, left: No"_s},
+               {"nothing", ScriptedPeer::Ok(""), u"refused -1, left: Response is empty"_s},
+               {"no reply", QByteArray(), u"failed -1, left: The connection was closed without a reply"_s})
     {
         LxMessageRequests requests;
         for (const LxContactPtr &contact : m_group) {

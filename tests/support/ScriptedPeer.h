@@ -17,6 +17,8 @@ public:
         QList<QByteArray> pieces = {};
         Then then = Then::Close;
         int pauseMs = 0;
+        /// How many bytes of a request it waits for; by itself, for all.
+        qsizetype after = -1;
     };
 
     explicit ScriptedPeer(Script script)
@@ -56,9 +58,11 @@ private:
             const QByteArray bytes = socket->readAll();
             request += bytes;
             m_received += bytes;
-            if (IsWhole(request))
+            if (m_script.after < 0 ? IsWhole(request) : request.size() >= m_script.after)
                 Step(socket, 0);
         });
+        if (m_script.after == 0)
+            Step(socket, 0);
     }
 
     void Step(QTcpSocket *socket, qsizetype index)

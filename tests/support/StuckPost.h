@@ -8,14 +8,15 @@
 class StuckPost final
 {
 public:
-    enum Phase { LookingUp, Connecting, Requesting, Receiving };
+    enum Phase { LookingUp, Connecting, Sending, Requesting, Receiving };
 
     /// What the post then shows.
     [[nodiscard]] QString Status() const
     {
         return QStringList{
             QStringLiteral("Looking up the proxy settings..."), QStringLiteral("Connecting to 127.0.0.1..."),
-            QStringLiteral("Making request to 127.0.0.1..."), QStringLiteral("Receiving result...")}[phase];
+            QStringLiteral("Making request to 127.0.0.1..."), QStringLiteral("Making request to 127.0.0.1..."),
+            QStringLiteral("Receiving result...")}[phase];
     }
 
     explicit StuckPost(Phase stuckIn)
@@ -33,7 +34,10 @@ public:
             for (QTcpSocket &socket : queued)
                 socket.connectToHost(QHostAddress(QHostAddress::LocalHost), peer.serverPort());
         }
+        if (phase == Sending)
+            peer.pauseAccepting(); // what the system takes in by itself is less than the body
         post.SetUrl(peer.Address());
+        post.SetParameters(QByteArray(phase == Sending ? 32 << 20 : 10, 'x'));
     }
 
     const Phase phase;

@@ -262,7 +262,7 @@ void Compose::Tell(const SendingSMS::SendOutcome &outcome)
     case TransferFailed:
         TellProblem(tr("Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
                        "Please check you are connected to the internet."),
-                    outcome.requestWentOut
+                    outcome.left == RequestLeft::Whole
                         ? tr("%1\r\n\r\nThe whole request had gone out by then, so the gateway may have "
                              "taken the message.")
                               .arg(outcome.reason)
