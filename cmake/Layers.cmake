@@ -52,6 +52,9 @@ brevio_layer(src/gateway/protocol PUBLIC Qt6::Core PRIVATE Brevio::base)
 brevio_layer(src/gateway/store
   PUBLIC Qt6::Core Brevio::gateway_protocol
   PRIVATE Brevio::base SQLiteCpp PkgConfig::CRYPT)
+brevio_layer(src/gateway/handover
+  PUBLIC Qt6::Core Brevio::gateway_store
+  PRIVATE Brevio::base CURL::libcurl PkgConfig::HTTPLIB Threads::Threads)
 brevio_layer(src/gateway
   PUBLIC Qt6::Core Brevio::gateway_protocol
   PRIVATE Brevio::base PkgConfig::HTTPLIB Threads::Threads)

@@ -1,0 +1,116 @@
+#include "ReportListener.h"
+
+#include "Error.h"
+#include "ReportCall.h"
+
+#include <future>
+#include <httplib.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr char kAddress[] = "127.0.0.1";
+/// The engine may bring the reports of a busy hour at once, and the library's own backlog is 5.
+constexpr int kBacklog = 1024;
+constexpr std::size_t kThreads = 4;
+/// For the headers and the rest; a report has no body.
+constexpr time_t kReadSeconds = 5;
+
+} // namespace
+
+struct ReportListener::Server
+{
+    Server(MessageQueue &queueOfMessages, ReportTag tagOfReports, LogLine logLine)
+        : queue(queueOfMessages)
+        , tag(std::move(tagOfReports))
+        , log(std::move(logLine))
+    {
+    }
+
+    [[nodiscard]] int Answer(const std::string &target) const;
+
+    MessageQueue &queue;
+    const ReportTag tag;
+    const LogLine log;
+    httplib::Server http;
+    socket_t socket = INVALID_SOCKET;
+    int port = 0;
+    std::future<void> serving;
+};
+
+int ReportListener::Server::Answer(const std::string &target) const
+{
+    const auto call = ReadReport(QByteArrayView(target.data(), static_cast<qsizetype>(target.size())));
+    if (!call || !tag.Matches(call->id, call->tag)) {
+        log(u"report refused: not one of ours"_s);
+        return 403;
+    }
+    const auto report = ReportOfType(call->type);
+    if (!report) {
+        log(u"report on message %1 ignored: type %2"_s.arg(call->id).arg(call->type));
+        return 200;
+    }
+    try {
+        queue.Report(call->id, *report);
+        log(u"report on message %1: type %2"_s.arg(call->id).arg(call->type));
+        return 200;
+    } catch (const Error &error) {
+        log(u"report on message %1 not kept: %2"_s.arg(call->id).arg(error.Description()));
+        return 503;
+    }
+}
+
+ReportListener::ReportListener(MessageQueue &queue, ReportTag tag, LogLine log)
+    : m_server(std::make_unique<Server>(queue, std::move(tag), std::move(log)))
+{
+}
+
+ReportListener::~ReportListener()
+{
+    Stop();
+}
+
+void ReportListener::Start(int port)
+{
+    Server &server = *m_server;
+    httplib::Server &http = server.http;
+    // The library's default lets a second program listen on the same port, and the two would share the reports.
+    http.set_socket_options([&server](socket_t socket) {
+        const int yes = 1;
+        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        server.socket = socket;
+    });
+    // A connection that is kept would hold a thread, and the end of the program.
+    http.set_keep_alive_max_count(1);
+    http.set_read_timeout(kReadSeconds);
+    http.set_write_timeout(kReadSeconds);
+    http.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+    // Before the library reads a body.
+    http.set_pre_routing_handler([&server](const httplib::Request &request, httplib::Response &response) {
+        response.status = request.method == "GET" ? server.Answer(request.target) : 403;
+        return httplib::Server::HandlerResponse::Handled;
+    });
+    server.port = port == 0 ? http.bind_to_any_port(kAddress) : http.bind_to_port(kAddress, port) ? port : -1;
+    if (server.port < 0)
+        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s,
+                    u"Cannot listen for reports on port %1 of this machine."_s.arg(port));
+    ::listen(server.socket, kBacklog);
+    server.serving = std::async(std::launch::async, [&http] { http.listen_after_bind(); });
+    // A stop before the server runs is lost.
+    while (!http.is_running() && server.serving.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+    }
+}
+
+int ReportListener::Port() const
+{
+    return m_server->port;
+}
+
+void ReportListener::Stop()
+{
+    if (!m_server->serving.valid())
+        return;
+    m_server->http.stop();
+    m_server->serving.get();
+}
