@@ -52,9 +52,12 @@ brevio_layer(src/gateway/protocol PUBLIC Qt6::Core PRIVATE Brevio::base)
 brevio_layer(src/gateway/store
   PUBLIC Qt6::Core Brevio::gateway_protocol
   PRIVATE Brevio::base SQLiteCpp PkgConfig::CRYPT)
-brevio_layer(src/gateway
+brevio_layer(src/gateway/server
   PUBLIC Qt6::Core Brevio::gateway_protocol
   PRIVATE Brevio::base PkgConfig::HTTPLIB Threads::Threads)
+brevio_layer(src/gateway
+  PUBLIC Qt6::Core Brevio::gateway_protocol
+  PRIVATE Brevio::base Brevio::gateway_server Threads::Threads)
 
 brevio_layer(tools/contrast PRIVATE Qt6::Widgets Brevio::controls)
 brevio_layer(tools/icons PRIVATE Qt6::Gui)
