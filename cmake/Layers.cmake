@@ -55,9 +55,12 @@ brevio_layer(src/gateway/store
 brevio_layer(src/gateway/handover
   PUBLIC Qt6::Core Brevio::gateway_store
   PRIVATE Brevio::base CURL::libcurl PkgConfig::HTTPLIB Threads::Threads)
-brevio_layer(src/gateway
+brevio_layer(src/gateway/server
   PUBLIC Qt6::Core Brevio::gateway_protocol
   PRIVATE Brevio::base PkgConfig::HTTPLIB Threads::Threads)
+brevio_layer(src/gateway
+  PUBLIC Qt6::Core Brevio::gateway_protocol
+  PRIVATE Brevio::base Brevio::gateway_store Brevio::gateway_handover Brevio::gateway_server Threads::Threads)
 
 brevio_layer(tools/contrast PRIVATE Qt6::Widgets Brevio::controls)
 brevio_layer(tools/icons PRIVATE Qt6::Gui)
