@@ -49,11 +49,11 @@ QString ParseRefusedNumber(const QString &value)
 
 } // namespace
 
-GatewayOptions GatewayOptions::Parse(const QStringList &arguments)
+GatewayOptions GatewayOptions::Parse(const QStringList &arguments, const QString &helpOnCommands)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        tr("A message gateway for one machine: it talks to Brevio on loopback, and its messages reach no phone."));
+        tr("A message gateway. Without a command it talks to Brevio on loopback, and its messages reach no phone."));
     const QCommandLineOption help({u"h"_s, u"help"_s}, tr("Show this help."));
     const QCommandLineOption version({u"v"_s, u"version"_s}, tr("Show the version."));
     const QCommandLineOption port(u"port"_s, tr("Listen there; 0, the default, picks a free port."), u"N"_s, u"0"_s);
@@ -71,7 +71,8 @@ GatewayOptions GatewayOptions::Parse(const QStringList &arguments)
 
     GatewayOptions options;
     if (parser.isSet(help))
-        options.answer = parser.helpText();
+        options.answer =
+            parser.helpText() + tr("\nCommands of the service, each with a --help of its own:\n") + helpOnCommands;
     else if (parser.isSet(version))
         options.answer = u"brevio-gateway %1\n"_s.arg(ReleaseText(ProgramVersion()));
     options.port = ParsePort(parser.value(port));

@@ -1,36 +1,23 @@
+#include "AccountCommands.h"
+#include "EndSignal.h"
 #include "Error.h"
 #include "Gateway.h"
 #include "GatewayOptions.h"
 #include "GatewayServer.h"
+#include "MessageCommands.h"
+#include "PasswordPrompt.h"
+#include "ServeCommand.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QJsonDocument>
-#include <QScopeGuard>
+#include <QTextStream>
 
-#include <csignal>
 #include <cstdio>
-#include <future>
-
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Serves until the process is told to end. `endSignals` are blocked.
-void Serve(GatewayServer &server, const sigset_t &endSignals)
-{
-    auto serving = std::async(std::launch::async, [&server] {
-        // Wakes the wait below when the server ended by itself.
-        const auto wake = qScopeGuard([] { ::kill(::getpid(), SIGTERM); });
-        server.Serve();
-    });
-    int signal = 0;
-    sigwait(&endSignals, &signal);
-    server.Stop();
-    serving.get();
-}
 
 int Fail(const QString &reason, int exitCode)
 {
@@ -38,8 +25,10 @@ int Fail(const QString &reason, int exitCode)
     return exitCode;
 }
 
-int Run(const GatewayOptions &options, const sigset_t &endSignals)
+/// The gateway whose messages reach no phone.
+int Run(const GatewayOptions &options, QTextStream &out)
 {
+    EndSignal::Block();
     QFile outbox(options.outboxPath);
     if (!options.outboxPath.isEmpty() &&
         !outbox.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
@@ -56,9 +45,8 @@ int Run(const GatewayOptions &options, const sigset_t &endSignals)
     settings.port = options.port;
     GatewayServer server(std::move(settings), gateway);
     try {
-        std::printf("Listening on http://127.0.0.1:%d\n", server.Bind());
-        std::fflush(stdout);
-        Serve(server, endSignals);
+        out << u"Listening on http://127.0.0.1:%1\n"_s.arg(server.Bind()) << Qt::flush;
+        EndSignal::ServeUntilTold(server);
     } catch (const Error &error) {
         return Fail(error.Description(), 1);
     }
@@ -69,22 +57,19 @@ int Run(const GatewayOptions &options, const sigset_t &endSignals)
 
 int main(int argc, char *argv[])
 {
-    // Blocked before the first thread starts, so that no thread but the one that waits for them takes them.
-    sigset_t endSignals;
-    sigemptyset(&endSignals);
-    sigaddset(&endSignals, SIGINT);
-    sigaddset(&endSignals, SIGTERM);
-    pthread_sigmask(SIG_BLOCK, &endSignals, nullptr);
-
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"brevio-gateway"_s);
+    const QList<ServiceCommand> commands = QList{ServeCommand()} + AccountCommands() + MessageCommands();
+    const QStringList arguments = QCoreApplication::arguments();
+    QTextStream out(stdout);
     try {
-        const GatewayOptions options = GatewayOptions::Parse(QCoreApplication::arguments());
-        if (!options.answer.isEmpty()) {
-            std::fputs(options.answer.toLocal8Bit().constData(), stdout);
-            return 0;
-        }
-        return Run(options, endSignals);
+        if (const ServiceCommand *command = ServiceCommands::Find(commands, arguments.sliced(1)))
+            return ServiceCommands::Run(*command, arguments.sliced(1), out, AskPassword);
+        const GatewayOptions options = GatewayOptions::Parse(arguments, ServiceCommands::Help(commands));
+        if (options.answer.isEmpty())
+            return Run(options, out);
+        out << options.answer;
+        return 0;
     } catch (const Error &error) {
         return Fail(QCoreApplication::translate("main", "%1 Try --help.").arg(error.Description()), 2);
     }

@@ -26,9 +26,10 @@ Acceptance AllRefused(const GatewayRequest &request, const QString &reason, int 
 
 } // namespace
 
-DatabaseStore::DatabaseStore(Database &database, qint64 queueLimit)
+DatabaseStore::DatabaseStore(Database &database, qint64 queueLimit, std::function<void()> accepted)
     : m_database(database)
     , m_queueLimit(queueLimit)
+    , m_accepted(std::move(accepted))
     , m_nobodysHash(PasswordHash::Make(u"nobody"_s))
     , m_mostWaiting(queueLimit)
 {
@@ -57,6 +58,7 @@ Acceptance DatabaseStore::Accept(const GatewayRequest &request)
     try {
         Acceptance acceptance;
         m_database.Write([&](SQLite::Database &connection) { acceptance = AcceptIn(connection, request); });
+        m_accepted();
         return acceptance;
     } catch (const Error &error) {
         return AllRefused(request, u"The messages cannot be kept: %1"_s.arg(error.Description()),

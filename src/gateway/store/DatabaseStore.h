@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <semaphore>
 
 class Database;
@@ -15,8 +16,9 @@ class Database;
 class DatabaseStore final : public MessageStore
 {
 public:
-    /// Refuses messages while `queueLimit` wait for the engine.
-    DatabaseStore(Database &database, qint64 queueLimit);
+    /// Refuses messages while `queueLimit` wait for the engine. `accepted` is called, from any thread, once new ones
+    /// wait.
+    DatabaseStore(Database &database, qint64 queueLimit, std::function<void()> accepted = [] {});
 
     /// Raises number 5, source "Corvane.Gateway", when the database cannot be read.
     [[nodiscard]] bool Verify(const QString &user, const QString &password) override;
@@ -29,6 +31,7 @@ private:
 
     Database &m_database;
     const qint64 m_queueLimit;
+    const std::function<void()> m_accepted;
     const QByteArray m_nobodysHash;
     /// Each check of a password takes 16 MiB and a processor.
     std::counting_semaphore<> m_checks{2};

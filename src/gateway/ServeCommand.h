@@ -1,0 +1,6 @@
+#pragma once
+
+#include "ServiceCommand.h"
+
+/// "serve", the service. Ends when the process is told to.
+[[nodiscard]] ServiceCommand ServeCommand();
