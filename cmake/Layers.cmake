@@ -54,7 +54,7 @@ brevio_layer(src/gateway/store
   PRIVATE Brevio::base SQLiteCpp PkgConfig::CRYPT)
 brevio_layer(src/gateway/server
   PUBLIC Qt6::Core Brevio::gateway_protocol
-  PRIVATE Brevio::base PkgConfig::HTTPLIB Threads::Threads)
+  PRIVATE Brevio::base PkgConfig::HTTPLIB OpenSSL::SSL Threads::Threads)
 brevio_layer(src/gateway
   PUBLIC Qt6::Core Brevio::gateway_protocol
   PRIVATE Brevio::base Brevio::gateway_server Threads::Threads)
