@@ -57,7 +57,7 @@ brevio_layer(src/gateway/handover
   PRIVATE Brevio::base CURL::libcurl PkgConfig::HTTPLIB Threads::Threads)
 brevio_layer(src/gateway/server
   PUBLIC Qt6::Core Brevio::gateway_protocol
-  PRIVATE Brevio::base PkgConfig::HTTPLIB Threads::Threads)
+  PRIVATE Brevio::base PkgConfig::HTTPLIB OpenSSL::SSL Threads::Threads)
 brevio_layer(src/gateway
   PUBLIC Qt6::Core Brevio::gateway_protocol
   PRIVATE Brevio::base Brevio::gateway_store Brevio::gateway_handover Brevio::gateway_server Threads::Threads)

@@ -8,10 +8,11 @@ include(${root}/cmake/Layers.cmake)
 # operating system.
 set(free "^[a-z_0-9]+$|^Q[A-Za-z0-9]+$|^(fcntl|pwd|termios|unistd)\\.h$|^(netinet|sys)/[a-z]+\\.h$")
 # Who brings the other headers of the system's folder.
-set(libraries CURL::libcurl PkgConfig::CRYPT PkgConfig::HTTPLIB SQLiteCpp)
+set(libraries CURL::libcurl OpenSSL::SSL PkgConfig::CRYPT PkgConfig::HTTPLIB SQLiteCpp)
 set(headers_of_CURL::libcurl "^curl/")
+set(headers_of_OpenSSL::SSL "^openssl/")
 set(headers_of_PkgConfig::CRYPT "^crypt\\.h$")
-set(headers_of_PkgConfig::HTTPLIB "^httplib\\.h$|^openssl/")
+set(headers_of_PkgConfig::HTTPLIB "^httplib\\.h$")
 set(headers_of_SQLiteCpp "^SQLiteCpp/|^sqlite3\\.h$")
 
 file(GLOB_RECURSE files RELATIVE ${root} ${root}/src/* ${root}/tools/*)

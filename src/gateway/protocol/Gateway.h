@@ -2,13 +2,19 @@
 
 #include "MessageStore.h"
 
+#include <mutex>
+
+class LogOnGuard;
+
 /// Speaks the gateway's protocol: reads a post, asks the store, and writes the answer. May be asked from several
 /// threads at once.
 class Gateway final
 {
 public:
-    explicit Gateway(MessageStore &store)
+    /// Without a guard every log-on is the store's alone.
+    explicit Gateway(MessageStore &store, LogOnGuard *guard = nullptr)
         : m_store(store)
+        , m_guard(guard)
     {
     }
 
@@ -16,15 +22,26 @@ public:
     {
         int httpStatus;
         QByteArray body;
+        /// For the log: who asked, as far as that could be read, and what became of the messages.
+        QString user = {};
+        int accepted = 0;
+        int refused = 0;
     };
 
-    /// Answers the form body of one post. Nothing is accepted or charged unless the whole of it can be read; every
-    /// accepted message then costs one of the account's messages.
-    [[nodiscard]] Answer AnswerPost(const QByteArray &formBody);
+    /// Answers the form body of one post that came from `remoteAddress`. Nothing is accepted or charged unless the
+    /// whole of it can be read; every accepted message then costs one of the account's messages. Raises what the store
+    /// raises.
+    [[nodiscard]] Answer AnswerPost(QByteArray formBody, const QString &remoteAddress);
 
     /// What answers a post that cannot be read, for `reason`.
     [[nodiscard]] static Answer Unreadable(const QString &reason, int httpStatus = 400);
 
+    /// What answers a post that cannot be dealt with now. Nothing of it was accepted.
+    [[nodiscard]] static Answer Busy();
+
 private:
     MessageStore &m_store;
+    LogOnGuard *const m_guard;
+    /// A large request takes several times its size while it is answered.
+    std::mutex m_oneLargeRequest;
 };

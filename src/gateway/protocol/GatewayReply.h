@@ -8,7 +8,9 @@
 namespace GatewayError {
 /// Clients offer to open an account for this one.
 inline constexpr int kWrongUserOrPassword = 3;
+inline constexpr int kTooManyLogOns = 4;
 inline constexpr int kUnreadable = 10;
+inline constexpr int kBusy = 11;
 } // namespace GatewayError
 
 /// What became of one message. A refused one has the number 0 and a reason.

@@ -10,11 +10,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto kLineEnd = "\r\n"_L1;
+constexpr QByteArrayView kLineEnd = "\r\n";
 
-constexpr std::pair<QLatin1StringView, char16_t> kEntities[] = {
-    {"&amp;"_L1, u'&'}, {"&quot;"_L1, u'"'}, {"&apos;"_L1, u'\''},
-    {"&lt;"_L1, u'<'},  {"&gt;"_L1, u'>'},   {"&#163;"_L1, u'£'},
+/// Entities and their bytes in the code page.
+constexpr std::pair<QByteArrayView, char> kEntities[] = {
+    {"&amp;", '&'}, {"&quot;", '"'}, {"&apos;", '\''}, {"&lt;", '<'}, {"&gt;", '>'}, {"&#163;", '\xA3'},
 };
 
 [[noreturn]] void Refuse(const QString &reason)
@@ -39,46 +39,48 @@ bool IsPlainFormCharacter(char c)
            c == '_' || c == '*';
 }
 
-QByteArray DecodeFormField(const QByteArray &formBody)
+/// Turns a form body into the value of its field, in place: a second copy of a large one would be felt.
+void DecodeFormField(QByteArray &formBody)
 {
     constexpr QByteArrayView kField = "XML=";
     if (!formBody.startsWith(kField))
         Refuse(u"The request has no XML field"_s);
-    QByteArray value;
-    value.reserve(formBody.size());
-    for (qsizetype i = kField.size(); i < formBody.size(); ++i) {
-        const char c = formBody[i];
+    char *const bytes = formBody.data();
+    const qsizetype size = formBody.size();
+    char *end = bytes;
+    for (qsizetype i = kField.size(); i < size; ++i) {
+        const char c = bytes[i];
         if (c == '%') {
-            const int high = i + 2 < formBody.size() ? HexDigit(formBody[i + 1]) : -1;
-            const int low = i + 2 < formBody.size() ? HexDigit(formBody[i + 2]) : -1;
+            const int high = i + 2 < size ? HexDigit(bytes[i + 1]) : -1;
+            const int low = i + 2 < size ? HexDigit(bytes[i + 2]) : -1;
             if (high < 0 || low < 0)
                 Refuse(u"Byte %1 of the request: incomplete percent escape"_s.arg(i + 1));
-            value += static_cast<char>(high * 16 + low);
+            *end++ = static_cast<char>(high * 16 + low);
             i += 2;
         } else if (c == '+') {
-            value += ' ';
+            *end++ = ' ';
         } else if (IsPlainFormCharacter(c)) {
-            value += c;
+            *end++ = c;
         } else {
             Refuse(u"Byte %1 of the request: character that must be escaped"_s.arg(i + 1));
         }
     }
-    return value;
+    formBody.truncate(end - bytes);
 }
 
 /// Walks through a document from its first line to its last and refuses it at the first that does not fit.
 class DocumentReader final
 {
 public:
-    explicit DocumentReader(QStringView document)
+    explicit DocumentReader(QByteArrayView document)
         : m_document(document)
         , m_rest(document)
     {
     }
 
-    [[nodiscard]] bool IsAt(QLatin1StringView text) const { return m_rest.startsWith(text); }
+    [[nodiscard]] bool IsAt(QByteArrayView text) const { return m_rest.startsWith(text); }
 
-    bool SkipLine(QLatin1StringView line)
+    bool SkipLine(QByteArrayView line)
     {
         if (!IsAt(line) || !m_rest.sliced(line.size()).startsWith(kLineEnd))
             return false;
@@ -86,7 +88,7 @@ public:
         return true;
     }
 
-    void ExpectLine(QLatin1StringView line)
+    void ExpectLine(QByteArrayView line)
     {
         if (!SkipLine(line))
             RefuseHere(line);
@@ -95,52 +97,58 @@ public:
     void ExpectEnd() const
     {
         if (!m_rest.isEmpty())
-            RefuseHere("its end"_L1);
+            RefuseHere("its end");
     }
 
     /// The text of an element that has a line to itself. It is not escaped, so the line's end closes it.
-    QString TakeLine(QLatin1StringView open, QLatin1StringView close)
+    QString TakeLine(QByteArrayView open, QByteArrayView close)
     {
         const qsizetype end = m_rest.indexOf(kLineEnd);
-        const QStringView line = m_rest.first(end < 0 ? 0 : end);
+        const QByteArrayView line = m_rest.first(end < 0 ? 0 : end);
         if (!line.startsWith(open) || !line.sliced(open.size()).endsWith(close))
             RefuseHere(open);
         m_rest = m_rest.sliced(end + kLineEnd.size());
-        return line.sliced(open.size()).chopped(close.size()).toString();
+        return TextOf(line.sliced(open.size()).chopped(close.size()));
     }
 
     /// The text of an escaped element, which may hold line ends: the next "<" closes it.
-    QString TakeEscaped(QLatin1StringView open, QLatin1StringView close)
+    QString TakeEscaped(QByteArrayView open, QByteArrayView close)
     {
         if (!IsAt(open))
             RefuseHere(open);
         m_rest = m_rest.sliced(open.size());
-        const qsizetype end = m_rest.indexOf(u'<');
+        const qsizetype end = m_rest.indexOf('<');
         QString text = Unescape(m_rest.first(end < 0 ? 0 : end));
         m_rest = m_rest.sliced(end < 0 ? 0 : end);
         ExpectLine(close);
         return text;
     }
 
-    qint64 TakeNumber(QLatin1StringView open, QLatin1StringView close)
+    qint64 TakeNumber(QByteArrayView open, QByteArrayView close)
     {
-        const QStringView lineStart = m_rest;
+        const QByteArrayView lineStart = m_rest;
         bool isNumber = false;
         const qint64 number = TakeLine(open, close).toLongLong(&isNumber);
         if (!isNumber || number < 0) {
             m_rest = lineStart;
-            RefuseHere("a number"_L1);
+            RefuseHere("a number");
         }
         return number;
     }
 
 private:
-    [[nodiscard]] QString Unescape(QStringView escaped) const
+    /// The bytes, uncopied, as text.
+    [[nodiscard]] static QString TextOf(QByteArrayView bytes)
     {
-        QString text;
+        return TextFile::DecodeCodePage(QByteArray::fromRawData(bytes.data(), bytes.size()));
+    }
+
+    [[nodiscard]] QString Unescape(QByteArrayView escaped) const
+    {
+        QByteArray text;
         while (!escaped.isEmpty()) {
-            const qsizetype start = escaped.indexOf(u'&');
-            text += escaped.first(start < 0 ? escaped.size() : start);
+            const qsizetype start = escaped.indexOf('&');
+            text.append(escaped.first(start < 0 ? escaped.size() : start));
             escaped = escaped.sliced(start < 0 ? escaped.size() : start);
             if (escaped.isEmpty())
                 break;
@@ -148,55 +156,55 @@ private:
             while (entity != std::end(kEntities) && !escaped.startsWith(entity->first))
                 ++entity;
             if (entity == std::end(kEntities))
-                RefuseHere("an entity after every ampersand"_L1);
+                RefuseHere("an entity after every ampersand");
             text += entity->second;
             escaped = escaped.sliced(entity->first.size());
         }
-        return text;
+        return TextOf(text);
     }
 
     /// The tag is named without its brackets: clients look for tags in the reply wherever they stand.
-    [[noreturn]] void RefuseHere(QLatin1StringView expected) const
+    [[noreturn]] void RefuseHere(QByteArrayView expected) const
     {
-        const QString opened = QString(expected).mid(expected.indexOf(u'<') + 1);
+        const QString opened = QString::fromLatin1(expected).mid(expected.indexOf(u'<') + 1);
         const QString name = opened.left(opened.indexOf(u'>'));
-        const qsizetype line = m_document.chopped(m_rest.size()).count(u'\n') + 1;
+        const qsizetype line = m_document.chopped(m_rest.size()).count('\n') + 1;
         Refuse(u"Line %1 of the document: expected %2"_s.arg(line).arg(name));
     }
 
-    QStringView m_document;
-    QStringView m_rest;
+    QByteArrayView m_document;
+    QByteArrayView m_rest;
 };
 
 GatewayMessage ReadMessage(DocumentReader &reader)
 {
     GatewayMessage message;
-    reader.ExpectLine("           <OP>1</OP>"_L1);
-    message.text = reader.TakeEscaped("           <TEXT>"_L1, "</TEXT>"_L1);
-    message.number = reader.TakeLine("           <RCV>"_L1, "</RCV>"_L1);
-    message.name = reader.TakeEscaped("           <NAME>"_L1, "</NAME>"_L1);
-    reader.ExpectLine("       </MSG>"_L1);
+    reader.ExpectLine("           <OP>1</OP>");
+    message.text = reader.TakeEscaped("           <TEXT>", "</TEXT>");
+    message.number = reader.TakeLine("           <RCV>", "</RCV>");
+    message.name = reader.TakeEscaped("           <NAME>", "</NAME>");
+    reader.ExpectLine("       </MSG>");
     return message;
 }
 
-GatewayRequest ReadDocument(QStringView document)
+GatewayRequest ReadDocument(QByteArrayView document)
 {
     DocumentReader reader(document);
     GatewayRequest request;
-    reader.ExpectLine("<?xml version=\"1.0\"?>"_L1);
-    reader.ExpectLine("<SESSION>"_L1);
+    reader.ExpectLine("<?xml version=\"1.0\"?>");
+    reader.ExpectLine("<SESSION>");
     // The blank after this element and after each opening MSG belongs to the layout.
-    request.user = reader.TakeLine("   <CLIENT>"_L1, "</CLIENT> "_L1);
-    request.password = reader.TakeLine("   <PW>"_L1, "</PW>"_L1);
-    if (!reader.SkipLine("</SESSION>"_L1)) {
-        if (reader.IsAt("   <REPLY>"_L1))
-            request.replyAddress = reader.TakeLine("   <REPLY>"_L1, "</REPLY>"_L1);
-        request.clientVersion = reader.TakeNumber("   <VERSION>"_L1, "</VERSION>"_L1);
-        reader.ExpectLine("   <MSGLST>"_L1);
-        while (reader.SkipLine("       <MSG> "_L1))
+    request.user = reader.TakeLine("   <CLIENT>", "</CLIENT> ");
+    request.password = reader.TakeLine("   <PW>", "</PW>");
+    if (!reader.SkipLine("</SESSION>")) {
+        if (reader.IsAt("   <REPLY>"))
+            request.replyAddress = reader.TakeLine("   <REPLY>", "</REPLY>");
+        request.clientVersion = reader.TakeNumber("   <VERSION>", "</VERSION>");
+        reader.ExpectLine("   <MSGLST>");
+        while (reader.SkipLine("       <MSG> "))
             request.messages.append(ReadMessage(reader));
-        reader.ExpectLine("   </MSGLST>"_L1);
-        reader.ExpectLine("</SESSION>"_L1);
+        reader.ExpectLine("   </MSGLST>");
+        reader.ExpectLine("</SESSION>");
     }
     reader.ExpectEnd();
     return request;
@@ -204,7 +212,8 @@ GatewayRequest ReadDocument(QStringView document)
 
 } // namespace
 
-GatewayRequest ReadGatewayRequest(const QByteArray &formBody)
+GatewayRequest ReadGatewayRequest(QByteArray formBody)
 {
-    return ReadDocument(TextFile::DecodeCodePage(DecodeFormField(formBody)));
+    DecodeFormField(formBody);
+    return ReadDocument(formBody);
 }

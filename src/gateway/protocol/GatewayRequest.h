@@ -26,4 +26,5 @@ struct GatewayRequest
 ///
 /// Strict: the document must have its layout to the blank, because a client that leaves it has a fault. Raises
 /// number 10, source "Corvane.Gateway", with a description that names the place and holds nothing of what was sent.
-[[nodiscard]] GatewayRequest ReadGatewayRequest(const QByteArray &formBody);
+/// A body that is moved in is decoded where it stands.
+[[nodiscard]] GatewayRequest ReadGatewayRequest(QByteArray formBody);

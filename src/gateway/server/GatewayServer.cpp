@@ -1,119 +1,214 @@
 #include "GatewayServer.h"
 
-#include "Error.h"
-#include "Gateway.h"
-#include "PlaceholderPages.h"
-#include "TextFile.h"
-#include "VendorSite.h"
+#include "Connection.h"
+#include "Listener.h"
 
-#include <QCoreApplication>
-#include <QRegularExpression>
-
-#include <atomic>
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <httplib.h>
-#include <thread>
+
+#include <sys/eventfd.h>
+#include <sys/poll.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-void HandlePost(Gateway &gateway, const httplib::Request &request, httplib::Response &response,
-                const httplib::ContentReader &readContent)
-{
-    Gateway::Answer answer = Gateway::Unreadable(u"The request is a multipart form"_s, 415);
-    if (!request.is_multipart_form_data()) {
-        QByteArray body;
-        const bool isWhole = readContent([&body](const char *data, std::size_t size) {
-            body.append(data, static_cast<qsizetype>(size));
-            return true;
-        });
-        // When it fails, the library has set the status that fits.
-        answer = isWhole ? gateway.AnswerPost(body)
-                         : Gateway::Unreadable(u"The request is too large or was cut short"_s, response.status);
-    }
-    response.status = answer.httpStatus;
-    response.set_content(answer.body.toStdString(), "text/plain; charset=windows-1252");
-}
+// With what else a process has open, below the 1024 files that it gets by default.
+constexpr std::size_t kMostConnections = 800;
+constexpr std::size_t kMostAnswering = 400;
+// Large requests share a budget; small ones have some beyond it, so that the large never shut them out.
+constexpr int kLargeBodies = 8;
+constexpr qsizetype kSmallRequest = 64 * 1024;
+constexpr qint64 kForSmall = 16 << 20;
+constexpr int kServiceUnavailable = 503;
+constexpr auto kLongestWait = std::chrono::milliseconds(1000);
 
-void HandleGet(const httplib::Request &request, httplib::Response &response)
+QString ReasonOf(int status)
 {
-    // The program escapes the bytes of the code page.
-    const auto queryValue = [&request](const char *key) {
-        return TextFile::DecodeCodePage(QByteArray::fromStdString(request.get_param_value(key)));
-    };
-    const auto page =
-        PlaceholderPages::Page(QString::fromStdString(request.path), queryValue("username"), queryValue("email"));
-    response.status = page ? 200 : 404;
-    response.set_content(page ? page->toStdString() : "There is no such page.\n",
-                         page ? "text/html; charset=utf-8" : "text/plain; charset=utf-8");
+    switch (status) {
+    case 408:
+        return u"The request took too long"_s;
+    case 411:
+        return u"The request does not tell its length"_s;
+    case 431:
+        return u"The head of the request is too large"_s;
+    default:
+        return u"The request is too large or was cut short"_s;
+    }
 }
 
 } // namespace
 
-class GatewayServer::Http final
-{
-public:
-    httplib::Server server;
-    std::atomic<bool> mustStop = false;
-};
-
-ServerSettings ServerSettings::ForTrial()
-{
-    ServerSettings settings;
-    settings.bodyLimit = qint64{64} << 20;
-    settings.hasPages = true;
-    return settings;
-}
-
 GatewayServer::GatewayServer(ServerSettings settings, Gateway &gateway)
     : m_settings(std::move(settings))
-    , m_http(std::make_unique<Http>())
+    , m_options{m_settings.hasPages, m_settings.logsPosts}
+    , m_gateway(gateway)
+    , m_wake(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
 {
-    httplib::Server &server = m_http->server;
-    // The library's default lets a second gateway listen on the same port, and the two would share the requests.
-    server.set_socket_options([](socket_t socket) {
-        const int yes = 1;
-        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-    });
-    // A connection that is kept would hold up the end of the program.
-    server.set_keep_alive_max_count(1);
-    server.set_payload_max_length(static_cast<std::size_t>(m_settings.bodyLimit));
-    // Only a handler that reads the content itself gets a form of more than 8 KB.
-    server.Post(
-        QRegularExpression::escape(VendorSite::kGatewayPath).toStdString(),
-        [&gateway](const httplib::Request &request, httplib::Response &response,
-                   const httplib::ContentReader &readContent) { HandlePost(gateway, request, response, readContent); });
-    if (m_settings.hasPages)
-        server.Get(".*", HandleGet);
 }
 
-GatewayServer::~GatewayServer() = default;
+GatewayServer::~GatewayServer()
+{
+    ::close(m_wake);
+}
 
 quint16 GatewayServer::Bind()
 {
-    httplib::Server &server = m_http->server;
-    const std::string address = m_settings.address.toStdString();
-    int port = m_settings.port;
-    if (port == 0)
-        port = server.bind_to_any_port(address);
-    else if (!server.bind_to_port(address, port))
-        port = -1;
-    if (port < 0)
-        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s,
-                    QCoreApplication::translate("GatewayServer", "Cannot listen on port %1 of %2.")
-                        .arg(m_settings.port)
-                        .arg(m_settings.address));
-    return static_cast<quint16>(port);
+    if (!m_settings.certificatePath.isEmpty())
+        m_tls = std::make_unique<TlsContext>(m_settings.certificatePath, m_settings.keyPath);
+    m_listener = std::make_unique<Listener>(m_settings.address, m_settings.port);
+    if (!m_tls && !m_listener->IsLoopback()) {
+        std::fprintf(stderr,
+                     "Warning: others on the network can read passwords and messages on their way to %s, "
+                     "as they come without TLS.\n",
+                     m_settings.address.toUtf8().constData());
+    }
+    return m_listener->Port();
 }
 
 void GatewayServer::Serve()
 {
-    if (!m_http->mustStop)
-        m_http->server.listen_after_bind();
+    m_workers = std::make_unique<httplib::ThreadPool>(static_cast<std::size_t>(m_settings.threads));
+    while (!m_mustStop)
+        Poll();
+    m_listener.reset();
+    using Stage = Connection::Stage;
+    // Who was told nothing by now has nothing accepted, and may try again.
+    std::erase_if(m_connections, [](const auto &entry) { return entry.second->CurrentStage() == Stage::Reading; });
+    const auto owesReply = [](const auto &entry) {
+        return entry.second->CurrentStage() == Stage::Whole || entry.second->CurrentStage() == Stage::Writing;
+    };
+    while (std::any_of(m_connections.cbegin(), m_connections.cend(), owesReply))
+        Poll();
+    m_connections.clear();
+    m_workers->shutdown();
 }
 
 void GatewayServer::Stop()
 {
-    m_http->mustStop = true;
-    m_http->server.stop();
+    m_mustStop = true;
+    Wake();
+}
+
+void GatewayServer::Poll()
+{
+    std::vector<pollfd> sockets{{m_wake, POLLIN, 0}, {m_listener ? m_listener->Socket() : -1, POLLIN, 0}};
+    std::vector<quint64> ids;
+    Time now = std::chrono::steady_clock::now();
+    Time wakeAt = now + kLongestWait;
+    m_bytesHeld = m_bytesAnswering;
+    for (const auto &[id, connection] : m_connections) {
+        m_bytesHeld += connection->Received();
+        if (!connection->IsPolled())
+            continue;
+        ids.push_back(id);
+        sockets.push_back({connection->Channel().Socket(), connection->Channel().Awaited(), 0});
+        wakeAt = std::min(wakeAt, connection->Deadline());
+    }
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(std::max(wakeAt, now) - now);
+    ::poll(sockets.data(), sockets.size(), static_cast<int>(wait.count()));
+    now = std::chrono::steady_clock::now();
+    if (sockets[0].revents != 0) {
+        eventfd_t count = 0;
+        ::eventfd_read(m_wake, &count);
+    }
+    SendReplies(now);
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        Connection &connection = *m_connections.at(ids[i]);
+        const qsizetype before = connection.Received();
+        if (sockets[i + 2].revents != 0)
+            connection.GoOn(now);
+        else if (connection.Deadline() <= now)
+            connection.TimeOut();
+        m_bytesHeld += connection.Received() - before;
+        Tend(ids[i], connection, now);
+    }
+    std::erase_if(m_connections,
+                  [](const auto &entry) { return entry.second->CurrentStage() == Connection::Stage::Ended; });
+    if (sockets[1].revents != 0)
+        AcceptAll(now);
+}
+
+void GatewayServer::AcceptAll(Time now)
+{
+    const Connection::Limits limits{m_settings.bodyLimit, m_settings.stepTime, m_settings.requestTime};
+    for (;;) {
+        const auto accepted = m_listener->Accept();
+        if (!accepted && (errno == EMFILE || errno == ENFILE))
+            MakeRoom();
+        if (!accepted)
+            return;
+        if (m_connections.size() >= kMostConnections)
+            MakeRoom();
+        m_connections.emplace(++m_lastId, std::make_unique<Connection>(accepted->socket, m_tls.get(),
+                                                                       accepted->remoteAddress, limits, now));
+    }
+}
+
+void GatewayServer::MakeRoom()
+{
+    // Who has been sending for longest, as an honest client is done in an instant.
+    const auto oldest = std::find_if(m_connections.begin(), m_connections.end(),
+                                     [](const auto &entry) { return entry.second->IsPolled(); });
+    if (oldest != m_connections.end())
+        m_connections.erase(oldest);
+}
+
+void GatewayServer::Tend(quint64 id, Connection &connection, Time now)
+{
+    using Stage = Connection::Stage;
+    const qint64 budget = kLargeBodies * (m_settings.bodyLimit + RequestHead::kMostBytes) +
+                          (connection.Received() < kSmallRequest ? kForSmall : 0);
+    const bool isWhole = connection.CurrentStage() == Stage::Whole;
+    if ((isWhole && m_answering.size() >= kMostAnswering) ||
+        ((isWhole || connection.CurrentStage() == Stage::Reading) && m_bytesHeld > budget))
+        connection.Refuse(kServiceUnavailable);
+    if (connection.CurrentStage() == Stage::Whole) {
+        Dispatch(id, connection);
+    } else if (connection.CurrentStage() == Stage::Refused) {
+        const int status = connection.Refusal();
+        const auto answer =
+            status == kServiceUnavailable ? Gateway::Busy() : Gateway::Unreadable(ReasonOf(status), status);
+        connection.Reply(Exchange::Reply(answer, m_options), now);
+    }
+}
+
+void GatewayServer::Dispatch(quint64 id, Connection &connection)
+{
+    m_answering[id] = connection.Received();
+    m_bytesAnswering += connection.Received();
+    Exchange::Request request{{}, connection.HeadSize(), connection.RemoteAddress()};
+    request.bytes = connection.TakeRequest();
+    m_workers->enqueue([this, id, deadline = connection.RequestDeadline(), request = std::move(request)]() mutable {
+        // Nobody waits for an answer that comes so late, but would be charged for it.
+        QByteArray reply = std::chrono::steady_clock::now() > deadline
+                               ? Exchange::Reply(Gateway::Busy(), m_options)
+                               : Exchange::Answer(m_gateway, std::move(request), m_options);
+        const std::scoped_lock lock(m_mutex);
+        m_replies.emplace_back(id, std::move(reply));
+        Wake();
+    });
+}
+
+void GatewayServer::SendReplies(Time now)
+{
+    std::vector<std::pair<quint64, QByteArray>> replies;
+    {
+        const std::scoped_lock lock(m_mutex);
+        replies.swap(m_replies);
+    }
+    for (auto &[id, reply] : replies) {
+        const auto answering = m_answering.find(id);
+        m_bytesAnswering -= answering->second;
+        m_answering.erase(answering);
+        m_connections.at(id)->Reply(std::move(reply), now);
+    }
+}
+
+void GatewayServer::Wake() const
+{
+    ::eventfd_write(m_wake, 1);
 }
