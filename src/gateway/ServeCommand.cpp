@@ -90,6 +90,7 @@ KannelEngine::Settings ReadEngineSettings(const QCommandLineParser &options, int
     if (!options.isSet(u"kannel-password-file"_s))
         ServiceCommands::Refuse(Tr("The password of Kannel's sendsms-user is wanted: --kannel-password-file FILE."));
     settings.password = FirstLine(options.value(u"kannel-password-file"_s));
+    settings.sender = options.value(u"sender"_s);
     settings.reportBase = u"http://127.0.0.1:%1"_s.arg(reportPort);
     return settings;
 }
@@ -141,6 +142,7 @@ ServiceCommand ServeCommand()
              {u"kannel"_s, Tr("Where Kannel's smsbox takes messages."), u"HOST:PORT"_s, u"127.0.0.1:13013"_s},
              {u"kannel-user"_s, Tr("The name of its sendsms-user."), u"USER"_s, u"brevio"_s},
              {u"kannel-password-file"_s, Tr("A file whose first line is that user's password."), u"FILE"_s},
+             {u"sender"_s, Tr("What messages of accounts without a sender come from."), u"SENDER"_s, u"Brevio"_s},
              {u"report-port"_s, Tr("The port on loopback where reports are heard; 0 picks one."), u"N"_s, u"13113"_s},
              {u"senders"_s, Tr("How many messages are handed over at once."), u"N"_s, u"4"_s},
              {u"queue-limit"_s, Tr("Beyond so many that wait, posts are refused."), u"N"_s, u"100000"_s}},
