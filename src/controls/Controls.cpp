@@ -54,9 +54,13 @@ QString Caption(const QTreeView &list, int column)
     return list.model()->headerData(column, Qt::Horizontal).toString();
 }
 
-/// Puts all that the dialog holds into an area that scrolls.
+/// Puts all that the dialog holds above its row of buttons into an area that scrolls.
 void MakeScrollable(QDialog &dialog)
 {
+    QLayout &all = *dialog.layout();
+    QLayout *buttons = all.takeAt(all.count() - 1)->layout();
+    const QMargins margins = all.contentsMargins();
+    buttons->setContentsMargins(margins.left(), 0, margins.right(), margins.bottom());
     auto *area = new QScrollArea(&dialog);
     auto *content = new QWidget(area);
     content->setLayout(dialog.layout()); // which the dialog then has no more
@@ -67,6 +71,7 @@ void MakeScrollable(QDialog &dialog)
     auto *around = new QVBoxLayout(&dialog);
     around->setContentsMargins({});
     around->addWidget(area);
+    around->addLayout(buttons);
 }
 
 } // namespace
