@@ -58,7 +58,7 @@ void NameListView::paintEvent(QPaintEvent *event)
     if (m_hint.isEmpty())
         return;
     const int line = fontMetrics().lineSpacing();
-    QRect room = viewport()->rect().adjusted(line, line, -line, -line);
+    QRect room = viewport()->rect().adjusted(line / 2, line, -line / 2, 0);
     room.setTop(room.top() + visualRect(model()->index(model()->rowCount() - 1, 0)).bottom());
     // Fainter than a row, yet easier to read than a placeholder.
     constexpr float kQuiet = 0.7F;
