@@ -74,7 +74,7 @@ void SendResults::FitWindow()
     const int rows = qBound(kFewestRows, m_results->rowCount(), kMostRows);
     QSize size(list.verticalScrollBar()->sizeHint().width(), list.header()->sizeHint().height());
     size += QSize(2 * list.frameWidth(), 2 * list.frameWidth());
-    size.rwidth() += list.columnViewportPosition(SendResultsModel::Message) +
+    size.rwidth() += list.header()->sectionPosition(SendResultsModel::Message) +
                      kMessageCharacters * list.fontMetrics().averageCharWidth();
     size.rheight() += rows * qMax(list.sizeHintForRow(0), list.fontMetrics().height());
     const QSize wanted = layout()->totalSizeHint() - list.sizeHint() + size;
