@@ -85,6 +85,9 @@ class TestAccessibility final : public QObject
         const bool isPart = !widget || widget->objectName().startsWith(u"qt_");
         if (canBeUsed && !isPart && name.isEmpty())
             faults += u"no name: "_s + QString::fromLatin1(widget->metaObject()->className()) + widget->objectName();
+        const bool hasRole = thing.role() != QAccessible::Client && thing.role() != QAccessible::Grip;
+        if (canBeUsed && !isPart && !widget->focusProxy() && !hasRole)
+            faults += u"no role: "_s + name;
         if (qobject_cast<const LinkLabel *>(widget)) {
             const QStringList actions =
                 thing.actionInterface() ? thing.actionInterface()->actionNames() : QStringList();
@@ -157,6 +160,7 @@ private slots:
         QTest::keyClick(&header, Qt::Key_Right);
         QTest::keyClick(&header, Qt::Key_Space);
         QCOMPARE(f.Rows(f.Contacts()), u"Zoe Bob Ann Élan"_s);
+        QCOMPARE(header.accessibleName(), u"Mobile, ascending"_s);
         auto &splitter = Control<QSplitter>(f.phoneBook, "Splitter1");
         const int width = splitter.sizes().first();
         QTest::keyClick(splitter.handle(1), Qt::Key_Right);
