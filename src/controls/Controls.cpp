@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QFormLayout>
 #include <QHeaderView>
 #include <QLayout>
 #include <QScreen>
@@ -52,6 +53,17 @@ QString WidthsSection(const QTreeView &list)
 QString Caption(const QTreeView &list, int column)
 {
     return list.model()->headerData(column, Qt::Horizontal).toString();
+}
+
+/// Where boxes are high, a form sets its labels nearer to their tops than to their texts.
+void SetLabelsBesideTexts(const QDialog &dialog)
+{
+    for (const QFormLayout *form : dialog.findChildren<QFormLayout *>()) {
+        for (int row = 0; row < form->rowCount(); ++row) {
+            const QWidget &box = *form->itemAt(row, QFormLayout::FieldRole)->widget();
+            form->itemAt(row, QFormLayout::LabelRole)->widget()->setMinimumHeight(box.sizeHint().height());
+        }
+    }
 }
 
 /// Puts all that the dialog holds above its row of buttons into an area that scrolls.
@@ -177,6 +189,7 @@ int IconSide(const QWidget &widget)
 
 void FitToContents(QDialog &dialog)
 {
+    SetLabelsBesideTexts(dialog);
     constexpr int kRoomForFrame = 40;
     QSize room = dialog.screen()->availableGeometry().size();
     room.rheight() -= kRoomForFrame;

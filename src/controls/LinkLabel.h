@@ -58,7 +58,8 @@ private:
     void ColourLink()
     {
         constexpr double kWanted = 4.5;
-        const QList grounds{palette().color(QPalette::Window), Contrast::TabPage(palette())};
+        const QList grounds{palette().color(QPalette::Window), palette().color(QPalette::Button),
+                            Contrast::TabPage(palette())};
         const QColor colour = Contrast::StandingOut(QGuiApplication::palette().color(QPalette::Link), grounds, kWanted);
         static const QRegularExpression s_start(QStringLiteral("<a [^>]*href"));
         setText(text().replace(s_start, QStringLiteral("<a style=\"color:%1\" href").arg(colour.name())));
