@@ -52,6 +52,14 @@ void NameListView::SetHint(const QString &hint)
     viewport()->update();
 }
 
+void NameListView::initViewItemOption(QStyleOptionViewItem *option) const
+{
+    QTreeView::initViewItemOption(option);
+    // Some looks write a list without the focus as faintly as what cannot be used.
+    const QColor text = option->palette.color(QPalette::Active, QPalette::Text);
+    option->palette.setColor(QPalette::Inactive, QPalette::Text, text);
+}
+
 void NameListView::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
