@@ -379,22 +379,6 @@ bool PhoneBook::event(QEvent *event)
     return event->type() == QEvent::StatusTip || QMainWindow::event(event);
 }
 
-void PhoneBook::resizeEvent(QResizeEvent *event)
-{
-    QMainWindow::resizeEvent(event);
-    if (!m_ui)
-        return;
-    // Rather than have some of the buttons hidden, the search goes below them, and if need be their pictures go.
-    const int room = m_ui->centralLayout->contentsRect().width();
-    QToolBar &buttons = *m_ui->tbToolBar;
-    buttons.setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    const int search = m_ui->coolBarLayout->spacing() + m_ui->picFindContainer->minimumSizeHint().width();
-    const bool isOneRow = buttons.sizeHint().width() + search <= room;
-    m_ui->coolBarLayout->setDirection(isOneRow ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    if (buttons.sizeHint().width() > room)
-        buttons.setToolButtonStyle(Qt::ToolButtonTextOnly);
-}
-
 void PhoneBook::setVisible(bool visible)
 {
     // Before it is visible, as what is made in a visible window is laid out later.
