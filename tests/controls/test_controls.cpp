@@ -84,9 +84,8 @@ private slots:
         for (QWidget *widget : std::initializer_list<QWidget *>{first, high, last})
             layout->addWidget(widget);
         auto *button = new QPushButton;
-        auto *buttons = new QHBoxLayout;
-        buttons->addWidget(button);
-        layout->addLayout(buttons);
+        layout->addLayout(new QHBoxLayout);
+        layout->itemAt(3)->layout()->addWidget(button);
         Controls::FitToContents(dialog);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
