@@ -1,14 +1,18 @@
 #include "Accessibility.h"
 
+#include "KeyHeader.h"
+#include "KeySplitter.h"
 #include "LinkLabel.h"
 
 #include <QAccessibleWidget>
 #include <QStatusBar>
+#include <QTimer>
 
 namespace Accessibility {
 namespace {
 
 constexpr char kAnnounces[] = "announces";
+constexpr char kIsDue[] = "announcementIsDue";
 
 class LinkInterface final : public QAccessibleWidget
 {
@@ -36,9 +40,23 @@ QAccessibleInterface *MakeInterface(const QString &, QObject *object)
 {
     if (auto *link = qobject_cast<LinkLabel *>(object))
         return new LinkInterface(link);
+    if (auto *divider = qobject_cast<KeySplitterHandle *>(object))
+        return new QAccessibleWidget(divider, QAccessible::Separator);
+    if (auto *header = qobject_cast<KeyHeader *>(object))
+        return new QAccessibleWidget(header, QAccessible::ColumnHeader);
     if (object && object->property(kAnnounces).toBool())
         return new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::Notification);
     return nullptr;
+}
+
+/// Readers speak a notification when it shows, though not when its name changes.
+void Speak(QWidget &widget)
+{
+    widget.setProperty(kIsDue, false);
+    if (widget.accessibleName().isEmpty() || !widget.isVisible())
+        return;
+    QAccessibleEvent shown(&widget, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&shown);
 }
 
 } // namespace
@@ -59,11 +77,10 @@ void Announce(QWidget &widget, const QString &text)
     if (widget.accessibleName() == text)
         return;
     widget.setAccessibleName(text);
-    if (text.isEmpty() || !widget.isVisible())
+    if (widget.property(kIsDue).toBool())
         return;
-    // Readers speak a notification when it shows, though not when its name changes.
-    QAccessibleEvent shown(&widget, QAccessible::ObjectShow);
-    QAccessible::updateAccessibility(&shown);
+    widget.setProperty(kIsDue, true);
+    QTimer::singleShot(0, &widget, [&widget] { Speak(widget); });
 }
 
 void AnnounceStatus(QStatusBar &bar)

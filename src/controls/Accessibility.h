@@ -7,12 +7,13 @@ class QWidget;
 /// What screen readers are told beyond what Qt tells them by itself.
 namespace Accessibility {
 
-/// Teaches Qt the links (LinkLabel, which has the role of a link and can be pressed) and the widgets that Announce
-/// speaks for. Comes once, before any window.
+/// Teaches Qt the links (LinkLabel, which has the role of a link and can be pressed), the dividers and headers that the
+/// keyboard goes to, and the widgets that Announce speaks for. Comes once, before any window.
 void Install();
 
-/// Makes the text what a screen reader reads of the widget, and has it spoken. The widget then has the role of a
-/// notification: of a mere change of a status bar or a label no reader speaks.
+/// Makes the text what a screen reader reads of the widget, and has it spoken: of several texts in one turn of the
+/// event loop the last. The widget then has the role of a notification: of a mere change of a status bar or a label no
+/// reader speaks.
 void Announce(QWidget &widget, const QString &text);
 
 /// Announces every text that the status bar shows from now on.

@@ -48,4 +48,10 @@ QColor StandingOut(const QColor &colour, const QList<QColor> &grounds, double wa
     return best;
 }
 
+QColor TabPage(const QPalette &palette)
+{
+    constexpr int kPercent = 130;
+    return palette.color(QPalette::Button).lighter(kPercent);
+}
+
 } // namespace Contrast

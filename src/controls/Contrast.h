@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QList>
+#include <QPalette>
 
 /// How well colours can be told apart.
 namespace Contrast {
@@ -12,5 +13,8 @@ namespace Contrast {
 /// The colour, made darker or lighter just as much as gives it this contrast with every ground; where none gives it,
 /// the one that comes closest.
 [[nodiscard]] QColor StandingOut(const QColor &colour, const QList<QColor> &grounds, double wanted);
+
+/// The ground of a page of tabs, which some looks paint somewhat lighter than buttons.
+[[nodiscard]] QColor TabPage(const QPalette &palette);
 
 } // namespace Contrast

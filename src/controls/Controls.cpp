@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QFormLayout>
 #include <QHeaderView>
 #include <QLayout>
 #include <QScreen>
@@ -54,9 +55,24 @@ QString Caption(const QTreeView &list, int column)
     return list.model()->headerData(column, Qt::Horizontal).toString();
 }
 
-/// Puts all that the dialog holds into an area that scrolls.
+/// Where boxes are high, a form sets its labels nearer to their tops than to their texts.
+void SetLabelsBesideTexts(const QDialog &dialog)
+{
+    for (const QFormLayout *form : dialog.findChildren<QFormLayout *>()) {
+        for (int row = 0; row < form->rowCount(); ++row) {
+            const QWidget &box = *form->itemAt(row, QFormLayout::FieldRole)->widget();
+            form->itemAt(row, QFormLayout::LabelRole)->widget()->setMinimumHeight(box.sizeHint().height());
+        }
+    }
+}
+
+/// Puts all that the dialog holds above its row of buttons into an area that scrolls.
 void MakeScrollable(QDialog &dialog)
 {
+    QLayout &all = *dialog.layout();
+    QLayout *buttons = all.takeAt(all.count() - 1)->layout();
+    const QMargins margins = all.contentsMargins();
+    buttons->setContentsMargins(margins.left(), 0, margins.right(), margins.bottom());
     auto *area = new QScrollArea(&dialog);
     auto *content = new QWidget(area);
     content->setLayout(dialog.layout()); // which the dialog then has no more
@@ -67,6 +83,7 @@ void MakeScrollable(QDialog &dialog)
     auto *around = new QVBoxLayout(&dialog);
     around->setContentsMargins({});
     around->addWidget(area);
+    around->addLayout(buttons);
 }
 
 } // namespace
@@ -172,6 +189,7 @@ int IconSide(const QWidget &widget)
 
 void FitToContents(QDialog &dialog)
 {
+    SetLabelsBesideTexts(dialog);
     constexpr int kRoomForFrame = 40;
     QSize room = dialog.screen()->availableGeometry().size();
     room.rheight() -= kRoomForFrame;

@@ -53,7 +53,7 @@ void SetFirstSize(QWidget &window, int characters, int lines);
 [[nodiscard]] int IconSide(const QWidget &widget);
 
 /// Makes a dialog as large as its texts need, also with a large font, as far as the screen has room. Where it has not
-/// even room for the least, the dialog scrolls.
+/// even room for the least, all but the row of buttons, which is the last item of its layout, scrolls.
 void FitToContents(QDialog &dialog);
 
 /// Gives a tree view the look and the keys of a report: whole rows, no tree, one Tab stop, pictures as high as the

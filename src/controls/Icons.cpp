@@ -71,10 +71,9 @@ Place PlaceAnywhere(QIcon::Mode mode)
     const QPalette palette = QGuiApplication::palette();
     if (mode == QIcon::Selected)
         return SelectedRow(palette);
-    const QColor button = palette.color(QPalette::Button);
-    // Some looks paint the pages of tabs somewhat lighter than buttons.
-    constexpr int kPagePercent = 130;
-    return {{palette.color(QPalette::Base), palette.color(QPalette::Window), button, button.lighter(kPagePercent)}, {}};
+    return {{palette.color(QPalette::Base), palette.color(QPalette::Window), palette.color(QPalette::Button),
+             Contrast::TabPage(palette)},
+            {}};
 }
 
 QByteArray Recoloured(QByteArray svg, const Place &place)

@@ -1,5 +1,6 @@
 #include "KeyHeader.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionFocusRect>
@@ -34,10 +35,24 @@ void KeyHeader::keyPressEvent(QKeyEvent *event)
     }
     m_chosen = qBound(0, m_chosen, count() - 1);
     viewport()->update();
+    NameChosen();
+    // The focus stays, but within the header it is on another column.
+    QAccessibleEvent focus(this, QAccessible::Focus);
+    QAccessible::updateAccessibility(&focus);
+}
+
+/// A screen reader reads the chosen column and how it sorts.
+void KeyHeader::NameChosen()
+{
+    const QString caption = model()->headerData(m_chosen, Qt::Horizontal).toString();
+    const bool isAscending = sortIndicatorOrder() == Qt::AscendingOrder;
+    const QString sorted = isAscending ? tr("%1, ascending").arg(caption) : tr("%1, descending").arg(caption);
+    setAccessibleName(sortIndicatorSection() == m_chosen ? sorted : caption);
 }
 
 void KeyHeader::focusInEvent(QFocusEvent *event)
 {
+    NameChosen();
     QHeaderView::focusInEvent(event);
     viewport()->update();
 }

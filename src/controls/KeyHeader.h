@@ -18,5 +18,7 @@ protected:
     void paintSection(QPainter *painter, const QRect &rect, int section) const override;
 
 private:
+    void NameChosen();
+
     int m_chosen = 0;
 };

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Contrast.h"
+
 #include <QFocusEvent>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QRegularExpression>
 #include <QTextDocumentFragment>
@@ -31,6 +34,13 @@ public:
     }
 
 protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::Show || event->type() == QEvent::PaletteChange)
+            ColourLink();
+        return QLabel::event(event);
+    }
+
     void focusInEvent(QFocusEvent *event) override
     {
         QLabel::focusInEvent(event);
@@ -41,4 +51,17 @@ protected:
     /// Leaves the label, whose link has the focus already: QLabel's own would go to the link.
     // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
+
+private:
+    /// Many a dark palette keeps the blue of light ones. The text has to say the colour, as QLabel knows no other than
+    /// the program's.
+    void ColourLink()
+    {
+        constexpr double kWanted = 4.5;
+        const QList grounds{palette().color(QPalette::Window), palette().color(QPalette::Button),
+                            Contrast::TabPage(palette())};
+        const QColor colour = Contrast::StandingOut(QGuiApplication::palette().color(QPalette::Link), grounds, kWanted);
+        static const QRegularExpression s_start(QStringLiteral("<a [^>]*href"));
+        setText(text().replace(s_start, QStringLiteral("<a style=\"color:%1\" href").arg(colour.name())));
+    }
 };

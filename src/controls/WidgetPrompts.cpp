@@ -1,12 +1,15 @@
 #include "WidgetPrompts.h"
 
 #include "FileFilters.h"
+#include "ScreenFit.h"
 #include "Version.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QScreen>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -36,6 +39,17 @@ QMessageBox::Icon IconOf(PromptIcon icon)
     return QMessageBox::NoIcon;
 }
 
+/// A box by itself is as wide as half the screen at most, and with a large font higher than the screen.
+void MakeRoom(QMessageBox &box)
+{
+    constexpr int kUsualCharacters = 60;
+    const int widest = box.screen()->availableGeometry().width() * 9 / 10;
+    const int width = qMin(kUsualCharacters * box.fontMetrics().averageCharWidth(), widest);
+    // The box sets its own size when it is shown, by what its grid needs.
+    auto &grid = static_cast<QGridLayout &>(*box.layout());
+    grid.addItem(new QSpacerItem(width, 0), grid.rowCount(), 0, 1, grid.columnCount());
+}
+
 QString Run(QFileDialog &dialog, const FileDialogRequest &request)
 {
     dialog.setWindowModality(Qt::ApplicationModal);
@@ -46,6 +60,7 @@ QString Run(QFileDialog &dialog, const FileDialogRequest &request)
     dialog.setDirectory(initial.path());
     if (!initial.fileName().isEmpty())
         dialog.selectFile(initial.fileName());
+    ScreenFit::Apply(dialog);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
@@ -62,6 +77,7 @@ PromptAnswer WidgetPrompts::ShowMessageBox(const MessageBoxRequest &request, QOb
     box.setDetailedText(lines(request.details));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     box.setWindowModality(Qt::ApplicationModal);
+    MakeRoom(box);
     if (asksYesNo) {
         box.setDefaultButton(request.defaultAnswer == PromptAnswer::No ? QMessageBox::No : QMessageBox::Yes);
         box.setEscapeButton(QMessageBox::No);

@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -82,10 +83,14 @@ private slots:
         auto *last = new QLineEdit;
         for (QWidget *widget : std::initializer_list<QWidget *>{first, high, last})
             layout->addWidget(widget);
+        auto *button = new QPushButton;
+        layout->addLayout(new QHBoxLayout);
+        layout->itemAt(3)->layout()->addWidget(button);
         Controls::FitToContents(dialog);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         QVERIFY(dialog.frameGeometry().height() <= 800 && last->visibleRegion().isEmpty());
+        QVERIFY(!button->visibleRegion().isEmpty());
         QTest::keyClick(first, Qt::Key_Tab);
         QVERIFY(last->hasFocus() && !last->visibleRegion().isEmpty());
     }

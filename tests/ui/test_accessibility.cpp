@@ -124,14 +124,16 @@ private slots:
 
     TABLE_TEST(statusTextsAreRead, (const QString &window, const QString &bar, const QString &text),
                {"compose", u"Compose"_s, u"StatusBar"_s, u"2 characters in 1 text message"_s},
-               {"refusal", u"Compose"_s, u"StatusBar"_s, u"Character € not allowed in text messages!"_s},
+               {"refusal", u"Compose"_s, u"StatusBar"_s,
+                u"Character €ÀÁÂÃÊËÌÍÎÏÐÒÓÔÕ×ÙÚÛÝÞáâãêëíîïðóôõ÷úûýþ not allowed in text messages!"_s},
                {"phone book", u"PhoneBook"_s, u"sbStatusBar"_s, u"1 contacts found"_s},
                {"progress", u"CGIPost"_s, u"lblStatus"_s, u"Canceled"_s})
     {
         Fixture f;
         QWidget &shown = f.Shown(window);
         if (window == u"Compose")
-            Control<QPlainTextEdit>(shown, "txtTextMessage").setPlainText(text.contains(u'€') ? u"€"_s : u"Hi"_s);
+            Control<QPlainTextEdit>(shown, "txtTextMessage")
+                .setPlainText(text.contains(u'€') ? text.section(u' ', 1, 1) : u"Hi"_s);
         else if (window == u"PhoneBook")
             f.Find().setText(u"Zo"_s);
         else
@@ -157,7 +159,10 @@ private slots:
         QTest::keyClick(&header, Qt::Key_Right);
         QTest::keyClick(&header, Qt::Key_Space);
         QCOMPARE(f.Rows(f.Contacts()), u"Zoe Bob Ann Élan"_s);
+        QCOMPARE(header.accessibleName(), u"Mobile, ascending"_s);
+        QCOMPARE(QAccessible::queryAccessibleInterface(&header)->role(), QAccessible::ColumnHeader);
         auto &splitter = Control<QSplitter>(f.phoneBook, "Splitter1");
+        QCOMPARE(QAccessible::queryAccessibleInterface(splitter.handle(1))->role(), QAccessible::Separator);
         const int width = splitter.sizes().first();
         QTest::keyClick(splitter.handle(1), Qt::Key_Right);
         QVERIFY(splitter.sizes().first() > width);

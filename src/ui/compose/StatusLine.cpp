@@ -26,8 +26,9 @@ StatusLine::StatusLine(QWidget *parent)
     m_cost->setObjectName(u"lblCost"_s);
     addPermanentWidget(m_cost);
     connect(this, &QStatusBar::messageChanged, this, &StatusLine::FitCost);
+    connect(this, &QStatusBar::messageChanged, this, &StatusLine::Announce);
     MakeRoomForWords();
-    Accessibility::AnnounceStatus(*this);
+    Announce();
 }
 
 void StatusLine::ShowStatus(const QString &text)
@@ -72,7 +73,13 @@ void StatusLine::FitRefusal()
     // In a tag, so that the tool tip breaks its lines.
     const QString whole = "<span>"_L1 + RefusalOf(m_refused).toHtmlEscaped() + "</span>"_L1;
     setToolTip(shown == m_refused ? QString() : whole);
-    Accessibility::Announce(*this, RefusalOf(m_refused));
+    Announce(); // what is shown may be the same, and the whole another
+}
+
+/// Of a refusal all is told, however much of it fits.
+void StatusLine::Announce()
+{
+    Accessibility::Announce(*this, m_refused.isEmpty() ? currentMessage() : RefusalOf(m_refused));
 }
 
 void StatusLine::MakeRoomForWords()

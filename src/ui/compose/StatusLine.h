@@ -31,6 +31,7 @@ private:
     void MakeRoomForWords();
     void FitRefusal();
     void FitCost();
+    void Announce();
 
     /// Those that are told of now.
     QString m_refused;

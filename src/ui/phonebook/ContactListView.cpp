@@ -31,7 +31,7 @@ ContactListView::ContactListView(QWidget *parent)
     // A list that does not sort by itself takes both off the header that it is given.
     header()->setSectionsClickable(true);
     header()->setSortIndicatorShown(true);
-    header()->setAccessibleName(tr("Columns of the contacts, which sort them"));
+    header()->setAccessibleDescription(tr("Columns of the contacts, which sort them"));
     setItemDelegateForColumn(ContactColumns::Mobile, new NumberDelegate(this));
     setTabOrder(header(), this);
     connect(header(), &QHeaderView::sectionClicked, this, &ContactListView::SortByClick);

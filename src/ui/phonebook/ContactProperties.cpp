@@ -55,7 +55,7 @@ ContactProperties::ContactProperties(const LxCountryList &countries, const Windo
     }
     m_groups->setHorizontalHeaderLabels({tr("Group")});
     Controls::SetUpReport(*m_ui->lvwGroups);
-    ShowCheckBoxFrames();
+    MakeGroupsReadable();
     m_ui->lvwGroups->setModel(m_groups);
     m_ui->txtName->setValidator(new NameValidator(m_ui->txtName));
     new SelectAllOnFocus(m_ui->txtName);
@@ -94,7 +94,7 @@ void ContactProperties::ConnectControls()
 }
 
 /// Some looks make the frame of a check box a darker window, which on a dark list nobody sees.
-void ContactProperties::ShowCheckBoxFrames()
+void ContactProperties::MakeGroupsReadable()
 {
     constexpr double kContrast = 3.3;
     constexpr int kDarkerByPercent = 140;
@@ -102,6 +102,8 @@ void ContactProperties::ShowCheckBoxFrames()
     const QColor list = colours.color(QPalette::Base);
     const QColor frame = Contrast::StandingOut(colours.color(QPalette::Window), {list}, kContrast);
     colours.setColor(QPalette::Window, frame.lighter(kDarkerByPercent));
+    // And some write a list without the focus as faintly as what cannot be used.
+    colours.setColor(QPalette::Inactive, QPalette::Text, colours.color(QPalette::Active, QPalette::Text));
     m_ui->lvwGroups->setPalette(colours);
 }
 

@@ -32,7 +32,7 @@ public:
                const QString &initialNumber);
 
     /// Sets the caption.
-    void ShowCheckBoxFrames();
+    void MakeGroupsReadable();
     void SetupTitle(bool isNew);
 
     /// False once set up; true again when the dialog was left without OK.

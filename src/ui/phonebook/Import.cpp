@@ -34,7 +34,7 @@ Import::Import(const WindowServices &services, AskFile askFile, QWidget *parent)
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &Import::accept);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &Import::reject);
     // Wide enough for the caption and most names.
-    constexpr int kUsualCharacters = 44;
+    constexpr int kUsualCharacters = 40;
     m_ui->txtFileTitle->setMinimumWidth(kUsualCharacters * fontMetrics().averageCharWidth());
     Refresh();
     Controls::FitToContents(*this);

@@ -52,13 +52,21 @@ void NameListView::SetHint(const QString &hint)
     viewport()->update();
 }
 
+void NameListView::initViewItemOption(QStyleOptionViewItem *option) const
+{
+    QTreeView::initViewItemOption(option);
+    // Some looks write a list without the focus as faintly as what cannot be used.
+    const QColor text = option->palette.color(QPalette::Active, QPalette::Text);
+    option->palette.setColor(QPalette::Inactive, QPalette::Text, text);
+}
+
 void NameListView::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
     if (m_hint.isEmpty())
         return;
     const int line = fontMetrics().lineSpacing();
-    QRect room = viewport()->rect().adjusted(line, line, -line, -line);
+    QRect room = viewport()->rect().adjusted(line / 2, line, -line / 2, 0);
     room.setTop(room.top() + visualRect(model()->index(model()->rowCount() - 1, 0)).bottom());
     // Fainter than a row, yet easier to read than a placeholder.
     constexpr float kQuiet = 0.7F;

@@ -40,6 +40,7 @@ protected:
     /// Whether a key that comes by here is meant for an editor that is open, or that it has just ended.
     [[nodiscard]] bool IsEditing() const { return state() == EditingState; }
 
+    void initViewItemOption(QStyleOptionViewItem *option) const override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;

@@ -52,11 +52,7 @@ void PhoneBook::BuildControls()
     m_ui->menuBar->removeAction(m_ui->mnuPopupContacts->menuAction());
     m_ui->Splitter1->setStretchFactor(0, 0);
     m_ui->Splitter1->setStretchFactor(1, 1);
-    constexpr int kGroups = 30;
-    constexpr int kContacts = 90;
-    Controls::SetFirstSize(*this, kGroups + kContacts, 33);
-    const int character = fontMetrics().averageCharWidth();
-    m_ui->Splitter1->setSizes({kGroups * character, kContacts * character});
+    Controls::SetFirstSize(*this, 120, 33);
     FitBar();
     // What is typed there is taken, and all is saved.
     new QShortcut(QKeySequence(u"Ctrl+W"_s), this, this, &PhoneBook::close);
@@ -358,8 +354,11 @@ void PhoneBook::Load()
     centralWidget()->layout()->activate();
     const auto groups = Controls::StoredControlSize(settings, *m_ui->picGroupsContainer);
     const auto contacts = Controls::StoredControlSize(settings, *m_ui->picContactsContainer);
-    if (groups && contacts)
-        m_ui->Splitter1->setSizes({groups->width(), contacts->width()});
+    constexpr int kFewestCharacters = 17;
+    const int width = m_ui->Splitter1->width();
+    const int first = qMax(width / 4, kFewestCharacters * fontMetrics().averageCharWidth());
+    m_ui->Splitter1->setSizes(groups && contacts ? QList{groups->width(), contacts->width()}
+                                                 : QList{first, width - first});
     m_lists->Load(settings);
     m_isLoaded = true;
     TellNotices();

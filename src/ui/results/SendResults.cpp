@@ -35,7 +35,9 @@ SendResults::SendResults(const WindowServices &services, QWidget *parent)
     m_ui->lblReason->setMinimumHeight(fontMetrics().lineSpacing());
     m_ui->lblReason->setMaximumHeight(kMostReasonLines * fontMetrics().lineSpacing());
     connect(list.selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
-        m_ui->lblReason->setText(current.data(SendResultsModel::ReasonRole).toString());
+        const QString reason = current.data(SendResultsModel::ReasonRole).toString();
+        m_ui->lblReason->setText(reason);
+        m_ui->lblReason->setAccessibleDescription(reason); // the name of a label hides its text
     });
     new QShortcut(QKeySequence(u"Ctrl+W"_s), this, this, &SendResults::accept);
     connect(m_ui->cmdSave, &QPushButton::clicked, this, &SendResults::SaveAs);
@@ -74,7 +76,7 @@ void SendResults::FitWindow()
     const int rows = qBound(kFewestRows, m_results->rowCount(), kMostRows);
     QSize size(list.verticalScrollBar()->sizeHint().width(), list.header()->sizeHint().height());
     size += QSize(2 * list.frameWidth(), 2 * list.frameWidth());
-    size.rwidth() += list.columnViewportPosition(SendResultsModel::Message) +
+    size.rwidth() += list.header()->sectionPosition(SendResultsModel::Message) +
                      kMessageCharacters * list.fontMetrics().averageCharWidth();
     size.rheight() += rows * qMax(list.sizeHintForRow(0), list.fontMetrics().height());
     const QSize wanted = layout()->totalSizeHint() - list.sizeHint() + size;

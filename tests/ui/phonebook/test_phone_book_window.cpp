@@ -211,7 +211,7 @@ private slots:
         QCOMPARE(f.Contacts().accessibleDescription() + u'|' + f.Groups().accessibleDescription(), hints);
     }
 
-    TABLE_TEST(everyButtonShowsAtFirst, (int points), {"9 pt", 9}, {"12 pt", 12})
+    TABLE_TEST(everyButtonShowsAtFirst, (int points), {"9 pt", 9}, {"12 pt", 12}, {"18 pt", 18})
     {
         const QFont before = QApplication::font();
         QFont font = before;
