@@ -8,6 +8,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using Script = ScriptedPeer::Script;
 using Then = ScriptedPeer::Then;
 using enum RequestLeft;
 
@@ -21,6 +22,7 @@ const QByteArray kTooLong(HttpClient::kMaxReplyBytes + 1, 'x');
 const auto kIsTooLong = u"Failed: The reply is longer than 16 megabytes"_s;
 const auto kCutShort = u"Failed: The reply was cut short"_s;
 const auto kAnswered307 = u"Failed: The server answered: 307 No"_s;
+const auto k413 = "HTTP/1.1 413 No\r\n\r\n"_ba;
 const auto kAnswered413 = u"Failed: The server answered: 413 No"_s;
 const auto kBroken = u"Failed: The connection was broken"_s;
 const auto kReset = u"Failed: Could not connect to 127.0.0.1: Connection reset by peer"_s;
@@ -35,9 +37,10 @@ const auto kGateway = u"gateway"_s;
 const auto k307 = "HTTP/1.1 100 Go on\r\n\r\nHTTP/1.1 307 No\r\nLocation: /b\r\n\r\n"_ba;
 const auto k407 = "HTTP/1.1 407 Who?\r\nProxy-Authenticate: Basic realm=\"x\"\r\n\r\n"_ba;
 const auto kAsksForPassword = u"Failed: The proxy asks for a password, which is not supported: 407 Who?"_s;
+const Script kResetTunnel{.then = Then::Reset, .after = 1 << 20, .proxySays = kHeader, .certificate = kGateway};
 const auto kNoTunnel = u"Failed: The proxy does not connect to 127.0.0.1: 403 No"_s;
 
-ScriptedPeer::Script LongReply(const QString &name = kGateway, const std::optional<QByteArray> &proxySays = {})
+Script LongReply(const QString &name = kGateway, const std::optional<QByteArray> &proxySays = {})
 {
     return {.pieces = {ScriptedPeer::Ok(kLong.toLatin1())}, .proxySays = proxySays, .certificate = name};
 }
@@ -129,7 +132,7 @@ private slots:
 
     // What the peer does, the response or how the post failed, and how much had left.
     TABLE_TEST(
-        replyDecidesTheEnding, (const ScriptedPeer::Script &script, const QString &ending, RequestLeft left),
+        replyDecidesTheEnding, (const Script &script, const QString &ending, RequestLeft left),
         {"chunks", {.pieces = {kChunked, kLastChunk, "Late: 1\r\n\r\n"}, .then = Then::StayOpen}, u"abcdef"_s, Whole},
         {"no length", {.pieces = {kHeader, "abcd"}}, u"abcd"_s, Whole},
         {"500 that still counts", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nstill"}}, u"still"_s, Whole},
@@ -142,7 +145,7 @@ private slots:
         {"reset when accepted", {.then = Then::Reset, .after = 0}, kReset, Nothing},
         {"reset after the header", {.then = Then::Reset, .after = 200}, kBroken, Partly},
         {"reset in the body", {.then = Then::Reset, .after = 1 << 20}, kBroken, Partly},
-        {"reply in the body", {.pieces = {"HTTP/1.1 413 No\r\n\r\n"}, .after = 1 << 20}, kAnswered413, Whole},
+        {"reply in the body", {.pieces = {k413}, .after = 1 << 20}, kAnswered413, Whole},
         {"not HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, u"Failed: The reply is not an HTTP reply"_s, Whole},
         {"long body", {.pieces = {kHeader, kTooLong}, .then = Then::StayOpen}, kIsTooLong, Whole},
         {"long header", {.pieces = {kOk, QByteArray("A: 123456789\r\n").repeated(1 << 20)}}, kBroken, Whole})
@@ -175,35 +178,36 @@ private slots:
     }
 
     // What the peer does, the response or how the post failed, and how much had left.
-    TABLE_TEST(securePeerMustProveWhoItIs,
-               (const ScriptedPeer::Script &script, const QString &ending, RequestLeft left),
-               {"valid", LongReply(), kLong, Whole},
-               {"unknown issuer", LongReply(u"stranger"_s), kNotValid + u"unable to get local issuer certificate"_s,
-                Nothing},
-               {"other name", LongReply(u"other"_s), kOtherName, Nothing},
-               {"expired", LongReply(u"expired"_s), kNotValid + u"certificate has expired"_s, Nothing},
-               {"old TLS", {.certificate = kGateway, .tls = "TLSv1.1"}, kTooOld, Nothing},
-               {"no TLS", {.pieces = {kOk}, .after = 1}, kNotSecure + u"wrong version number"_s, Nothing},
-               {"closed", {.after = 1}, kNotSecure + u"it was closed"_s, Nothing},
-               {"reset", {.then = Then::Reset, .after = 1}, kNotSecure + u"Connection reset by peer"_s, Nothing},
-               {"reset in the body", {.then = Then::Reset, .after = 1 << 20, .certificate = kGateway}, kBroken, Partly},
-               {"reset for a reply", {.then = Then::Reset, .certificate = kGateway}, kBroken, Whole},
-               {"no reply", {.certificate = kGateway}, kNoReply, Whole},
-               {"tunnel", LongReply(kGateway, kHeader), kLong, Whole},
-               {"tunnel to another", LongReply(u"other"_s, kHeader), kOtherName, Nothing},
-               {"tunnel 407", {.pieces = {k407}, .proxySays = ""}, kAsksForPassword, Nothing},
-               {"tunnel 403", {.pieces = {"HTTP/1.1 403 No\r\n\r\n"}, .proxySays = ""}, kNoTunnel, Nothing},
-               {"tunnel closed", {.proxySays = ""}, kBroken, Nothing})
+    TABLE_TEST(
+        securePeerMustProveWhoItIs, (const Script &script, const QString &ending, RequestLeft left),
+        {"valid", LongReply(), kLong, Whole},
+        {"unknown issuer", LongReply(u"stranger"_s), kNotValid + u"unable to get local issuer certificate"_s, Nothing},
+        {"other name", LongReply(u"other"_s), kOtherName, Nothing},
+        {"expired", LongReply(u"expired"_s), kNotValid + u"certificate has expired"_s, Nothing},
+        {"old TLS", {.certificate = kGateway, .tls = "TLSv1.1"}, kTooOld, Nothing},
+        {"no TLS", {.pieces = {kOk}, .after = 1}, kNotSecure + u"wrong version number"_s, Nothing},
+        {"closed", {.after = 1}, kNotSecure + u"it was closed"_s, Nothing},
+        {"reset", {.then = Then::Reset, .after = 1}, kNotSecure + u"Connection reset by peer"_s, Nothing},
+        {"no reply", {.certificate = kGateway}, kNoReply, Whole},
+        {"tunnel", LongReply(kGateway, kHeader), kLong, Whole},
+        {"tunnel to another", LongReply(u"other"_s, kHeader), kOtherName, Nothing},
+        {"tunnel 407", {.pieces = {k407}, .proxySays = ""}, kAsksForPassword, Nothing},
+        {"tunnel 403", {.pieces = {"HTTP/1.1 403 No\r\n\r\n"}, .proxySays = ""}, kNoTunnel, Nothing},
+        {"tunnel, reset in the body", kResetTunnel, kBroken, Partly},
+        {"tunnel to 413", {.pieces = {k413}, .proxySays = kHeader, .certificate = kGateway}, kAnswered413, Whole})
     {
         ScriptedPeer peer(script);
         if (script.proxySays)
             m_settings.values = {u"1"_s, peer.Address()};
         CGIPost post(m_module);
         post.SetTls({ScriptedPeer::Certificate(u"authority"_s)});
+        bool hasBegun = false;
+        connect(&post, &CGIPost::StateChanged, this,
+                [&] { hasBegun |= post.Status().startsWith(u"Making") || post.Status().startsWith(u"Receiving"); });
         const QSignalSpy finished(&post, &CGIPost::Finished);
         QCOMPARE(Ending(post, peer.Address(), QByteArray(script.after < 0 ? 8 : 32 << 20, 'x')), ending);
         QCOMPARE(post.Left(), left);
-        QVERIFY(finished.count() == 1 && peer.Connections() == 1);
+        QVERIFY(finished.count() == 1 && peer.Connections() == 1 && hasBegun == (left != Nothing));
         QCOMPARE(peer.Posts(), left == Nothing ? 0 : 1);
         QCOMPARE(peer.Received().startsWith("CONNECT 127.0.0.1:"), script.proxySays.has_value());
         QCOMPARE(m_settings.asked.scheme(), u"https"_s);

@@ -27,8 +27,8 @@ public:
         QByteArray tls = "TLSv1.3";
     };
 
-    /// The file of a certificate: "gateway" is valid for 127.0.0.1, "expired" was, "other" is for another name, and the
-    /// "authority" vouches for all but the "stranger".
+    /// The file of "authority", or of its certificates for 127.0.0.1: "gateway", "expired", "other" name, by
+    /// "stranger".
     [[nodiscard]] static QString Certificate(const QString &name)
     {
         return QStringLiteral(CERTIFICATES) + name + QStringLiteral(".pem");
@@ -75,7 +75,7 @@ private:
         ++m_connections;
         if (!m_script.certificate.isEmpty()) {
             QSslConfiguration tls = socket->sslConfiguration();
-            tls.setBackendConfigurationOption("MinProtocol", QByteArray("TLSv1.1"));
+            tls.setProtocol(QSsl::AnyProtocol);
             tls.setBackendConfigurationOption("MaxProtocol", m_script.tls);
             socket->setSslConfiguration(tls);
             socket->setLocalCertificate(Certificate(m_script.certificate));
