@@ -17,7 +17,7 @@ set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME brevio)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION net)
 # The plugins that draw the icons: nothing links them.
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS libqt6svg6)
-set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "ca-certificates, qt6-wayland, xdg-utils")
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SUGGESTS brevio-gateway)
 set(CPACK_COMPONENT_PROGRAM_DESCRIPTION "send text messages to mobile phones
 Brevio sends text messages (SMS) from a PC through a paid gateway on the

@@ -43,7 +43,7 @@ void CGIPost::Start()
     m_lookUpLimit.start(m_module.timeOut);
 
     QUrl url;
-    url.setScheme(u"http"_s);
+    url.setScheme(m_tls ? u"https"_s : u"http"_s);
     url.setHost(m_host);
     url.setPort(m_port);
     m_module.internetSettings.Query(url, this, [this](const InternetSettingsValues &values) { Connect(values); });
@@ -68,7 +68,7 @@ void CGIPost::Connect(const InternetSettingsValues &values)
             [this] { SetStatus(tr("Making request to %1...").arg(m_host)); });
     connect(m_client.get(), &HttpClient::DataReceived, this, [this] { SetStatus(tr("Receiving result...")); });
     connect(m_client.get(), &HttpClient::Ended, this, &CGIPost::Conclude);
-    m_client->Post({m_host, m_port, m_path, m_parameters, proxy, m_stillCounts});
+    m_client->Post({m_host, m_port, m_path, m_parameters, proxy, m_tls, m_stillCounts});
     SetStatus((proxy ? tr("Connecting to %1 via proxy...") : tr("Connecting to %1...")).arg(m_host));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RequestLeft.h"
+#include "TlsSettings.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -8,6 +9,7 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class HttpClient;
 enum class HttpEnding;
@@ -33,6 +35,9 @@ public:
 
     /// Where to post, as ParsePostUrl reads it. Raises number 5, source "Corvane.CGIPost", when it is not valid.
     void SetUrl(const QString &url);
+    /// Posts over TLS, to a peer that proves who it is. The address says "http" all the same, and its port is not
+    /// another.
+    void SetTls(const TlsSettings &tls) { m_tls = tls; }
     /// The body, a form.
     void SetParameters(const QByteArray &parameters) { m_parameters = parameters; }
     /// Asked for a reply with an error status: whether it counts as a reply all the same. Without it none does.
@@ -89,6 +94,7 @@ private:
     QString m_host;
     quint16 m_port = 80;
     QString m_path;
+    std::optional<TlsSettings> m_tls;
     QByteArray m_parameters;
     std::function<bool(const QByteArray &)> m_stillCounts;
     QString m_caption;

@@ -1,9 +1,9 @@
 #include "HttpClient.h"
 
-#include <QHostAddress>
+#include "WireAddress.h"
+
+#include <QFile>
 #include <QPointer>
-#include <QUrl>
-#include <algorithm>
 #include <curl/curl.h>
 #include <map>
 #include <netinet/in.h>
@@ -33,32 +33,6 @@ struct DeleteLater
     }
 };
 
-/// The host as the wire and libcurl take it; empty for what is no host name. Nothing passes that could bring a user,
-/// a scheme or a second header in.
-QByteArray WireHost(const QString &host)
-{
-    if (host.startsWith(u'[') && host.endsWith(u']')) {
-        const bool isIpv6 = QHostAddress(host.sliced(1, host.size() - 2)).protocol() == QAbstractSocket::IPv6Protocol;
-        return isIpv6 ? host.toLatin1() : QByteArray();
-    }
-    const QByteArray name = QUrl::toAce(host);
-    const bool isName = std::all_of(name.begin(), name.end(), [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_';
-    });
-    return isName ? name : QByteArray();
-}
-
-/// The path with all that would end or break an address escaped; what is escaped already stays.
-QByteArray EscapedPath(const QString &path)
-{
-    QByteArray escaped;
-    for (const char byte : path.toUtf8()) {
-        const bool isPlain = byte > ' ' && byte < '\x7f' && byte != '#';
-        escaped += isPlain ? QByteArray(1, byte) : '%' + QByteArray(1, byte).toHex().toUpper();
-    }
-    return escaped;
-}
-
 } // namespace
 
 /// The state inside libcurl. Its callbacks only note what happened: nobody may touch the transfer, let alone delete
@@ -72,7 +46,10 @@ struct HttpClient::Transfer
 
     [[nodiscard]] QString SetUp();
     [[nodiscard]] QString FailureOf(CURLcode code) const;
+    [[nodiscard]] QString FailureOfTls(CURLcode code) const;
+    [[nodiscard]] QString FailureOfProxy() const;
     [[nodiscard]] QString FailureOfReply() const;
+    [[nodiscard]] QString ShownStatus() const;
     [[nodiscard]] RequestLeft Left() const;
     void NoteHeader(QByteArrayView line);
     void Watch(curl_socket_t socket, int what);
@@ -100,8 +77,9 @@ struct HttpClient::Transfer
     bool hasReceived = false;
     bool isHeaderWhole = false;
     bool isTooLong = false;
-    /// Of the last status line: "404 Not Found".
+    /// Of the last status line: "404 Not Found". Until the connection stands, the proxy's.
     QByteArray status;
+    char errorText[CURL_ERROR_SIZE] = "";
 };
 
 HttpClient::Transfer::Transfer(HttpClient &owner, const HttpRequest &toPost)
@@ -123,13 +101,15 @@ HttpClient::Transfer::~Transfer()
 /// Starts the transfer, or tells what is wrong with the request.
 QString HttpClient::Transfer::SetUp()
 {
-    const QByteArray host = WireHost(request.host);
+    const QByteArray host = WireAddress::Host(request.host);
     if (host.isEmpty())
         return tr("\"%1\" is not a valid host name").arg(request.host);
-    const QByteArray proxy = request.proxy ? WireHost(request.proxy->host) : QByteArray();
+    const QByteArray proxy = request.proxy ? WireAddress::Host(request.proxy->host) : QByteArray();
     if (request.proxy && (proxy.isEmpty() || request.proxy->port == 0))
         return tr("\"%1\" is not a valid proxy").arg(request.proxy->host);
-    const QByteArray url = "http://" + host + ':' + QByteArray::number(request.port) + EscapedPath(request.path);
+    const QByteArray scheme = request.tls ? "https" : "http";
+    const QByteArray url =
+        scheme + "://" + host + ':' + QByteArray::number(request.port) + WireAddress::Path(request.path);
 
     CURLcode failure = easy && multi && headers ? CURLE_OK : CURLE_OUT_OF_MEMORY;
     const auto set = [&](CURLoption option, auto value) {
@@ -137,7 +117,8 @@ QString HttpClient::Transfer::SetUp()
             failure = curl_easy_setopt(easy.get(), option, value);
     };
     set(CURLOPT_URL, url.constData());
-    set(CURLOPT_PROTOCOLS_STR, "http");
+    set(CURLOPT_PROTOCOLS_STR, scheme.constData());
+    set(CURLOPT_ERRORBUFFER, errorText);
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     set(CURLOPT_PATH_AS_IS, 1L);
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
@@ -155,6 +136,14 @@ QString HttpClient::Transfer::SetUp()
     set(CURLOPT_PROXYTYPE, static_cast<long>(CURLPROXY_HTTP));
     set(CURLOPT_PROXYPORT, static_cast<long>(request.proxy ? request.proxy->port : 0));
     set(CURLOPT_NOPROXY, "");
+
+    set(CURLOPT_SSL_VERIFYPEER, 1L);
+    set(CURLOPT_SSL_VERIFYHOST, 2L);
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    if (request.tls && !request.tls->certificateAuthority.isEmpty()) {
+        set(CURLOPT_CAINFO, QFile::encodeName(request.tls->certificateAuthority).constData());
+        set(CURLOPT_CAPATH, static_cast<const char *>(nullptr));
+    }
 
     set(CURLOPT_SOCKOPTFUNCTION, &OnNewSocket);
     set(CURLOPT_NOSIGNAL, 1L);
@@ -220,6 +209,7 @@ int HttpClient::Transfer::OnConnected(void *self, char *, char *, int, int)
     auto &transfer = *static_cast<Transfer *>(self);
     transfer.hasConnected = true;
     transfer.isConnected = true;
+    transfer.status.clear();
     return CURL_PREREQFUNC_OK;
 }
 
@@ -231,11 +221,13 @@ size_t HttpClient::Transfer::OnHeader(char *bytes, size_t, size_t count, void *s
 
 void HttpClient::Transfer::NoteHeader(QByteArrayView line)
 {
-    hasReceived = true;
+    hasReceived = hasReceived || isConnected;
     if (isHeaderWhole) // a trailer
         return;
     if (line.startsWith("HTTP/"))
         status = line.sliced(qMax<qsizetype>(0, line.indexOf(' '))).toByteArray().simplified();
+    if (!isConnected) // the proxy's answer to "CONNECT"
+        return;
     // An empty line ends a header; the one of an interim "100 Continue" does not count.
     isHeaderWhole = line.trimmed().isEmpty() && !status.startsWith('1');
 }
@@ -274,7 +266,11 @@ QString HttpClient::Transfer::FailureOf(CURLcode code) const
         return tr("The reply was cut short");
     case CURLE_SEND_ERROR:
     case CURLE_RECV_ERROR:
-        return tr("The connection was broken");
+        return !isConnected && !status.isEmpty() ? FailureOfProxy() : tr("The connection was broken");
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_CONNECT_ERROR:
+        return FailureOfTls(code);
     case CURLE_UNSUPPORTED_PROTOCOL:
     case CURLE_WEIRD_SERVER_REPLY:
         return tr("The reply is not an HTTP reply");
@@ -288,6 +284,30 @@ QString HttpClient::Transfer::FailureOf(CURLcode code) const
     return tr("The transfer failed: %1").arg(QString::fromUtf8(curl_easy_strerror(code)));
 }
 
+QString HttpClient::Transfer::FailureOfTls(CURLcode code) const
+{
+    const QString text = QString::fromUtf8(errorText);
+    // "SSL certificate problem: certificate has expired", "error setting certificate file: /a/b.pem"
+    const QString detail = text.section(u": "_s, 1);
+    if (code == CURLE_PEER_FAILED_VERIFICATION)
+        return tr("The gateway's certificate is not valid: %1").arg(detail);
+    if (code == CURLE_SSL_CACERT_BADFILE)
+        return tr("The certificates that are trusted could not be read: %1").arg(detail);
+    // "OpenSSL/3.0.8: error:0A00010B:SSL routines::wrong version number",
+    // "OpenSSL SSL_connect: SSL_ERROR_SYSCALL in connection to 127.0.0.1:443"
+    const QString reason = text.section(u" in connection"_s, 0, 0).section(u':', -1).trimmed();
+    const bool wasClosed = reason == "SSL_ERROR_SYSCALL"_L1;
+    return tr("No secure connection to %1 could be made: %2")
+        .arg(request.host, wasClosed ? tr("it was closed") : reason);
+}
+
+QString HttpClient::Transfer::FailureOfProxy() const
+{
+    if (status.startsWith("407"))
+        return tr("The proxy asks for a password, which is not supported: %1").arg(ShownStatus());
+    return tr("The proxy does not connect to %1: %2").arg(request.host, ShownStatus());
+}
+
 QString HttpClient::Transfer::FailureOfReply() const
 {
     // libcurl takes a connection that ends within the header for an empty reply.
@@ -297,11 +317,15 @@ QString HttpClient::Transfer::FailureOfReply() const
     curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &code);
     if ((code >= 200 && code <= 299) || (request.stillCounts && request.stillCounts(client.m_reply)))
         return {};
+    if (code == 407 && request.proxy && !request.tls)
+        return FailureOfProxy();
+    return tr("The server answered: %1").arg(ShownStatus());
+}
+
+QString HttpClient::Transfer::ShownStatus() const
+{
     constexpr int kMaxShown = 80;
-    const QString shown = QString::fromLatin1(status.left(kMaxShown));
-    if (code == 407 && request.proxy)
-        return tr("The proxy asks for a password, which is not supported: %1").arg(shown);
-    return tr("The server answered: %1").arg(shown);
+    return QString::fromLatin1(status.left(kMaxShown));
 }
 
 RequestLeft HttpClient::Transfer::Left() const

@@ -2,6 +2,7 @@
 
 #include "ProxyServer.h"
 #include "RequestLeft.h"
+#include "TlsSettings.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -22,6 +23,9 @@ struct HttpRequest
     QByteArray body;
     /// The only proxy that is used; the environment's does not count.
     std::optional<ProxyServer> proxy = {};
+    /// Speaks TLS, 1.2 or later, and sends nothing to a peer whose certificate does not hold; a proxy passes it all on
+    /// unread. Without it the request goes out in the clear.
+    std::optional<TlsSettings> tls = {};
     /// Whether a reply with another status than 2xx still counts; none means that it never does.
     std::function<bool(const QByteArray &reply)> stillCounts = {};
 };
@@ -57,7 +61,7 @@ public:
     [[nodiscard]] RequestLeft Left() const { return m_left; }
 
 signals:
-    /// The connection stands; the request goes out.
+    /// The connection stands, the peer's certificate holds; the request goes out.
     void Connected();
 
     /// The reply has begun or grown.

@@ -15,7 +15,9 @@ namespace {
 /// Posts a document and returns with the post at its end.
 void Run(CGIPost &post, const Gateway &gateway, const QString &document, QObject *owner)
 {
-    post.SetUrl(VendorSite::Url(gateway.settings, VendorSite::kGatewayPath));
+    if (VendorSite::IsSecure(gateway.settings))
+        post.SetTls({gateway.settings.Get(QStringLiteral("Gateway"), QStringLiteral("CertificateAuthority"))});
+    post.SetUrl(VendorSite::Address(gateway.settings) + VendorSite::kGatewayPath);
     post.SetParameters(FormBody(document));
     post.SetStillCounts(HoldsLogon);
     // Whatever happens next, what the user typed is safe.

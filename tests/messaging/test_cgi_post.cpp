@@ -8,22 +8,42 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using Script = ScriptedPeer::Script;
 using Then = ScriptedPeer::Then;
 using enum RequestLeft;
 
 namespace {
 
 const auto kOk = "HTTP/1.1 200 OK\r\n"_ba;
+const auto kHeader = kOk + "\r\n";
 const auto kChunked = kOk + "Transfer-Encoding: chunked\r\n\r\n4\r\nabcd\r\n";
+const auto kLastChunk = "2\r\nef\r\n0\r\n"_ba;
 const QByteArray kTooLong(HttpClient::kMaxReplyBytes + 1, 'x');
 const auto kIsTooLong = u"Failed: The reply is longer than 16 megabytes"_s;
 const auto kCutShort = u"Failed: The reply was cut short"_s;
 const auto kAnswered307 = u"Failed: The server answered: 307 No"_s;
+const auto k413 = "HTTP/1.1 413 No\r\n\r\n"_ba;
 const auto kAnswered413 = u"Failed: The server answered: 413 No"_s;
 const auto kBroken = u"Failed: The connection was broken"_s;
 const auto kReset = u"Failed: Could not connect to 127.0.0.1: Connection reset by peer"_s;
 const auto kNoReply = u"Failed: The connection was closed without a reply"_s;
-const auto kNotHttp = u"Failed: The reply is not an HTTP reply"_s;
+
+const QString kLong(3'000'000, u'x');
+const auto kNotValid = u"Failed: The gateway's certificate is not valid: "_s;
+const auto kNotSecure = u"Failed: No secure connection to 127.0.0.1 could be made: "_s;
+const auto kTooOld = kNotSecure + u"tlsv1 alert protocol version"_s;
+const auto kOtherName = kNotValid + u"no alternative certificate subject name matches target host name '127.0.0.1'"_s;
+const auto kGateway = u"gateway"_s;
+const auto k307 = "HTTP/1.1 100 Go on\r\n\r\nHTTP/1.1 307 No\r\nLocation: /b\r\n\r\n"_ba;
+const auto k407 = "HTTP/1.1 407 Who?\r\nProxy-Authenticate: Basic realm=\"x\"\r\n\r\n"_ba;
+const auto kAsksForPassword = u"Failed: The proxy asks for a password, which is not supported: 407 Who?"_s;
+const Script kResetTunnel{.then = Then::Reset, .after = 1 << 20, .proxySays = kHeader, .certificate = kGateway};
+const auto kNoTunnel = u"Failed: The proxy does not connect to 127.0.0.1: 403 No"_s;
+
+Script LongReply(const QString &name = kGateway, const std::optional<QByteArray> &proxySays = {})
+{
+    return {.pieces = {ScriptedPeer::Ok(kLong.toLatin1())}, .proxySays = proxySays, .certificate = name};
+}
 
 } // namespace
 
@@ -59,6 +79,7 @@ private slots:
         // Only the settings tell of proxies.
         qputenv("http_proxy", "127.0.0.1:1");
         qputenv("no_proxy", "gateway.test");
+        qputenv("OPENSSL_CONF", CERTIFICATES "any_tls.cnf");
     }
     void init()
     {
@@ -111,26 +132,22 @@ private slots:
 
     // What the peer does, the response or how the post failed, and how much had left.
     TABLE_TEST(
-        replyDecidesTheEnding, (const ScriptedPeer::Script &script, const QString &ending, RequestLeft left),
-        {"chunks",
-         {.pieces = {kChunked, "2\r\nef\r\n0\r\n", "Late: 1\r\n\r\n"}, .then = Then::StayOpen},
-         u"abcdef"_s,
-         Whole},
-        {"no length", {.pieces = {kOk + "\r\n", "abcd"}}, u"abcd"_s, Whole},
+        replyDecidesTheEnding, (const Script &script, const QString &ending, RequestLeft left),
+        {"chunks", {.pieces = {kChunked, kLastChunk, "Late: 1\r\n\r\n"}, .then = Then::StayOpen}, u"abcdef"_s, Whole},
+        {"no length", {.pieces = {kHeader, "abcd"}}, u"abcd"_s, Whole},
         {"500 that still counts", {.pieces = {"HTTP/1.1 500 Broken\r\n\r\nstill"}}, u"still"_s, Whole},
-        {"empty", {.pieces = {ScriptedPeer::Ok("")}}, u""_s, Whole},
-        {"307", {.pieces = {"HTTP/1.1 100 Go on\r\n\r\nHTTP/1.1 307 No\r\nLocation: /b\r\n\r\n"}}, kAnswered307, Whole},
+        {"empty", {.pieces = {ScriptedPeer::Ok("")}}, u""_s, Whole}, {"307", {.pieces = {k307}}, kAnswered307, Whole},
         {"short body", {.pieces = {ScriptedPeer::Ok("abcd").chopped(1)}}, kCutShort, Whole},
         {"no last chunk", {.pieces = {kChunked}}, kCutShort, Whole},
         {"short header", {.pieces = {kOk + "Content-Le"}}, kCutShort, Whole},
-        {"reset after a reply", {.pieces = {kOk + "\r\n", "abcd"}, .then = Then::Reset, .pauseMs = 50}, kBroken, Whole},
+        {"reset after a reply", {.pieces = {kHeader, "abcd"}, .then = Then::Reset, .pauseMs = 50}, kBroken, Whole},
         {"no reply", {}, kNoReply, Whole}, {"reset for a reply", {.then = Then::Reset}, kBroken, Whole},
         {"reset when accepted", {.then = Then::Reset, .after = 0}, kReset, Nothing},
         {"reset after the header", {.then = Then::Reset, .after = 200}, kBroken, Partly},
         {"reset in the body", {.then = Then::Reset, .after = 1 << 20}, kBroken, Partly},
-        {"reply in the body", {.pieces = {"HTTP/1.1 413 No\r\n\r\n"}, .after = 1 << 20}, kAnswered413, Whole},
-        {"not HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, kNotHttp, Whole},
-        {"long body", {.pieces = {kOk + "\r\n", kTooLong}, .then = Then::StayOpen}, kIsTooLong, Whole},
+        {"reply in the body", {.pieces = {k413}, .after = 1 << 20}, kAnswered413, Whole},
+        {"not HTTP", {.pieces = {"SSH-2.0-OpenThing\r\n"}}, u"Failed: The reply is not an HTTP reply"_s, Whole},
+        {"long body", {.pieces = {kHeader, kTooLong}, .then = Then::StayOpen}, kIsTooLong, Whole},
         {"long header", {.pieces = {kOk, QByteArray("A: 123456789\r\n").repeated(1 << 20)}}, kBroken, Whole})
     {
         ScriptedPeer peer(script);
@@ -144,44 +161,74 @@ private slots:
 
     void proxyOfTheSettingsIsUsed()
     {
-        ScriptedPeer proxy({.pieces = {"HTTP/1.1 407 Who?\r\nProxy-Authenticate: Basic realm=\"x\"\r\n\r\n"}});
+        ScriptedPeer proxy({.pieces = {k407}});
         const auto verify = [this](const QString &setting, const QString &ending, RequestLeft left) {
             m_settings.values = {u"1"_s, setting};
             CGIPost post(m_module);
-            QCOMPARE(Ending(post, u"gateway.test/x"_s), u"Failed: "_s + ending);
+            QCOMPARE(Ending(post, u"gateway.test/x"_s), ending);
             QCOMPARE(post.Left(), left);
         };
-        verify(u"127.0.0.1:1"_s, u"Could not connect to the proxy 127.0.0.1: Connection refused"_s, Nothing);
-        verify(u"nowhere.invalid"_s, u"The address of the proxy nowhere.invalid could not be found"_s, Nothing);
-        verify(u"p:0"_s, u"The proxy in the internet settings is not valid: p:0"_s, Nothing);
+        verify(u"127.0.0.1:1"_s, u"Failed: Could not connect to the proxy 127.0.0.1: Connection refused"_s, Nothing);
+        verify(u"nowhere.invalid"_s, u"Failed: The address of the proxy nowhere.invalid could not be found"_s, Nothing);
+        verify(u"p:0"_s, u"Failed: The proxy in the internet settings is not valid: p:0"_s, Nothing);
         // It may have passed the request on to another that asks.
-        verify(u"http="_s + proxy.Address(), u"The proxy asks for a password, which is not supported: 407 Who?"_s,
-               Whole);
+        verify(u"http="_s + proxy.Address(), kAsksForPassword, Whole);
         QVERIFY(proxy.Received().startsWith("POST http://gateway.test/x HTTP/1.1\r\n"));
         QCOMPARE(proxy.Posts(), 1);
     }
 
+    // What the peer does, the response or how the post failed, and how much had left.
+    TABLE_TEST(
+        securePeerMustProveWhoItIs, (const Script &script, const QString &ending, RequestLeft left),
+        {"valid", LongReply(), kLong, Whole},
+        {"unknown issuer", LongReply(u"stranger"_s), kNotValid + u"unable to get local issuer certificate"_s, Nothing},
+        {"other name", LongReply(u"other"_s), kOtherName, Nothing},
+        {"expired", LongReply(u"expired"_s), kNotValid + u"certificate has expired"_s, Nothing},
+        {"old TLS", {.certificate = kGateway, .tls = "TLSv1.1"}, kTooOld, Nothing},
+        {"no TLS", {.pieces = {kOk}, .after = 1}, kNotSecure + u"wrong version number"_s, Nothing},
+        {"closed", {.after = 1}, kNotSecure + u"it was closed"_s, Nothing},
+        {"reset", {.then = Then::Reset, .after = 1}, kNotSecure + u"Connection reset by peer"_s, Nothing},
+        {"no reply", {.certificate = kGateway}, kNoReply, Whole},
+        {"tunnel", LongReply(kGateway, kHeader), kLong, Whole},
+        {"tunnel to another", LongReply(u"other"_s, kHeader), kOtherName, Nothing},
+        {"tunnel 407", {.pieces = {k407}, .proxySays = ""}, kAsksForPassword, Nothing},
+        {"tunnel 403", {.pieces = {"HTTP/1.1 403 No\r\n\r\n"}, .proxySays = ""}, kNoTunnel, Nothing},
+        {"tunnel, reset in the body", kResetTunnel, kBroken, Partly},
+        {"tunnel to 413", {.pieces = {k413}, .proxySays = kHeader, .certificate = kGateway}, kAnswered413, Whole})
+    {
+        ScriptedPeer peer(script);
+        if (script.proxySays)
+            m_settings.values = {u"1"_s, peer.Address()};
+        CGIPost post(m_module);
+        post.SetTls({ScriptedPeer::Certificate(u"authority"_s)});
+        bool hasBegun = false;
+        connect(&post, &CGIPost::StateChanged, this,
+                [&] { hasBegun |= post.Status().startsWith(u"Making") || post.Status().startsWith(u"Receiving"); });
+        const QSignalSpy finished(&post, &CGIPost::Finished);
+        QCOMPARE(Ending(post, peer.Address(), QByteArray(script.after < 0 ? 8 : 32 << 20, 'x')), ending);
+        QCOMPARE(post.Left(), left);
+        QVERIFY(finished.count() == 1 && peer.Connections() == 1 && hasBegun == (left != Nothing));
+        QCOMPARE(peer.Posts(), left == Nothing ? 0 : 1);
+        QCOMPARE(peer.Received().startsWith("CONNECT 127.0.0.1:"), script.proxySays.has_value());
+        QCOMPARE(m_settings.asked.scheme(), u"https"_s);
+    }
+
     TABLE_TEST(eachPhaseEndsEarly, (StuckPost::Phase phase, RequestLeft left),
                {"lookup", StuckPost::LookingUp, Nothing}, {"connect", StuckPost::Connecting, Nothing},
-               {"send", StuckPost::Sending, Partly}, {"request", StuckPost::Requesting, Whole},
-               {"receive", StuckPost::Receiving, Whole})
+               {"handshake", StuckPost::ShakingHands, Nothing}, {"send", StuckPost::Sending, Partly},
+               {"request", StuckPost::Requesting, Whole}, {"receive", StuckPost::Receiving, Whole})
     {
-        StuckPost timedOut(phase);
-        timedOut.module.timeOut = 500ms;
-        m_runner.Run(timedOut.post, nullptr);
-        QCOMPARE(timedOut.post.Status(), u"Failed: Connection timed out"_s);
-
-        StuckPost canceled(phase);
-        connect(&canceled.post, &CGIPost::StateChanged, this, [&] {
-            if (canceled.post.Status() == canceled.Status())
-                canceled.post.Cancel();
-        });
-        m_runner.Run(canceled.post, nullptr);
-        QVERIFY(canceled.post.Canceled());
-
-        for (const StuckPost *stuck : {&timedOut, &canceled}) {
-            QVERIFY(stuck->peer.Posts() <= 1);
-            QCOMPARE(stuck->post.Left(), left);
+        for (const bool cancels : {false, true}) {
+            StuckPost stuck(phase);
+            stuck.module.timeOut = 500ms;
+            connect(&stuck.post, &CGIPost::StateChanged, this, [&] {
+                if (cancels && stuck.post.Status() == stuck.Status())
+                    stuck.post.Cancel();
+            });
+            m_runner.Run(stuck.post, nullptr);
+            QCOMPARE(stuck.post.Status(), cancels ? u"Canceled"_s : u"Failed: Connection timed out"_s);
+            QCOMPARE(stuck.post.Left(), left);
+            QVERIFY(stuck.peer.Posts() <= 1);
         }
     }
 };

@@ -9,6 +9,7 @@
 #include "ScriptedPeer.h"
 #include "SendingSMS.h"
 #include "Settings.h"
+#include "VendorSite.h"
 #include "Version.h"
 
 using namespace Qt::StringLiterals;
@@ -46,7 +47,7 @@ class TestSending final : public QObject, private PostRunner
         const Account account{u"ann"_s, u"secret"_s, u"a@b.example"_s};
         const SendOutcome outcome = SendMessage(m_gateway, account, m_group, message, this);
         const auto statuses = u"sent|empty|cancelled|failed|refused|some failed"_s.split(u'|');
-        const auto left = u"|, part left|, left"_s.split(u'|');
+        const auto left = u", kept|, part kept|"_s.split(u'|');
         const bool hasResults = outcome.requests.size() == 6 && outcome.requests[0].Response;
         return u"%1 %2%3%4: %5"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
                                       hasResults ? u", results"_s : u""_s, left[int(outcome.left)], outcome.reason);
@@ -131,13 +132,12 @@ private slots:
     }
 
     TABLE_TEST(eachPartGoesToEachRecipientOnce, (const QByteArray &reply, const QString &outcome),
-               {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57, left: No error!"_s},
+               {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57: No error!"_s},
                {"a failure, busy", "HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>",
-                u"some failed 5, results, left: 1 message failed out of 1"_s},
-               {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"),
-                u"refused -1, left: No"_s},
-               {"nothing", ScriptedPeer::Ok(""), u"refused -1, left: Response is empty"_s},
-               {"no reply", QByteArray(), u"failed -1, left: The connection was closed without a reply"_s})
+                u"some failed 5, results: 1 message failed out of 1"_s},
+               {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"), u"refused -1: No"_s},
+               {"nothing", ScriptedPeer::Ok(""), u"refused -1: Response is empty"_s},
+               {"no reply", QByteArray(), u"failed -1: The connection was closed without a reply"_s})
     {
         LxMessageRequests requests;
         for (const LxContactPtr &contact : m_group) {
@@ -153,12 +153,40 @@ private slots:
         QCOMPARE(peer.Posts(), 1);
     }
 
+    TABLE_TEST(settingsTellWhereTheSiteIs, (const QString &settings, const QString &addresses),
+               u"h:81 False -> h:81 http://h:81/p", u"h True -> h:443 https://h/p", u"h:80 true -> h:80 https://h:80/p")
+    {
+        m_settings.Save(u"Gateway"_s, u"Host"_s, settings.section(u' ', 0, 0));
+        m_settings.Save(u"Gateway"_s, u"Secure"_s, settings.section(u' ', 1));
+        QCOMPARE(VendorSite::Address(m_settings) + u' ' + VendorSite::Url(m_settings, u"/p"_s), addresses);
+    }
+
+    void secureGatewayIsTheOneOfTheAuthority()
+    {
+        ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}, .certificate = u"gateway"_s});
+        const auto send = [&](const QString &secure, const QString &authority) {
+            m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
+            m_settings.Save(u"Gateway"_s, u"Secure"_s, secure);
+            m_settings.Save(u"Gateway"_s, u"CertificateAuthority"_s, authority);
+            QString ending;
+            const QString problem = Raised([&] { ending = Send(); });
+            m_settings.DeleteSection(u"Gateway"_s);
+            return ending + problem;
+        };
+        QVERIFY(send(u"yes"_s, {}).endsWith(u"in the settings is neither True nor False: yes"));
+        QVERIFY(send(u"True"_s, {}).startsWith(u"failed -1, kept: The gateway's certificate is not valid: "));
+        QCOMPARE(send(u"True"_s, u"/no.pem"_s),
+                 u"failed -1, kept: The certificates that are trusted could not be read: /no.pem"_s);
+        QCOMPARE(send(u"True"_s, ScriptedPeer::Certificate(u"authority"_s)), u"sent -1: No error!"_s);
+        QCOMPARE(peer.Posts(), 1);
+    }
+
     void nothingIsPostedAfterACancelOrToABadHost()
     {
         ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}});
         m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
         m_cancels = true;
-        QCOMPARE(Send(), u"cancelled -1: "_s);
+        QCOMPARE(Send(), u"cancelled -1, kept: "_s);
         m_cancels = false;
         m_isEnding = true;
         QCOMPARE(GetBalance(m_gateway, {u"ann"_s, u"secret"_s, {}}, this).reason, u"Canceled by user"_s);

@@ -35,12 +35,14 @@ public:
 class FixedInternetSettings final : public InternetSettings
 {
 public:
-    void Query(const QUrl &, QObject *asker, Answer answer) override
+    void Query(const QUrl &url, QObject *asker, Answer answer) override
     {
+        asked = url;
         if (!isSilent)
             QTimer::singleShot(0, asker, [this, answer] { answer(values); });
     }
 
+    QUrl asked;
     InternetSettingsValues values;
     bool isSilent = false;
 };

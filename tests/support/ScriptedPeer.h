@@ -1,7 +1,8 @@
 #pragma once
 
+#include <QSslConfiguration>
+#include <QSslSocket>
 #include <QTcpServer>
-#include <QTcpSocket>
 #include <QTimer>
 
 #include <sys/socket.h>
@@ -19,7 +20,19 @@ public:
         int pauseMs = 0;
         /// How many bytes of a request it waits for; by itself, for all.
         qsizetype after = -1;
+        /// What it says as a proxy before it is the peer; none when it is no proxy.
+        std::optional<QByteArray> proxySays = {};
+        /// Speaks TLS by the key and certificate of this name, where there is one, and as late a TLS as this.
+        QString certificate = {};
+        QByteArray tls = "TLSv1.3";
     };
+
+    /// The file of "authority", or of its certificates for 127.0.0.1: "gateway", "expired", "other" name, by
+    /// "stranger".
+    [[nodiscard]] static QString Certificate(const QString &name)
+    {
+        return QStringLiteral(CERTIFICATES) + name + QStringLiteral(".pem");
+    }
 
     explicit ScriptedPeer(Script script)
         : m_script(std::move(script))
@@ -41,6 +54,13 @@ public:
     [[nodiscard]] const QByteArray &Received() const { return m_received; }
 
 private:
+    void incomingConnection(qintptr descriptor) override
+    {
+        auto *socket = new QSslSocket(this);
+        socket->setSocketDescriptor(descriptor);
+        addPendingConnection(socket);
+    }
+
     static bool IsWhole(const QByteArray &request)
     {
         const qsizetype headerEnd = request.indexOf("\r\n\r\n");
@@ -51,13 +71,29 @@ private:
 
     void Serve()
     {
-        QTcpSocket *socket = nextPendingConnection();
+        auto *socket = static_cast<QSslSocket *>(nextPendingConnection());
         ++m_connections;
+        if (!m_script.certificate.isEmpty()) {
+            QSslConfiguration tls = socket->sslConfiguration();
+            tls.setProtocol(QSsl::AnyProtocol);
+            tls.setBackendConfigurationOption("MaxProtocol", m_script.tls);
+            socket->setSslConfiguration(tls);
+            socket->setLocalCertificate(Certificate(m_script.certificate));
+            socket->setPrivateKey(Certificate(m_script.certificate), QSsl::Ec);
+            if (!m_script.proxySays)
+                socket->startServerEncryption();
+        }
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QTcpSocket::readyRead, this, [this, socket, request = QByteArray()]() mutable {
             const QByteArray bytes = socket->readAll();
             request += bytes;
             m_received += bytes;
+            if (!m_script.certificate.isEmpty() && request.startsWith("CONNECT ") && IsWhole(request)) {
+                socket->write(*m_script.proxySays);
+                socket->startServerEncryption();
+                request.clear();
+                return;
+            }
             if (m_script.after < 0 ? IsWhole(request) : request.size() >= m_script.after)
                 Step(socket, 0);
         });

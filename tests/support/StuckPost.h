@@ -8,15 +8,15 @@
 class StuckPost final
 {
 public:
-    enum Phase { LookingUp, Connecting, Sending, Requesting, Receiving };
+    enum Phase { LookingUp, Connecting, ShakingHands, Sending, Requesting, Receiving };
 
     /// What the post then shows.
     [[nodiscard]] QString Status() const
     {
+        const int shown = phase == LookingUp ? 0 : phase < Sending ? 1 : phase < Receiving ? 2 : 3;
         return QStringList{
             QStringLiteral("Looking up the proxy settings..."), QStringLiteral("Connecting to 127.0.0.1..."),
-            QStringLiteral("Making request to 127.0.0.1..."), QStringLiteral("Making request to 127.0.0.1..."),
-            QStringLiteral("Receiving result...")}[phase];
+            QStringLiteral("Making request to 127.0.0.1..."), QStringLiteral("Receiving result...")}[shown];
     }
 
     explicit StuckPost(Phase stuckIn)
@@ -36,6 +36,8 @@ public:
         }
         if (phase == Sending)
             peer.pauseAccepting(); // what the system takes in by itself is less than the body
+        if (phase == ShakingHands)
+            post.SetTls({}); // of which the peer knows nothing
         post.SetUrl(peer.Address());
         post.SetParameters(QByteArray(phase == Sending ? 32 << 20 : 10, 'x'));
     }
