@@ -99,6 +99,8 @@ QByteArray KannelEngine::Address(const OutgoingMessage &message) const
 
 Engine::Answer KannelEngine::HandOver(const OutgoingMessage &message)
 {
+    if (m_givesUp)
+        return {HandOverResult::NotNow, u"The gateway was ending"_s};
     const std::unique_ptr<CURL, CloseHandle> handle(curl_easy_init());
     const QByteArray address = Address(message);
     Call call{m_givesUp};
