@@ -9,38 +9,34 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 
-/// An account with 100 messages in a database whose clock runs 20 times as fast.
+/// Messages "Text 0" and so on to these numbers, of an account that began with 100, in a database whose clock runs 20
+/// times as fast.
 struct FilledStore
 {
     explicit FilledStore(const QStringList &numbers)
     {
+        timer.start();
         accounts.Add(QStringLiteral("ann"), QStringLiteral("password"), QStringLiteral("Office"), 0);
-        accounts.Credit(QStringLiteral("ann"), 100, QStringLiteral("test"), QStringLiteral("test"));
+        accounts.Credit(QStringLiteral("ann"), 100, QStringLiteral("by"), QStringLiteral("why"));
         GatewayRequest request;
         request.user = QStringLiteral("ann");
-        for (const QString &number : numbers)
-            request.messages.append(
-                {number, QStringLiteral("Name"), QStringLiteral("Text %1").arg(request.messages.size())});
+        for (qsizetype i = 0; i < numbers.size(); ++i)
+            request.messages.append({numbers[i], QString(), QStringLiteral("Text %1").arg(i)});
         (void)DatabaseStore(database, 1000).Accept(request);
     }
 
     /// Of all messages, the oldest first.
     QString States()
     {
-        QString states;
+        QStringList states;
         for (const MessageLine &line : MessageLookup(database).List({}, {}, 1000))
-            states.prepend(WordOf(line.state) + u' ');
-        return states.trimmed();
+            states.prepend(WordOf(line.state));
+        return states.join(u' ');
     }
 
     QTemporaryDir folder;
-    QElapsedTimer timer = [] {
-        QElapsedTimer started;
-        started.start();
-        return started;
-    }();
-    Database database{folder.filePath(QStringLiteral("gateway.db")),
-                      [this] { return 1'800'000'000'000 + 20 * timer.elapsed(); }};
+    QElapsedTimer timer;
+    Database database{folder.filePath(QStringLiteral("x.db")), [this] { return 1 + 20 * timer.elapsed(); }};
     Accounts accounts{database};
     MessageQueue queue{database};
 };

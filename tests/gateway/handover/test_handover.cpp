@@ -6,8 +6,6 @@
 #include <QTcpSocket>
 #include <QTest>
 
-#include <future>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -41,18 +39,36 @@ struct ScriptedEngine final : Engine
     bool givesUp = false;
 };
 
-const LogLine kSilent = [](const QString &) {};
-const HandOver::Options kQuick{.firstPause = 100ms, .longestPause = 200ms, .longestIdle = 200ms, .grace = 100ms};
-
-int Ask(int port, const QByteArray &request)
+/// What they have in common: senders that are quick to try again, a listener and what was logged.
+struct Service : FilledStore
 {
-    QTcpSocket socket;
-    socket.connectToHost(u"127.0.0.1"_s, static_cast<quint16>(port));
-    socket.write(request + " HTTP/1.1\r\nHost: h\r\n\r\n");
-    while (socket.waitForReadyRead(10'000) && !socket.canReadLine()) {
+    using FilledStore::FilledStore;
+
+    QByteArray Report(const char *type, qint64 id, qint64 idOfTag)
+    {
+        return "GET " + MakeReportAddress("", id, tag.Of(idOfTag)).replace("%d", type);
     }
-    return socket.readLine().mid(9, 3).toInt();
-}
+
+    int Ask(const QByteArray &request)
+    {
+        if (listener.Port() == 0)
+            listener.Start(0);
+        QTcpSocket socket;
+        socket.connectToHost(u"127.0.0.1"_s, static_cast<quint16>(listener.Port()));
+        socket.write(request + " HTTP/1.1\r\nHost: h\r\n\r\n");
+        while (socket.waitForReadyRead(10'000) && !socket.canReadLine()) {
+        }
+        return socket.readLine().mid(9, 3).toInt();
+    }
+
+    std::atomic<int> notKept = 0;
+    LogLine log = [this](const QString &line) { notKept += line.contains("not kept"_L1) ? 1 : 0; };
+    HandOver::Options quick{.firstPause = 100ms, .longestPause = 200ms, .longestIdle = 200ms, .grace = 100ms};
+    ReportTag tag{database.Secret()};
+    ReportListener listener{queue, tag, log};
+    ScriptedEngine engine;
+    HandOver handOver{queue, engine, log, quick};
+};
 
 } // namespace
 
@@ -63,57 +79,41 @@ class TestHandOver final : public QObject
 private slots:
     void reportsMoveMessages()
     {
-        FilledStore store({u"447700900001"_s, u"447700900002"_s, u"447700900003"_s});
-        for (int i = 0; i < 3; ++i)
-            store.queue.Settle(store.queue.TakeNext()->id, HandOverResult::Accepted, {});
-        const ReportTag tag(store.database.Secret());
-        ReportListener listener(store.queue, tag, kSilent);
-        listener.Start(0);
-        const auto call = [&](qint64 id, const QByteArray &type, qint64 tagged) {
-            return "GET " + MakeReportAddress("", id, tag.Of(tagged)).replace("%d", type);
-        };
-        const struct
-        {
-            QByteArray request;
-            int status;
-            QString states;
-        } steps[] = {
-            {call(1, "8", 1), 200, u"at-operator handed-over handed-over"_s},
-            {call(1, "1", 2), 403, u"at-operator handed-over handed-over"_s},
-            {call(1, "1", 1).replace("&tag=", "&tag=0"), 403, u"at-operator handed-over handed-over"_s},
-            {call(2, "4", 2).replace("GET /", "GET //"), 403, u"at-operator handed-over handed-over"_s},
-            {call(2, "4", 2).replace("GET", "POST"), 403, u"at-operator handed-over handed-over"_s},
-            {"GET /report?id=1&tag=" + QByteArray(64, '0') + "&type=1", 403, u"at-operator handed-over handed-over"_s},
-            {"GET /" + QByteArray(20'000, 'a'), 414, u"at-operator handed-over handed-over"_s},
-            {call(2, "32", 2), 200, u"at-operator handed-over handed-over"_s},
-            {call(99, "1", 99), 200, u"at-operator handed-over handed-over"_s},
-            {call(2, "4", 2), 200, u"at-operator buffered handed-over"_s},
-            {call(1, "1", 1), 200, u"delivered buffered handed-over"_s},
-            {call(1, "8", 1), 200, u"delivered buffered handed-over"_s},
-            {call(2, "2", 2), 200, u"delivered failed handed-over"_s},
-            {call(3, "16", 3), 200, u"delivered failed failed"_s},
-            {call(3, "16", 3), 200, u"delivered failed failed"_s},
-        };
-        for (const auto &[request, status, states] : steps) {
-            QCOMPARE(Ask(listener.Port(), request), status);
-            QCOMPARE(store.States(), states);
+        Service service({u"447700900001"_s, u"447700900002"_s, u"447700900003"_s});
+        service.handOver.Start();
+        QTRY_COMPARE(service.States(), u"handed-over handed-over handed-over"_s);
+        const QByteArray right = service.Report("1", 1, 1);
+        for (const auto &[request, expected] : std::initializer_list<std::pair<QByteArray, const char16_t *>>{
+                 {service.Report("8", 1, 1), u"200 at-operator handed-over handed-over"},
+                 {service.Report("1", 1, 2), u"403 at-operator handed-over handed-over"},
+                 {QByteArray(right).replace("tag=", "tag=0"), u"403 at-operator handed-over handed-over"},
+                 {QByteArray(right).replace(20, 30, QByteArray(30, '0')), u"403 at-operator handed-over handed-over"},
+                 {QByteArray(right).replace("GET", "POST"), u"403 at-operator handed-over handed-over"},
+                 {"GET /" + QByteArray(20'000, 'a'), u"414 at-operator handed-over handed-over"},
+                 {service.Report("32", 2, 2), u"200 at-operator handed-over handed-over"},
+                 {service.Report("1", 99, 99), u"200 at-operator handed-over handed-over"},
+                 {service.Report("4", 2, 2), u"200 at-operator buffered handed-over"},
+                 {right, u"200 delivered buffered handed-over"},
+                 {service.Report("8", 1, 1), u"200 delivered buffered handed-over"},
+                 {service.Report("2", 2, 2), u"200 delivered failed handed-over"},
+                 {service.Report("16", 3, 3), u"200 delivered failed failed"},
+                 {service.Report("16", 3, 3), u"200 delivered failed failed"}}) {
+            const int status = service.Ask(request);
+            QCOMPARE(u"%1 %2"_s.arg(status).arg(service.States()), QString::fromUtf16(expected));
         }
-        QCOMPARE(store.accounts.List().first().balance, 98); // what the operator refused is refunded, once
-        ReportListener second(store.queue, tag, kSilent);
-        QVERIFY_EXCEPTION_THROWN(second.Start(listener.Port()), std::exception);
+        QCOMPARE(service.accounts.List().first().balance, 98); // what the operator refused is refunded, once
+        ReportListener second(service.queue, service.tag, service.log);
+        QVERIFY_EXCEPTION_THROWN(second.Start(service.listener.Port()), std::exception);
     }
 
     void eachNumberKeepsItsOrder()
     {
-        FilledStore store(
-            {u"447700900001"_s, u"447700900002"_s, u"447700900001"_s, u"447700900001"_s, u"447700900002"_s});
-        ScriptedEngine engine;
-        HandOver handOver(store.queue, engine, kSilent, kQuick);
-        handOver.Start();
-        QTRY_COMPARE(store.States(), u"handed-over handed-over handed-over handed-over handed-over"_s);
-        QCOMPARE(engine.most, 2);
-        const auto at = [&engine](qint64 id) { return engine.calls.indexOf(id); };
-        QVERIFY(at(1) < at(3) && at(3) < at(4) && at(2) < at(5) && engine.calls.size() == 5);
+        Service service({u"44770001"_s, u"44770002"_s, u"44770001"_s, u"44770001"_s, u"44770002"_s});
+        service.handOver.Start();
+        QTRY_COMPARE(service.States().count("handed-over"_L1), 5);
+        const auto at = [&service](qint64 id) { return service.engine.calls.indexOf(id); };
+        QVERIFY(at(1) < at(3) && at(3) < at(4) && at(2) < at(5) && service.engine.calls.size() == 5);
+        QCOMPARE(service.engine.most, 2);
     }
 
     void anEngineThatIsAwayIsLeftAlone()
@@ -121,68 +121,51 @@ private slots:
         QStringList numbers;
         for (int i = 0; i < 40; ++i)
             numbers += QString::number(447700900000 + i);
-        FilledStore store(numbers);
-        ScriptedEngine engine;
-        engine.result = HandOverResult::NotNow;
-        HandOver handOver(store.queue, engine, kSilent, kQuick);
-        handOver.Start();
+        Service service(numbers);
+        service.engine.result = HandOverResult::NotNow;
+        service.handOver.Start();
         QTest::qWait(1000);
+        QCOMPARE(service.States().count("queued"_L1), 40);
         {
-            const std::scoped_lock lock(engine.mutex);
-            // The four senders at first, then one at a time: after 100 ms and every 200 ms.
-            QVERIFY2(engine.calls.size() >= 6 && engine.calls.size() <= 10,
-                     qPrintable(QString::number(engine.calls.size())));
+            const std::scoped_lock lock(service.engine.mutex);
+            // The four senders at first, then one at a time: after 100 ms, and every 200 ms.
+            QVERIFY(service.engine.calls.size() >= 6 && service.engine.calls.size() <= 10);
         }
-        QVERIFY(!store.States().contains("handed"_L1));
-        engine.result = HandOverResult::Accepted;
-        QTRY_COMPARE_WITH_TIMEOUT(store.States().count("handed-over"_L1), 40, 10'000);
+        service.engine.result = HandOverResult::Accepted;
+        QTRY_COMPARE(service.States().count("handed-over"_L1), 40);
     }
 
     void whatIsUnsureStaysSo()
     {
-        FilledStore store({u"447700900001"_s, u"447700900002"_s, u"447700900003"_s});
-        QVERIFY(store.queue.TakeNext()); // by a run that was killed then
-        ScriptedEngine engine;
-        engine.result = HandOverResult::Unknown;
-        engine.takes = 60s;
-        HandOver handOver(store.queue, engine, kSilent, kQuick);
-        handOver.Start();
-        QTRY_COMPARE(store.States(), u"unsure handing handing"_s);
-        QElapsedTimer timer;
-        timer.start();
-        handOver.Stop();
-        QVERIFY(timer.elapsed() < 2000);
-        QCOMPARE(store.States(), u"unsure unsure unsure"_s);
-        engine.result = HandOverResult::Accepted;
-        HandOver again(store.queue, engine, kSilent, kQuick);
+        Service service({u"447700900001"_s, u"447700900002"_s, u"447700900003"_s});
+        QVERIFY(service.queue.TakeNext()); // by a run that was killed then
+        service.engine.result = HandOverResult::Unknown;
+        service.engine.takes = 60s;
+        service.handOver.Start();
+        QTRY_COMPARE(service.States(), u"unsure handing handing"_s);
+        service.handOver.Stop();
+        QCOMPARE(service.States(), u"unsure unsure unsure"_s);
+        service.engine.result = HandOverResult::Accepted;
+        HandOver again(service.queue, service.engine, service.log, service.quick);
         again.Start();
         QTest::qWait(500);
-        again.Stop();
-        QCOMPARE(store.States(), u"unsure unsure unsure"_s);
-        QCOMPARE(engine.calls.size(), 2);
+        QCOMPARE(service.States(), u"unsure unsure unsure"_s);
+        QCOMPARE(service.engine.calls.size(), 2);
     }
 
     void aLockedDatabaseLosesNothing()
     {
-        FilledStore store({u"447700900001"_s});
-        ScriptedEngine engine;
-        engine.takes = 500ms;
-        const ReportTag tag("key");
-        ReportListener listener(store.queue, tag, kSilent);
-        listener.Start(0);
-        HandOver handOver(store.queue, engine, kSilent, kQuick);
-        handOver.Start();
-        QTRY_COMPARE(store.States(), u"handing"_s);
-        Database other(store.folder.filePath(u"gateway.db"_s));
-        other.Write([&](SQLite::Database &) {
-            // As long as the store waits for a lock, and longer: the settling fails, too.
-            QCOMPARE(Ask(listener.Port(), "GET " + MakeReportAddress("", 1, tag.Of(1)).replace("%d", "8")), 503);
-            QTest::qWait(500);
+        Service service({u"447700900001"_s});
+        service.engine.takes = 500ms;
+        service.handOver.Start();
+        QTRY_COMPARE(service.States(), u"handing"_s);
+        Database(service.folder.filePath(u"x.db"_s)).Write([&](SQLite::Database &) {
+            QCOMPARE(service.Ask(service.Report("8", 1, 1)), 503);
+            QTRY_COMPARE(service.notKept, 2); // the report, and what the engine said
         });
-        QTRY_COMPARE(store.States(), u"handed-over"_s);
-        handOver.Wake();
+        QTRY_COMPARE(service.States(), u"handed-over"_s);
         QTest::qWait(300);
-        QCOMPARE(engine.calls.size(), 1);
+        QCOMPARE(service.engine.calls.size(), 1);
     }
 };
 
