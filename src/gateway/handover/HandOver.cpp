@@ -128,7 +128,8 @@ std::optional<OutgoingMessage> HandOver::Take()
 std::chrono::milliseconds HandOver::UntilNext()
 {
     try {
-        return m_queue.UntilNext(m_options.longestIdle);
+        // What is due and yet not to be had must not keep the senders turning.
+        return std::max(m_queue.UntilNext(m_options.longestIdle), std::chrono::milliseconds(10));
     } catch (const Error &) {
         return m_options.longestIdle;
     }

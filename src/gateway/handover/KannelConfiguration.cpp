@@ -1,6 +1,6 @@
 #include "KannelConfiguration.h"
 
-#include <QHash>
+#include <QMap>
 
 #include <algorithm>
 
@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// The settings of one group. One that stands there twice has its last value, as in Kannel.
-using Group = QHash<QString, QString>;
+using Group = QMap<QString, QString>;
 
 struct Configuration
 {
@@ -218,6 +218,12 @@ QStringList KannelConfiguration::Findings(QStringView text)
     checkAll(u"smsbox"_s, u"nothing can be handed over"_s, CheckSmsbox);
     checkAll(u"sendsms-user"_s, u"the gateway needs one to log on"_s, CheckUser);
     checkAll(u"smsc"_s, u"no line leads to an operator"_s, CheckLine);
+    for (const Group &group : configuration.groups) {
+        for (auto setting = group.begin(); setting != group.end(); ++setting) {
+            if (setting.value().startsWith("CHANGE-ME"_L1))
+                findings += u"%1: %2 is still to be filled in."_s.arg(group.value(u"group"_s), setting.key());
+        }
+    }
     for (const QString &file : configuration.included)
         findings += u"\"%1\" is included and was not looked into."_s.arg(file);
     return findings;

@@ -24,6 +24,7 @@ struct Call
 {
     const std::atomic<bool> &givesUp;
     bool hasConnected = false;
+    bool isHeadWhole = false;
     QByteArray answer = {};
 
     static int OnConnected(void *self, char *, char *, int, int)
@@ -35,6 +36,16 @@ struct Call
     static int OnProgress(void *self, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
     {
         return static_cast<Call *>(self)->givesUp ? 1 : 0;
+    }
+
+    static size_t OnHeader(char *bytes, size_t, size_t count, void *self)
+    {
+        // A blank line ends the head; after that of a "100 Continue" another begins.
+        if (count <= 2)
+            static_cast<Call *>(self)->isHeadWhole = true;
+        else if (QByteArrayView(bytes, static_cast<qsizetype>(count)).startsWith("HTTP/"))
+            static_cast<Call *>(self)->isHeadWhole = false;
+        return count;
     }
 
     static size_t OnBody(char *bytes, size_t, size_t count, void *self)
@@ -99,6 +110,8 @@ QByteArray KannelEngine::Address(const OutgoingMessage &message) const
 
 Engine::Answer KannelEngine::HandOver(const OutgoingMessage &message)
 {
+    if (m_givesUp)
+        return {HandOverResult::NotNow, u"The gateway was ending"_s};
     const std::unique_ptr<CURL, CloseHandle> handle(curl_easy_init());
     const QByteArray address = Address(message);
     Call call{m_givesUp};
@@ -125,6 +138,8 @@ Engine::Answer KannelEngine::HandOver(const OutgoingMessage &message)
     set(CURLOPT_NOPROGRESS, 0L);
     set(CURLOPT_XFERINFOFUNCTION, &Call::OnProgress);
     set(CURLOPT_XFERINFODATA, static_cast<void *>(&call));
+    set(CURLOPT_HEADERFUNCTION, &Call::OnHeader);
+    set(CURLOPT_HEADERDATA, static_cast<void *>(&call));
     set(CURLOPT_WRITEFUNCTION, &Call::OnBody);
     set(CURLOPT_WRITEDATA, static_cast<void *>(&call));
     if (failure == CURLE_OK)
@@ -134,6 +149,9 @@ Engine::Answer KannelEngine::HandOver(const OutgoingMessage &message)
         return {HandOverResult::NotNow, u"No connection to Kannel: "_s + reason};
     if (failure != CURLE_OK)
         return {HandOverResult::Unknown, u"Kannel's answer was lost: "_s + reason};
+    // libcurl takes a head that was cut for a whole one.
+    if (!call.isHeadWhole)
+        return {HandOverResult::Unknown, u"Kannel's answer was cut short"_s};
     long status = 0;
     curl_easy_getinfo(handle.get(), CURLINFO_RESPONSE_CODE, &status);
     return Judge(status, call.answer);

@@ -23,14 +23,14 @@ public:
         int port = 13013;
         QString path = QStringLiteral("/cgi-bin/sendsms");
         /// Of a "sendsms-user" group.
-        QString user;
-        QString password;
+        QString user = {};
+        QString password = {};
         /// For messages that bring none.
-        QString sender;
+        QString sender = {};
         /// Which of Kannel's lines is to take the messages; empty for its own choice.
-        QString line;
+        QString line = {};
         /// Where Kannel finds the ReportListener, like "http://127.0.0.1:8081".
-        QString reportBase;
+        QString reportBase = {};
         std::chrono::milliseconds connectTimeout{5'000};
         std::chrono::milliseconds timeout{30'000};
     };
