@@ -16,9 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// With what else a process has open, below the 1024 files that it gets by default.
-constexpr std::size_t kMostConnections = 800;
-constexpr std::size_t kMostAnswering = 400;
 // Large requests share a budget; small ones have some beyond it, so that the large never shut them out.
 constexpr int kLargeBodies = 8;
 constexpr qsizetype kSmallRequest = 64 * 1024;
@@ -141,7 +138,7 @@ void GatewayServer::AcceptAll(Time now)
             MakeRoom();
         if (!accepted)
             return;
-        if (m_connections.size() >= kMostConnections)
+        if (m_connections.size() >= m_settings.connections)
             MakeRoom();
         m_connections.emplace(++m_lastId, std::make_unique<Connection>(accepted->socket, m_tls.get(),
                                                                        accepted->remoteAddress, limits, now));
@@ -163,7 +160,7 @@ void GatewayServer::Tend(quint64 id, Connection &connection, Time now)
     const qint64 budget = kLargeBodies * (m_settings.bodyLimit + RequestHead::kMostBytes) +
                           (connection.Received() < kSmallRequest ? kForSmall : 0);
     const bool isWhole = connection.CurrentStage() == Stage::Whole;
-    if ((isWhole && m_answering.size() >= kMostAnswering) ||
+    if ((isWhole && m_answering.size() >= m_settings.queue) ||
         ((isWhole || connection.CurrentStage() == Stage::Reading) && m_bytesHeld > budget))
         connection.Refuse(kServiceUnavailable);
     if (connection.CurrentStage() == Stage::Whole) {

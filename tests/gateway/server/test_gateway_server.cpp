@@ -1,0 +1,224 @@
+#include "GatewayServer.h"
+#include "MemoryStore.h"
+#include "Raised.h"
+#include "Rows.h"
+
+#include <QProcess>
+#include <QSslConfiguration>
+#include <QSslSocket>
+#include <QTemporaryDir>
+
+#include <thread>
+
+#include <sys/socket.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// The form body of one message.
+QByteArray Form(const QByteArray &text = "Hi")
+{
+    const QByteArray head = "<?xml version=\"1.0\"?>\r\n<SESSION>\r\n   <CLIENT>ann</CLIENT> \r\n   <PW>secret</PW>\r\n"
+                            "   <VERSION>1</VERSION>\r\n   <MSGLST>\r\n       <MSG> \r\n           <OP>1</OP>\r\n";
+    const QByteArray tail = "           <RCV>447700900123</RCV>\r\n           <NAME>Bob</NAME>\r\n       </MSG>\r\n"
+                            "   </MSGLST>\r\n</SESSION>\r\n";
+    return "XML=" + (head + "           <TEXT>" + text + "</TEXT>\r\n" + tail).toPercentEncoding();
+}
+
+QByteArray Post(const QByteArray &headers = {}, const QByteArray &body = Form(), const QByteArray &host = {})
+{
+    const QByteArray line = "POST " + host + "/brevio/gateway/gateway.php HTTP/1.1\r\n";
+    return line + "Content-Length: " + QByteArray::number(body.size()) + "\r\n" + headers + "\r\n" + body;
+}
+
+/// The service, in its thread. Ann has 1000 messages, and her posts are kept waiting while `isHeld`.
+struct Served
+{
+    explicit Served(ServerSettings settings = {})
+        : server(std::move(settings), gateway)
+    {
+    }
+    ~Served()
+    {
+        Release();
+        server.Stop();
+    }
+    void Release()
+    {
+        isHeld = false;
+        isHeld.notify_all();
+    }
+
+    std::atomic<bool> isHeld = false;
+    std::atomic<int> accepted = 0;
+    MemoryStore store{{{u"ann"_s, u"secret"_s, 1000}}, {}, [this](const QJsonObject &) {
+                          isHeld.wait(true);
+                          return ++accepted > 0;
+                      }};
+    Gateway gateway{store};
+    GatewayServer server;
+    const quint16 port = server.Bind();
+    std::jthread thread{[this] { server.Serve(); }};
+};
+
+struct Client final : QSslSocket
+{
+    explicit Client(const Served &served, const QByteArray &bytes = {})
+    {
+        connectToHost(u"127.0.0.1"_s, served.port);
+        waitForConnected();
+        Say(bytes);
+    }
+    void Say(const QByteArray &bytes)
+    {
+        write(bytes);
+        while (bytesToWrite() > 0 && waitForBytesWritten()) {
+        }
+    }
+    /// All that comes until the end, as its status and the balance or the reason.
+    QByteArray Hear()
+    {
+        while (state() == ConnectedState && waitForReadyRead(8000)) {
+        }
+        const QByteArray all = readAll();
+        const qsizetype start =
+            std::max({all.indexOf("<BAL>") + 5, all.indexOf("<REASON>") + 8, all.indexOf("\r\n\r\n") + 4});
+        return (all.mid(9, 3) + ' ' + all.mid(start, all.indexOf("</", start) - start)).trimmed();
+    }
+};
+using Clients = std::vector<std::unique_ptr<Client>>;
+
+const QByteArray kCut = "400 The request is too large or was cut short";
+const QByteArray kBusy = "503 The gateway is busy; try again in a minute";
+const QByteArray kNoPage = "404 There is no such page.";
+const QByteArray kNoLength = "411 The request does not tell its length";
+const QByteArray kLongHead = "431 The head of the request is too large";
+
+} // namespace
+
+/// The service's HTTP against clients of every kind.
+class TestGatewayServer final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    TABLE_TEST(oneRequest, (const QByteArray &request, const QByteArray &expected),
+               {"a post, and more behind it", Post() + Post(), "200 999"},
+               {"names in any case", Post("expect: 100-Continue\r\n").replace("Content-L", "CONTENT-L"), "200 999"},
+               {"a huge range", Post("Range: bytes=" + QByteArray("0-,").repeated(2500) + "0-\r\n"), "200 999"},
+               {"half an escape", Post({}, "XML=%41%4"), "400 Byte 8 of the request: incomplete percent escape"},
+               {"a packed body", Post("Content-Encoding: gzip\r\n", "\x1F\x8B"), "400 The request has no XML field"},
+               {"a multipart form", Post("Content-Type: multipart/form-data; boundary=x\r\n"),
+                "415 The request is a multipart form"},
+               {"a cut body", Post().chopped(1), kCut}, {"two lengths", Post("Content-Length: 3\r\n"), kCut},
+               {"no number as length", "POST / HTTP/1.1\r\nContent-Length: -1\r\n\r\n", kCut},
+               {"a length beyond numbers", "POST / HTTP/1.1\r\nContent-Length: 18446744073709551617\r\n\r\n1", kCut},
+               {"a body over the limit", "POST / HTTP/1.1\r\nContent-Length: 8388609\r\n\r\n", "413" + kCut.sliced(3)},
+               {"no length", "POST /brevio/gateway/gateway.php HTTP/1.1\r\n\r\n" + Form(), kNoLength},
+               {"chunks", Post("Transfer-Encoding: chunked\r\n", "ffffffffffff\r\n"), kNoLength},
+               {"a NUL in the head", QByteArray("GET /\0 HTTP/1.1\r\n\r\n", 19), kCut},
+               {"a long request line", "GET /" + QByteArray(9000, 'a') + " HTTP/1.1\r\n\r\n", "414"},
+               {"a head without end", "GET /" + QByteArray(40000, 'a'), kLongHead},
+               {"many headers", Post(QByteArray("a: b\r\n").repeated(9000)), kLongHead},
+               {"another method", Post().replace("POST", "PUT"), kNoPage},
+               {"an unknown method", Post().replace("POST", "BREW"), "400"},
+               {"a page of the vendor's", "GET /brevio/help.html HTTP/1.1\r\n\r\n", kNoPage},
+               {"two slashes", Post({}, Form(), "/"), kNoPage}, {"up", Post({}, Form(), "/%2e%2e"), kNoPage},
+               {"a whole address", Post({}, Form(), "http://x"), kNoPage},
+               {"TLS to a port without", QByteArray("\x16\x03\x01\x02\x00\x01\x00\x01", 8), kCut}, {"nothing", "", ""})
+    {
+        Served served;
+        Client client(served, request);
+        ::shutdown(int(client.socketDescriptor()), SHUT_WR);
+        QCOMPARE(client.Hear(), expected);
+        QCOMPARE(served.accepted, expected.startsWith("200") ? 1 : 0);
+    }
+
+    void waitingIsEnded()
+    {
+        Served served({.stepTime = 200ms});
+        Client silent(served), head(served, "POST "), body(served, Post().chopped(1)), steady(served);
+        // A byte now and then does not gain time.
+        for (int i = 0; i < 200 && steady.state() == Client::ConnectedState; ++i) {
+            steady.Say("P");
+            steady.waitForReadyRead(10);
+        }
+        for (Client *client : {&head, &body, &steady})
+            QCOMPARE(client->Hear(), "408 The request took too long");
+        QCOMPARE(silent.Hear(), "");
+        Client polite(served, Post("Expect: 100-continue\r\n").chopped(Form().size()));
+        QVERIFY(polite.waitForReadyRead() && polite.readAll() == "HTTP/1.1 100 Continue\r\n\r\n");
+        polite.Say(Form());
+        QCOMPARE(polite.Hear(), "200 999");
+    }
+
+    /// More clients than are kept, most of them idle, and more posts than threads: all posts are answered.
+    void manyAtOnce()
+    {
+        Served served({.connections = 210, .stepTime = 30s});
+        Clients clients;
+        for (int i = 0; i < 420; ++i)
+            clients.push_back(std::make_unique<Client>(served, i < 220 ? "POST" : Post()));
+        for (std::size_t i = 220; i < clients.size(); ++i)
+            QVERIFY(clients[i]->Hear().startsWith("200 "));
+        QCOMPARE(served.accepted, 200);
+    }
+
+    /// Large bodies over the budget, posts over the queue's limit and those whose turn comes too late are refused.
+    void tooMuchAtOnce()
+    {
+        Served served({.threads = 1, .queue = 9, .bodyLimit = 300 * 1024, .requestTime = 500ms});
+        const QByteArray large = Post({}, QByteArray(300 * 1024, 'a')).chopped(1);
+        Clients clients;
+        for (int i = 0; i < 9; ++i)
+            clients.push_back(std::make_unique<Client>(served, large));
+        QCOMPARE(clients.back()->Hear(), kBusy);
+        QCOMPARE(Client(served, Post()).Hear(), "200 999");
+        clients.clear();
+        served.isHeld = true;
+        for (int i = 0; i < 10; ++i)
+            clients.push_back(std::make_unique<Client>(served, Post()));
+        QCOMPARE(clients.back()->Hear(), kBusy);
+        QTest::qWait(600);
+        // What was whole is answered, though the server is told to end.
+        served.server.Stop();
+        served.Release();
+        for (std::size_t i = 0; i < 9; ++i)
+            QCOMPARE(clients[i]->Hear(), i == 0 ? "200 998" : kBusy);
+        QCOMPARE(served.accepted, 2);
+    }
+
+    void secure()
+    {
+        const QTemporaryDir folder;
+        const QString pem = folder.filePath(u"both.pem"_s);
+        const QString make = u"req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -subj /CN=x -addext "
+                             "subjectAltName=IP:127.0.0.1 -out %1 -keyout %1.key"_s.arg(pem);
+        QCOMPARE(QProcess::execute(u"openssl"_s, make.split(u' ')), 0);
+        Served served({.certificatePath = pem, .keyPath = pem + u".key"_s, .stepTime = 400ms});
+        Client plain(served, Post()), idle(served);
+        QCOMPARE(plain.Hear(), "");
+        for (const auto protocol : {QSsl::TlsV1_2, QSsl::TlsV1_3}) {
+            Client client(served);
+            QSslConfiguration configuration = client.sslConfiguration();
+            configuration.setCaCertificates(QSslCertificate::fromPath(pem));
+            configuration.setProtocol(protocol);
+            client.setSslConfiguration(configuration);
+            client.startClientEncryption();
+            QVERIFY2(client.waitForEncrypted(), qPrintable(client.errorString()));
+            // More than one record of it.
+            client.Say(Post({}, Form(QByteArray(100000, 'a'))));
+            QCOMPARE(client.Hear(), "200 1000");
+        }
+        QCOMPARE(idle.Hear(), "");
+        QCOMPARE(Raised([&] { Served({.certificatePath = pem, .keyPath = pem}); }),
+                 u"5 Corvane.Gateway: Cannot use \"%1\" for TLS: unsupported."_s.arg(pem));
+        QCOMPARE(Raised([&] { Served({.port = served.port}); }),
+                 u"5 Corvane.Gateway: Cannot listen on port %1 of 127.0.0.1."_s.arg(served.port));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestGatewayServer)
+#include "test_gateway_server.moc"
