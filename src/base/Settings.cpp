@@ -80,10 +80,8 @@ void Settings::Load()
 
 void Settings::KeepBadFile()
 {
-    QString kept = m_path + u".bad"_s;
-    for (int n = 2; QFile::exists(kept); ++n)
-        kept = u"%1.%2.bad"_s.arg(m_path, QString::number(n));
-    if (!QFile::rename(m_path, kept))
+    QString kept;
+    if (!Utils::SetAside(m_path, kept))
         m_whyUnwritable = tr("It cannot be read, and could not be renamed to %1.").arg(kept);
 }
 

@@ -103,6 +103,14 @@ QByteArray ReadTextFile(const QString &path)
     return bytes;
 }
 
+bool SetAside(const QString &path, QString &kept)
+{
+    kept = path + u".bad"_s;
+    for (int n = 2; FileExists(kept); ++n)
+        kept = u"%1.%2.bad"_s.arg(path, QString::number(n));
+    return QFile::rename(path, kept);
+}
+
 QString FileNameOfPath(const QString &path)
 {
     return path.sliced(qMax(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1);

@@ -38,6 +38,10 @@ template <typename T>
 /// 256 MiB.
 [[nodiscard]] QByteArray ReadTextFile(const QString &path);
 
+/// Renames a file that cannot be read to "<path>.bad", or to "<path>.2.bad" and so on where that is taken, and tells
+/// the name in `kept`. False when that failed.
+bool SetAside(const QString &path, QString &kept);
+
 /// The part after the last "/" or "\".
 [[nodiscard]] QString FileNameOfPath(const QString &path);
 

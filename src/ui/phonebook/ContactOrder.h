@@ -90,7 +90,3 @@ private:
     int m_sortColumn = ContactColumns::Name;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
 };
-
-/// The text by which a list is sorted: case folded, marks removed, so that "É" stands beside "E", and "ß" as
-/// "ss".
-[[nodiscard]] QString SortKey(const QString &text);

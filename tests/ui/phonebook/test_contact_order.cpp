@@ -4,6 +4,7 @@
 #include "LxPhoneBook.h"
 #include "Rows.h"
 #include "SampleCountries.h"
+#include "SortKey.h"
 
 #include <QTest>
 
