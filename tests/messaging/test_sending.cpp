@@ -23,13 +23,16 @@ class TestSending final : public QObject, private PostRunner
     Profile m_profile;
     PostModule m_module{m_profile.internetSettings};
     Settings m_settings{Settings::DefaultFileName(), m_profile.prompts};
-    const SendingSMS::Gateway m_gateway{m_settings, m_module, *this};
+    RecordingNotes m_notes;
+    const SendingSMS::Gateway m_gateway{m_settings, m_module, *this, m_notes};
     LxContactList m_group;
+    qsizetype m_notedBeforePost = 0;
     bool m_cancels = false;
     bool m_isEnding = false;
 
     void Run(CGIPost &post, QObject *owner) override
     {
+        m_notedBeforePost = m_notes.noted.size();
         if (m_cancels)
             post.Cancel();
         // The end of the program ends every wait.
@@ -38,7 +41,7 @@ class TestSending final : public QObject, private PostRunner
         else
             DirectPostRunner().Run(post, owner);
     }
-    /// A text of 200 characters to the group; how it ended.
+    /// A text of 200 characters to the group; how it ended, for all and for each message.
     QString Send()
     {
         LxMessage message;
@@ -48,15 +51,19 @@ class TestSending final : public QObject, private PostRunner
         const auto statuses = u"sent|empty|cancelled|failed|refused|some failed"_s.split(u'|');
         const auto left = u"|, part left|, left"_s.split(u'|');
         const bool hasResults = outcome.requests.size() == 6 && outcome.requests[0].Response;
-        return u"%1 %2%3%4: %5"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
-                                      hasResults ? u", results"_s : u""_s, left[int(outcome.left)], outcome.reason);
+        QString outcomes;
+        for (const SentSettlement &settlement : std::as_const(m_notes.settled))
+            outcomes += u"~SRN?"_s.at(int(settlement.outcome));
+        return u"%1 %2%3%4: %5 %6"_s.arg(statuses[int(outcome.status)], QString::number(outcome.balance),
+                                         hasResults ? u", results"_s : u""_s, left[int(outcome.left)], outcome.reason,
+                                         outcomes);
     }
 
     static QString Printed(const Reply &read, const LxMessageRequests &requests)
     {
         QString text = u"%1 %2"_s.arg(QString::number(read.code), read.reason) + (read.loggedOn ? u", in"_s : u""_s);
         text += read.count > 0 || read.failed > 0 ? u", %1/%2"_s.arg(read.failed).arg(read.count) : u""_s;
-        for (const auto &[number, name, message, response] : requests) {
+        for (const auto &[number, name, message, response, outcome] : requests) {
             if (response)
                 text += u'|' + QString::number(response->MessageID) + (response->IsOK ? u" OK "_s : u" failed "_s) +
                         response->Info;
@@ -131,13 +138,15 @@ private slots:
     }
 
     TABLE_TEST(eachPartGoesToEachRecipientOnce, (const QByteArray &reply, const QString &outcome),
-               {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>"), u"sent 57, left: No error!"_s},
+               {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><MSG><ID>7</ID><STATUS>OK</STATUS></MSG><BAL>57</BAL>"),
+                u"sent 57, results, left: No error! S?????"_s},
                {"a failure, busy", "HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>",
-                u"some failed 5, results, left: 1 message failed out of 1"_s},
+                u"some failed 5, results, left: 1 message failed out of 1 R?????"_s},
                {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"),
-                u"refused -1, left: No"_s},
-               {"nothing", ScriptedPeer::Ok(""), u"refused -1, left: Response is empty"_s},
-               {"no reply", QByteArray(), u"failed -1, left: The connection was closed without a reply"_s})
+                u"refused -1, left: No RRRRRR"_s},
+               {"a page", ScriptedPeer::Ok("<html>Sorry</html>"), u"refused -1, left: Error 5 ??????"_s},
+               {"nothing", ScriptedPeer::Ok(""), u"refused -1, left: Response is empty ??????"_s},
+               {"no reply", QByteArray(), u"failed -1, left: The connection was closed without a reply ??????"_s})
     {
         LxMessageRequests requests;
         for (const LxContactPtr &contact : m_group) {
@@ -148,6 +157,8 @@ private slots:
         ScriptedPeer peer({.pieces = {reply}});
         m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
         QCOMPARE(Send(), outcome);
+        QCOMPARE(m_notedBeforePost, m_notes.noted.size());
+        QCOMPARE(m_notes.noted[1].text, requests[1].Message);
         QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
         QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
         QCOMPARE(peer.Posts(), 1);
@@ -158,7 +169,7 @@ private slots:
         ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}});
         m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
         m_cancels = true;
-        QCOMPARE(Send(), u"cancelled -1: "_s);
+        QCOMPARE(Send(), u"cancelled -1: Canceled by user NNNNNN"_s);
         m_cancels = false;
         m_isEnding = true;
         QCOMPARE(GetBalance(m_gateway, {u"ann"_s, u"secret"_s, {}}, this).reason, u"Canceled by user"_s);
