@@ -66,6 +66,7 @@ Reply LogonFailure(QStringView text)
     reply.reason = reason && !reason->trimmed().isEmpty()
                        ? reason->toString()
                        : QCoreApplication::translate("SendingSMS", "Error %1").arg(reply.code);
+    reply.isRefused = text.contains("<LOGON>"_L1) || text.contains("<ERR>"_L1);
     return reply;
 }
 

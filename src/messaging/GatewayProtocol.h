@@ -29,6 +29,8 @@ struct Reply
     QString reason;
     /// Whether the log-on succeeded, which a code of 6 by itself does not tell.
     bool loggedOn = false;
+    /// Whether the gateway says that it did not let the user in. Neither, where the reply cannot be read.
+    bool isRefused = false;
     /// Message elements in the reply, which may be more than were sent.
     int count = 0;
     /// How many of them failed.

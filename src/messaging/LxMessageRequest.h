@@ -1,5 +1,7 @@
 #pragma once
 
+#include "SentNotes.h"
+
 #include <QString>
 
 #include <optional>
@@ -21,6 +23,8 @@ struct LxMessageRequest
     QString Message;
     /// None until the reply was read, or when the gateway said nothing of this message.
     std::optional<LxMessageResponse> Response = {};
+    /// What became of it, as far as anyone can know.
+    SentSettlement Outcome = {};
 };
 
 using LxMessageRequests = std::vector<LxMessageRequest>;

@@ -9,6 +9,7 @@ class LxContactList;
 class LxMessage;
 class PostRunner;
 class QObject;
+class SentNotes;
 class Settings;
 struct PostModule;
 
@@ -23,6 +24,8 @@ struct Gateway
     Settings &settings;
     PostModule &module;
     PostRunner &runner;
+    /// Where messages are noted before their post, and what became of them after it.
+    SentNotes &notes;
 };
 
 struct Account
@@ -52,10 +55,12 @@ struct SendOutcome
     QString reason = {};
     /// Messages left on the account; -1 when unknown.
     int balance = -1;
-    /// What was posted, in order, each with the gateway's response where it gave one.
+    /// What was to be posted, in order, each with what became of it and the gateway's response where it gave one.
     LxMessageRequests requests = {};
     /// How much of the request had left; unless it is nothing, the gateway may have taken the messages.
     RequestLeft left = RequestLeft::Nothing;
+    /// Whether the messages were noted before the post.
+    bool isNoted = false;
 };
 
 /// The gateway's answer on the account. Code -1 when the user cancelled and 1, with the reason, when the transfer
@@ -65,5 +70,12 @@ struct SendOutcome
 /// Sends every part of the message to every recipient, in order. Nothing is ever tried twice.
 [[nodiscard]] SendOutcome SendMessage(const Gateway &gateway, const Account &account, const LxContactList &recipients,
                                       const LxMessage &message, QObject *owner);
+
+/// Posts these messages, once, with `to` as the recipient that the user is shown.
+[[nodiscard]] SendOutcome SendRequests(const Gateway &gateway, const Account &account, LxMessageRequests requests,
+                                       const QString &to, QObject *owner);
+
+/// Whether the gateway may have taken a message of which nobody knows.
+[[nodiscard]] bool HasUnknown(const LxMessageRequests &requests);
 
 } // namespace SendingSMS

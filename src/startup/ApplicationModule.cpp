@@ -7,6 +7,7 @@
 #include "LxPhoneBook.h"
 #include "PhoneBook.h"
 #include "PostModule.h"
+#include "SentLog.h"
 #include "Settings.h"
 #include "SingleInstance.h"
 #include "UpgradeSettings.h"
@@ -22,15 +23,17 @@
 /// Everything that lives as long as the program, each after what it needs.
 struct ApplicationModule::Program
 {
-    Program(Prompts &prompts, InternetSettings &internetSettings)
+    Program(Prompts &prompts, const Clock &clock, InternetSettings &internetSettings)
         : settings(Settings::DefaultFileName(), prompts)
         , posts{internetSettings}
+        , sentLog(SentLog::DefaultFileName(), clock)
     {
     }
 
     LxCountryList countries;
     Settings settings;
     PostModule posts;
+    SentLog sentLog;
     std::optional<PhoneBook> phoneBook;
     std::optional<Compose> compose;
 };
@@ -65,7 +68,7 @@ bool ApplicationModule::Main()
              PromptIcon::Critical});
         return false;
     }
-    m_program = std::make_unique<Program>(m_prompts, m_seams.internetSettings);
+    m_program = std::make_unique<Program>(m_prompts, m_seams.clock, m_seams.internetSettings);
     m_program->countries.LoadCountries(m_programFolder, m_arguments, m_prompts);
     UpgradeSettings(m_program->settings);
     WindowServices services{m_program->settings, m_prompts, m_seams.shell};
@@ -73,8 +76,10 @@ bool ApplicationModule::Main()
     m_program->phoneBook.emplace(PhoneBook::Services{m_program->countries, m_seams.clock, services},
                                  std::make_unique<LxPhoneBook>(m_program->countries, m_seams.clock));
     OpenPhoneBook();
-    m_program->compose.emplace(Compose::Services{
-        services, {m_program->settings, m_program->posts, m_seams.postRunner}, *m_program->phoneBook});
+    m_program->compose.emplace(
+        Compose::Services{services,
+                          {m_program->settings, m_program->posts, m_seams.postRunner, m_program->sentLog},
+                          *m_program->phoneBook});
     connect(qApp, &QGuiApplication::commitDataRequest, this, &ApplicationModule::Store);
     m_program->compose->show();
     return !m_isEnding;

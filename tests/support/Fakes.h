@@ -4,6 +4,7 @@
 #include "Clock.h"
 #include "InternetSettings.h"
 #include "PostRunner.h"
+#include "SentNotes.h"
 #include "Shell.h"
 
 #include <QEventLoop>
@@ -45,6 +46,25 @@ public:
     QUrl asked;
     InternetSettingsValues values;
     bool isSilent = false;
+};
+
+/// Notes of what was sent, in memory.
+class RecordingNotes final : public SentNotes
+{
+public:
+    [[nodiscard]] std::optional<qint64> Note(const QList<SentNote> &messages) override
+    {
+        noted += messages;
+        settled.clear();
+        return keeps ? std::optional<qint64>(1) : std::nullopt;
+    }
+    void Settle(qint64, const QList<SentSettlement> &settlements) override { settled += settlements; }
+    [[nodiscard]] QString TakeNotice() override { return std::exchange(notice, {}); }
+
+    QList<SentNote> noted;
+    QList<SentSettlement> settled;
+    bool keeps = true;
+    QString notice;
 };
 
 /// Runs posts without a window.

@@ -11,6 +11,7 @@
 #include "Prompts.h"
 #include "SelectAllOnFocus.h"
 #include "SendResults.h"
+#include "SentNotes.h"
 #include "Settings.h"
 #include "VendorPages.h"
 #include "VendorSite.h"
@@ -26,6 +27,18 @@ namespace {
 
 const QString kSection = u"Compose"_s;
 const QString kTextKey = u"Text"_s;
+
+/// What the details of a failure add where nobody can know; empty where nothing went out.
+QString MayHaveBeenTaken(const SendingSMS::SendOutcome &outcome)
+{
+    if (!SendingSMS::HasUnknown(outcome.requests))
+        return {};
+    const QString warning =
+        outcome.left == RequestLeft::Whole
+            ? Compose::tr("The whole request had gone out by then, so the gateway may have taken the message.")
+            : Compose::tr("Some of the request had gone out by then, so the gateway may have taken the message.");
+    return "\r\n\r\n"_L1 + warning;
+}
 
 } // namespace
 
@@ -250,45 +263,76 @@ void Compose::OfferToBuyMessages()
 
 void Compose::Tell(const SendingSMS::SendOutcome &outcome)
 {
+    TellFailure(outcome, this);
+    ShowOutcome(outcome);
+    if (outcome.status != SendingSMS::SendStatus::SomeFailed)
+        return;
+    const auto sendAgain = [this](const LxMessageRequests &failed, QWidget *owner) { return SendAgain(failed, owner); };
+    SendResults results(m_services.window, sendAgain, this);
+    results.Results(outcome.requests);
+    results.exec();
+}
+
+void Compose::TellFailure(const SendingSMS::SendOutcome &outcome, QWidget *owner)
+{
     using enum SendingSMS::SendStatus;
     switch (outcome.status) {
     case Sent:
     case Cancelled:
+    case SomeFailed:
         break;
     case EmptyGroup:
         TellProblem(tr("Group contains no contacts. Message was not sent.\r\n\r\n"
-                       "Please add some contacts to this group."));
+                       "Please add some contacts to this group."),
+                    {}, owner);
         break;
     case TransferFailed:
         TellProblem(tr("Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
                        "Please check you are connected to the internet."),
-                    outcome.left == RequestLeft::Whole
-                        ? tr("%1\r\n\r\nThe whole request had gone out by then, so the gateway may have "
-                             "taken the message.")
-                              .arg(outcome.reason)
-                        : outcome.reason);
+                    outcome.reason + MayHaveBeenTaken(outcome), owner);
         break;
     case Refused:
-        TellProblem(tr("Your message could not be sent:\r\n\r\n%1").arg(outcome.reason));
-        break;
-    case SomeFailed: {
-        SendResults results(m_services.window, this);
-        results.Results(outcome.requests);
-        results.exec();
+        TellProblem(tr("Your message could not be sent:\r\n\r\n%1").arg(outcome.reason),
+                    MayHaveBeenTaken(outcome).trimmed(), owner);
         break;
     }
-    }
-    const bool isSent = outcome.status == Sent;
-    if (outcome.balance < 0)
-        SetStatus(isSent ? tr("Message sent") : tr("Message failed"));
-    else
-        SetStatus((isSent ? tr("Message sent. %1 messages remaining") : tr("Message failed. %1 messages remaining"))
-                      .arg(outcome.balance));
 }
 
-void Compose::TellProblem(const QString &text, const QString &details)
+void Compose::ShowOutcome(const SendingSMS::SendOutcome &outcome)
 {
-    m_services.window.prompts.ShowMessageBox({.text = text, .icon = PromptIcon::Exclamation, .details = details}, this);
+    const bool isSent = outcome.status == SendingSMS::SendStatus::Sent;
+    if (outcome.balance >= 0)
+        SetStatus((isSent ? tr("Message sent. %1 messages remaining") : tr("Message failed. %1 messages remaining"))
+                      .arg(outcome.balance));
+    else if (isSent)
+        SetStatus(tr("Message sent"));
+    else if (outcome.isNoted && SendingSMS::HasUnknown(outcome.requests))
+        SetStatus(tr("Message failed, see Sent Messages"));
+    else
+        SetStatus(tr("Message failed"));
+    if (const QString notice = m_services.gateway.notes.TakeNotice(); !notice.isEmpty())
+        SetStatus(m_ui->StatusBar->currentMessage() + "; "_L1 + notice);
+}
+
+LxMessageRequests Compose::SendAgain(const LxMessageRequests &failed, QWidget *owner)
+{
+    try {
+        const QString to = failed.size() == 1 ? failed.front().Name : tr("%1 messages").arg(failed.size());
+        const SendingSMS::SendOutcome outcome =
+            SendingSMS::SendRequests(m_services.gateway, m_account.Get(), failed, to, owner);
+        TellFailure(outcome, owner);
+        ShowOutcome(outcome);
+        return outcome.requests;
+    } catch (const Error &error) {
+        TellProblem(error.Description(), {}, owner);
+        return failed;
+    }
+}
+
+void Compose::TellProblem(const QString &text, const QString &details, QWidget *owner)
+{
+    m_services.window.prompts.ShowMessageBox({.text = text, .icon = PromptIcon::Exclamation, .details = details},
+                                             owner);
 }
 
 void Compose::ShowPhoneBook()

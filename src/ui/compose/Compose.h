@@ -64,7 +64,13 @@ private:
     [[nodiscard]] LxContactPtr NewRecipient(const QString &typed);
     void OfferToBuyMessages();
     void Tell(const SendingSMS::SendOutcome &outcome);
-    void TellProblem(const QString &text, const QString &details = {});
+    /// Why nothing, or perhaps nothing, was sent.
+    void TellFailure(const SendingSMS::SendOutcome &outcome, QWidget *owner);
+    void ShowOutcome(const SendingSMS::SendOutcome &outcome);
+    /// For the window of results: gives the messages back with what became of them now.
+    [[nodiscard]] LxMessageRequests SendAgain(const LxMessageRequests &failed, QWidget *owner);
+    void TellProblem(const QString &text, const QString &details, QWidget *owner);
+    void TellProblem(const QString &text) { TellProblem(text, {}, this); }
 
     void ShowPhoneBook();
     void ShowAccount();

@@ -18,11 +18,13 @@
 
 using namespace Qt::StringLiterals;
 
-SendResults::SendResults(const WindowServices &services, QWidget *parent)
+SendResults::SendResults(const WindowServices &services, SendAgain sendAgain, QWidget *parent)
     : QDialog(parent)
     , m_services(services)
     , m_ui(std::make_unique<Ui::SendResults>())
     , m_results(new SendResultsModel(this))
+    , m_sendAgain(std::move(sendAgain))
+    , m_sending(services.quietTime)
 {
     m_ui->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
@@ -40,6 +42,9 @@ SendResults::SendResults(const WindowServices &services, QWidget *parent)
         m_ui->lblReason->setAccessibleDescription(reason); // the name of a label hides its text
     });
     new QShortcut(QKeySequence(u"Ctrl+W"_s), this, this, &SendResults::accept);
+    connect(m_results, &QAbstractItemModel::modelReset, this, &SendResults::ShowWhatCanBeSentAgain);
+    connect(m_results, &QAbstractItemModel::dataChanged, this, &SendResults::ShowWhatCanBeSentAgain);
+    connect(m_ui->cmdSendAgain, &QPushButton::clicked, this, &SendResults::SendFailedAgain);
     connect(m_ui->cmdSave, &QPushButton::clicked, this, &SendResults::SaveAs);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &SendResults::accept);
 }
@@ -81,6 +86,23 @@ void SendResults::FitWindow()
     size.rheight() += rows * qMax(list.sizeHintForRow(0), list.fontMetrics().height());
     const QSize wanted = layout()->totalSizeHint() - list.sizeHint() + size;
     resize(wanted.boundedTo(screen()->availableGeometry().size()));
+}
+
+void SendResults::ShowWhatCanBeSentAgain()
+{
+    m_ui->cmdSendAgain->setEnabled(!m_results->FailedRows().isEmpty());
+    m_ui->lblNotKnown->setVisible(m_results->HasUnknown());
+    const QModelIndex current = m_ui->lvwSendResults->currentIndex();
+    m_ui->lblReason->setText(current.data(SendResultsModel::ReasonRole).toString());
+}
+
+void SendResults::SendFailedAgain()
+{
+    m_sending.Start([this] {
+        const QList<int> rows = m_results->FailedRows();
+        if (!rows.isEmpty())
+            m_results->Replace(rows, m_sendAgain(m_results->Requests(rows), this));
+    });
 }
 
 void SendResults::SaveAs()

@@ -1,5 +1,7 @@
 #include "SendResultsModel.h"
 
+#include "SendingSMS.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -24,6 +26,37 @@ void SendResultsModel::SetRequests(const LxMessageRequests &requests)
     endResetModel();
 }
 
+QList<int> SendResultsModel::FailedRows() const
+{
+    QList<int> rows;
+    for (int row = 0; row < rowCount(); ++row) {
+        const SentOutcome outcome = m_requests[static_cast<size_t>(row)].Outcome.outcome;
+        if (outcome == SentOutcome::Refused || outcome == SentOutcome::NotSent)
+            rows.append(row);
+    }
+    return rows;
+}
+
+bool SendResultsModel::HasUnknown() const
+{
+    return SendingSMS::HasUnknown(m_requests);
+}
+
+LxMessageRequests SendResultsModel::Requests(const QList<int> &rows) const
+{
+    LxMessageRequests requests;
+    for (const int row : rows)
+        requests.push_back(m_requests[static_cast<size_t>(row)]);
+    return requests;
+}
+
+void SendResultsModel::Replace(const QList<int> &rows, const LxMessageRequests &requests)
+{
+    for (qsizetype i = 0; i < rows.size(); ++i)
+        m_requests[static_cast<size_t>(rows[i])] = requests[static_cast<size_t>(i)];
+    emit dataChanged(index(rows.constFirst(), 0), index(rows.constLast(), ColumnCount - 1));
+}
+
 int SendResultsModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_requests.size());
@@ -41,7 +74,7 @@ QVariant SendResultsModel::data(const QModelIndex &index, int role) const
     const LxMessageRequest &request = m_requests[static_cast<size_t>(index.row())];
     if (role == Qt::DecorationRole && index.column() == Status)
         return IsSent(request) ? m_tick : m_cross;
-    const QString reason = request.Response ? request.Response->Info : QString();
+    const QString &reason = request.Outcome.reason;
     if (role == ReasonRole)
         return reason;
     // Escaped and in a tag, so that the tool tip neither takes it for markup nor shows the escapes.

@@ -12,12 +12,19 @@ class SendResultsModel final : public QAbstractTableModel
 
 public:
     enum Column { Status, Name, Mobile, Message, ColumnCount };
-    /// What the gateway said of the message; empty when nothing.
+    /// Why it was not sent, or why nobody knows; empty when there is nothing to say.
     enum Role { ReasonRole = Qt::UserRole };
 
     explicit SendResultsModel(QObject *parent);
 
     void SetRequests(const LxMessageRequests &requests);
+
+    /// The rows whose message was surely not sent.
+    [[nodiscard]] QList<int> FailedRows() const;
+    [[nodiscard]] bool HasUnknown() const;
+    [[nodiscard]] LxMessageRequests Requests(const QList<int> &rows) const;
+    /// Puts other messages, as many, into these rows.
+    void Replace(const QList<int> &rows, const LxMessageRequests &requests);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;

@@ -34,5 +34,6 @@ struct WindowFixture : Profile, PhoneBookWindow
 
     PostModule posts{internetSettings};
     DirectPostRunner runner;
-    SendingSMS::Gateway gateway{settings, posts, runner};
+    RecordingNotes notes;
+    SendingSMS::Gateway gateway{settings, posts, runner, notes};
 };

@@ -21,18 +21,36 @@ class TestSendResults final : public QObject
     struct Fixture : Profile
     {
         Settings settings{Settings::DefaultFileName(), prompts};
-        const WindowServices services{settings, prompts, shell};
-        LxMessageRequests requests{
-            {u"+447700900123"_s, u"Ann \"A\" Lee"_s, u"one\r\ntwo"_s, LxMessageResponse{7, true, {}}},
-            {u"+33612345678"_s, u"Zoë"_s, {}, LxMessageResponse{0, false, u"A & <b>"_s}},
-            {u"+1555"_s, u"Bob"_s, u"Hi"_s, std::nullopt}};
+        const WindowServices services{settings, prompts, shell, std::chrono::milliseconds(0)};
+        LxMessageRequests requests{{u"+447700900123"_s,
+                                    u"Ann \"A\" Lee"_s,
+                                    u"one\r\ntwo"_s,
+                                    LxMessageResponse{7, true, {}},
+                                    {SentOutcome::Sent, {}}},
+                                   {u"+33612345678"_s,
+                                    u"Zoë"_s,
+                                    {},
+                                    LxMessageResponse{0, false, u"A & <b>"_s},
+                                    {SentOutcome::Refused, u"A & <b>"_s}},
+                                   {u"+1555"_s, u"Bob"_s, u"Hi"_s, std::nullopt, {SentOutcome::NotKnown, {}}}};
+        QList<LxMessageRequests> sentAgain;
+        /// The gateway refuses what it is sent again first, and then takes it.
+        SendResults::SendAgain sendAgain = [this](LxMessageRequests failed, QWidget *) {
+            sentAgain.append(failed);
+            const bool isTaken = sentAgain.size() > 1;
+            for (LxMessageRequest &request : failed) {
+                request.Response = LxMessageResponse{9, isTaken, {}};
+                request.Outcome = {isTaken ? SentOutcome::Sent : SentOutcome::NotSent, {}};
+            }
+            return failed;
+        };
     };
 
 private slots:
     void theListIsSavedAsCsv()
     {
         Fixture f;
-        SendResults window(f.services, nullptr);
+        SendResults window(f.services, f.sendAgain, nullptr);
         const QAbstractItemModelTester tester(Control<QTreeView>(window, "lvwSendResults").model());
         window.Results(f.requests);
         const QString path = f.home.filePath(u"results.csv"_s);
@@ -57,7 +75,7 @@ private slots:
         std::swap(f.requests[0], f.requests[1]);
         f.requests.resize(1500, f.requests[1]);
         f.requests[1400].InternationalMobile = u"+447700900123456"_s;
-        SendResults window(f.services, nullptr);
+        SendResults window(f.services, f.sendAgain, nullptr);
         window.Results(f.requests);
         window.show();
         auto &list = Control<QTreeView>(window, "lvwSendResults");
@@ -74,6 +92,27 @@ private slots:
                  Icons::Get("cross"_L1).pixmap(16).toImage());
         QCOMPARE(refused.data(Qt::AccessibleTextRole).toString(), u"Not sent: A & <b>"_s);
         QCOMPARE(shown, (QStringList{u"A & <b><span>A &amp; &lt;b&gt;</span>"_s, {}, {}}));
+    }
+
+    void onlyWhatSurelyFailedIsSentAgain()
+    {
+        Fixture f;
+        SendResults window(f.services, f.sendAgain, nullptr);
+        window.Results(f.requests);
+        window.show();
+        auto &again = Control<QPushButton>(window, "cmdSendAgain");
+        QVERIFY(Control<QLabel>(window, "lblNotKnown").isVisible());
+        for (int i = 0; i < 3; ++i) {
+            QTest::qWait(1); // the quiet time
+            again.click();
+        }
+        QCOMPARE(f.sentAgain.size(), 2);
+        QCOMPARE(f.sentAgain[1].size(), size_t(1));
+        QCOMPARE(f.sentAgain[1][0].Name, u"Zoë"_s);
+        QVERIFY(!again.isEnabled());
+        const auto &list = Control<QTreeView>(window, "lvwSendResults");
+        QCOMPARE(list.model()->index(1, 0).data().toString(), u"Sent"_s);
+        QCOMPARE(list.model()->index(2, 0).data().toString(), u"Not sent"_s);
     }
 };
 
