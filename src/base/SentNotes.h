@@ -33,7 +33,7 @@ struct SentSettlement
 {
     SentOutcome outcome = SentOutcome::NotKnown;
     /// Why it was not sent; empty where there is nothing to say.
-    QString reason;
+    QString reason = {};
     /// The gateway's number of the message, or 0.
     int gatewayNumber = 0;
 };

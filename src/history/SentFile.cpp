@@ -134,7 +134,7 @@ void SentFile::Open()
     if (version > kVersion)
         Raise(Tr("The file was written by a newer version of the program."));
     database->exec("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA secure_delete = ON;"
-                   "PRAGMA cache_size = -8192");
+                   "PRAGMA cache_size = -16384");
     if (version == 0) {
         if (database->execAndGet("SELECT count(*) FROM sqlite_schema").getInt() != 0)
             throw SQLite::Exception("not a file of sent messages", SQLITE_NOTADB);

@@ -67,17 +67,47 @@ int64_t FindIndexed(SQLite::Database &database, const QString &text, int64_t fir
     return last + 1;
 }
 
+/// Whether texts in UTF-8 hold one text, case ignored.
+class Matcher final
+{
+public:
+    explicit Matcher(const QString &text)
+        : m_matcher(text, Qt::CaseInsensitive)
+        , m_ascii(text.toUtf8())
+        , m_isAscii(IsAscii(m_ascii))
+    {
+    }
+
+    [[nodiscard]] bool IsIn(QByteArrayView value) const
+    {
+        // Nearly all are plain, and need not be taken into UTF-16.
+        if (m_isAscii)
+            return QLatin1StringView(value).contains(QLatin1StringView(m_ascii), Qt::CaseInsensitive);
+        return !IsAscii(value) && m_matcher.indexIn(QString::fromUtf8(value)) >= 0;
+    }
+
+private:
+    [[nodiscard]] static bool IsAscii(QByteArrayView bytes)
+    {
+        return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) != 0; });
+    }
+
+    QStringMatcher m_matcher;
+    QByteArray m_ascii;
+    bool m_isAscii;
+};
+
 int64_t LookThrough(SQLite::Database &database, const QString &text, int64_t first,
                     const std::function<void(int64_t)> &found)
 {
-    constexpr int64_t kAtOnce = 2'000;
-    const QStringMatcher matcher(text, Qt::CaseInsensitive);
+    constexpr int64_t kAtOnce = 5'000;
+    const Matcher matcher(text);
     SQLite::Statement read(database, "SELECT id, value FROM string WHERE id BETWEEN ? AND ?");
     read.bind(1, first);
     read.bind(2, first + kAtOnce - 1);
     while (read.executeStep()) {
         const SQLite::Column value = read.getColumn(1);
-        if (matcher.indexIn(QString::fromUtf8(value.getText(), value.getBytes())) >= 0)
+        if (matcher.IsIn({value.getText(), value.getBytes()}))
             found(read.getColumn(0).getInt64());
     }
     return first + kAtOnce;

@@ -43,7 +43,9 @@ bool SentList::Advance(std::chrono::milliseconds time)
             Restart(database);
         FindSome(database, end);
         LoadSome(database, end);
-        Show(database);
+        // What is there at first is shown, and then all, as making the rows of many takes a while.
+        if (!m_isShown && (m_isStale || (m_isLoaded && m_isFound)))
+            Show(database);
         isMoreLeft = !IsSettled();
         while (!isMoreLeft && SentIndex::Work(database))
             isMoreLeft = end.hasExpired();
@@ -95,6 +97,7 @@ void SentList::Find(const QString &text)
     m_nextString = 1;
     m_isFound = text.isEmpty();
     m_isShown = false;
+    m_isStale = true;
 }
 
 void SentList::FindSome(SQLite::Database &database, const QDeadlineTimer &end)
@@ -123,12 +126,12 @@ void SentList::SortBy(SentColumn column, Qt::SortOrder order)
     m_order = order;
     m_isSorted = false;
     m_isShown = false;
+    m_isStale = true;
 }
 
 void SentList::Sort(SQLite::Database &database)
 {
-    // While messages still come those sorted so far do, as sorting many takes a while.
-    if (m_isSorted || (!m_isLoaded && !m_sorted.empty() && m_column != SentColumn::Date))
+    if (m_isSorted)
         return;
     m_isSorted = true;
     const auto count = static_cast<Place>(m_messages.size());
@@ -179,8 +182,6 @@ void SentList::Sort(SQLite::Database &database)
 
 void SentList::Show(SQLite::Database &database)
 {
-    if (m_isShown)
-        return;
     Sort(database);
     m_pages.clear();
     m_shown.clear();
@@ -189,7 +190,8 @@ void SentList::Show(SQLite::Database &database)
     else
         std::copy_if(m_sorted.begin(), m_sorted.end(), std::back_inserter(m_shown),
                      [this](Place place) { return IsFound(m_messages[place]); });
-    m_isShown = m_isSorted;
+    m_isShown = m_isLoaded && m_isFound;
+    m_isStale = false;
 }
 
 void SentList::Refresh()

@@ -51,7 +51,7 @@ public:
     bool Advance(std::chrono::milliseconds time);
 
     /// Whether all rows are there, in order. Advance may still have to do what makes finding faster.
-    [[nodiscard]] bool IsSettled() const { return m_isLoaded && m_isFound && m_isShown; }
+    [[nodiscard]] bool IsSettled() const { return m_isShown; }
 
     /// Messages that answer to a text hold it in name, number or text, case ignored; all do to the empty text.
     void Find(const QString &text);
@@ -125,6 +125,8 @@ private:
     bool m_isSorted = false;
 
     std::vector<Place> m_shown;
+    /// Whether the rows are those that they are to be at last, and whether they answer to another question.
     bool m_isShown = false;
+    bool m_isStale = true;
     QCache<int, QList<SentMessage>> m_pages;
 };
