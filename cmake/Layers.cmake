@@ -25,8 +25,8 @@ brevio_layer(src/numbers PUBLIC Qt6::Core PRIVATE Brevio::base)
 brevio_layer(src/phonebook PUBLIC Qt6::Core Brevio::base PRIVATE Brevio::encodings Brevio::numbers)
 brevio_layer(src/history PUBLIC Qt6::Core Brevio::base PRIVATE SQLiteCpp)
 brevio_layer(src/messaging
-  PUBLIC Qt6::Core
-  PRIVATE Brevio::base Brevio::encodings Brevio::numbers Brevio::phonebook Qt6::Network CURL::libcurl)
+  PUBLIC Qt6::Core Brevio::base
+  PRIVATE Brevio::encodings Brevio::numbers Brevio::phonebook Qt6::Network CURL::libcurl)
 brevio_layer(src/controls PUBLIC Qt6::Widgets Brevio::base)
 
 # The windows; none uses another.

@@ -141,75 +141,75 @@ private slots:
     TABLE_TEST(eachPartGoesToEachRecipientOnce, (const QByteArray &reply, const QString &outcome),
                {"sent", ScriptedPeer::Ok("<LOGON>OK</LOGON><MSG><ID>7</ID><STATUS>OK</STATUS></MSG><BAL>57</BAL>"),
                 u"sent 57, results: No error! S?????"_s},
+               {"a failure, busy", "HTTP/1.1 500 Busy\r\n\r\n<LOGON>OK</LOGON><MSG></MSG><BAL>5</BAL>",
                 u"some failed 5, results: 1 message failed out of 1 R?????"_s},
                {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"),
                 u"refused -1: No RRRRRR"_s},
                {"a page", ScriptedPeer::Ok("<html>Sorry</html>"), u"refused -1: Error 5 ??????"_s},
                {"nothing", ScriptedPeer::Ok(""), u"refused -1: Response is empty ??????"_s},
                {"no reply", QByteArray(), u"failed -1: The connection was closed without a reply ??????"_s})
-{
-    LxMessageRequests requests;
-    for (const LxContactPtr &contact : m_group) {
-        requests.push_back({contact->InternationalMobile(), contact->Name(), QString(158, u'a') + u".."_s});
-        requests.push_back({contact->InternationalMobile(), contact->Name(), u".."_s + QString(42, u'b')});
-    }
-    const auto body = FormBody(BuildMessageRequest(requests, u"a@b.example"_s, u"ann"_s, u"secret"_s));
-    ScriptedPeer peer({.pieces = {reply}});
-    m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
-    QCOMPARE(Send(), outcome);
-    QCOMPARE(m_notedBeforePost, m_notes.noted.size());
-    QCOMPARE(m_notes.noted[1].text, requests[1].Message);
-    QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
-    QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
-    QCOMPARE(peer.Posts(), 1);
-}
-
-TABLE_TEST(settingsTellWhereTheSiteIs, (const QString &settings, const QString &addresses),
-           u"h:81 False -> h:81 http://h:81/p", u"h True -> h:443 https://h/p", u"h:80 true -> h:80 https://h:80/p")
-{
-    m_settings.Save(u"Gateway"_s, u"Host"_s, settings.section(u' ', 0, 0));
-    m_settings.Save(u"Gateway"_s, u"Secure"_s, settings.section(u' ', 1));
-    QCOMPARE(VendorSite::Address(m_settings) + u' ' + VendorSite::Url(m_settings, u"/p"_s), addresses);
-}
-
-void secureGatewayIsTheOneOfTheAuthority()
-{
-    ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}, .certificate = u"gateway"_s});
-    const auto send = [&](const QString &secure, const QString &authority) {
+    {
+        LxMessageRequests requests;
+        for (const LxContactPtr &contact : m_group) {
+            requests.push_back({contact->InternationalMobile(), contact->Name(), QString(158, u'a') + u".."_s});
+            requests.push_back({contact->InternationalMobile(), contact->Name(), u".."_s + QString(42, u'b')});
+        }
+        const auto body = FormBody(BuildMessageRequest(requests, u"a@b.example"_s, u"ann"_s, u"secret"_s));
+        ScriptedPeer peer({.pieces = {reply}});
         m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
-        m_settings.Save(u"Gateway"_s, u"Secure"_s, secure);
-        m_settings.Save(u"Gateway"_s, u"CertificateAuthority"_s, authority);
-        QString ending;
-        const QString problem = Raised([&] { ending = Send(); });
-        m_settings.DeleteSection(u"Gateway"_s);
-        return ending + problem;
-    };
-    QVERIFY(send(u"yes"_s, {}).endsWith(u"in the settings is neither True nor False: yes"));
-    QVERIFY(send(u"True"_s, {}).startsWith(u"failed -1, kept: The gateway's certificate is not valid: "));
-    QCOMPARE(send(u"True"_s, u"/no.pem"_s),
-             u"failed -1, kept: The certificates that are trusted could not be read: /no.pem NNNNNN"_s);
-    QCOMPARE(send(u"True"_s, ScriptedPeer::Certificate(u"authority"_s)), u"sent -1: No error!"_s);
-    QCOMPARE(peer.Posts(), 1);
-}
-
-void nothingIsPostedAfterACancelOrToABadHost()
-{
-    ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}});
-    m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
-    m_cancels = true;
-    QCOMPARE(Send(), u"cancelled -1, kept: Canceled by user NNNNNN"_s);
-    m_cancels = false;
-    m_isEnding = true;
-    QCOMPARE(GetBalance(m_gateway, {u"ann"_s, u"secret"_s, {}}, this).reason, u"Canceled by user"_s);
-    for (const auto &host : {u"no host"_s, u"host:0"_s, u"host:65536"_s, u"host/"_s}) {
-        m_settings.Save(u"Gateway"_s, u"Host"_s, host);
-        QCOMPARE(Raised([this] { Send(); }),
-                 u"5 Corvane.VendorSite: The gateway's host in the settings is not valid: "_s + host);
+        QCOMPARE(Send(), outcome);
+        QCOMPARE(m_notedBeforePost, m_notes.noted.size());
+        QCOMPARE(m_notes.noted[1].text, requests[1].Message);
+        QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
+        QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
+        QCOMPARE(peer.Posts(), 1);
     }
-    QCOMPARE(peer.Connections(), 0);
-}
-}
-;
+
+    TABLE_TEST(settingsTellWhereTheSiteIs, (const QString &settings, const QString &addresses),
+               u"h:81 False -> h:81 http://h:81/p", u"h True -> h:443 https://h/p", u"h:80 true -> h:80 https://h:80/p")
+    {
+        m_settings.Save(u"Gateway"_s, u"Host"_s, settings.section(u' ', 0, 0));
+        m_settings.Save(u"Gateway"_s, u"Secure"_s, settings.section(u' ', 1));
+        QCOMPARE(VendorSite::Address(m_settings) + u' ' + VendorSite::Url(m_settings, u"/p"_s), addresses);
+    }
+
+    void secureGatewayIsTheOneOfTheAuthority()
+    {
+        ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}, .certificate = u"gateway"_s});
+        const auto send = [&](const QString &secure, const QString &authority) {
+            m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
+            m_settings.Save(u"Gateway"_s, u"Secure"_s, secure);
+            m_settings.Save(u"Gateway"_s, u"CertificateAuthority"_s, authority);
+            QString ending;
+            const QString problem = Raised([&] { ending = Send(); });
+            m_settings.DeleteSection(u"Gateway"_s);
+            return ending + problem;
+        };
+        QVERIFY(send(u"yes"_s, {}).endsWith(u"in the settings is neither True nor False: yes"));
+        QVERIFY(send(u"True"_s, {}).startsWith(u"failed -1, kept: The gateway's certificate is not valid: "));
+        QCOMPARE(send(u"True"_s, u"/no.pem"_s),
+                 u"failed -1, kept: The certificates that are trusted could not be read: /no.pem NNNNNN"_s);
+        QCOMPARE(send(u"True"_s, ScriptedPeer::Certificate(u"authority"_s)), u"sent -1: No error!"_s);
+        QCOMPARE(peer.Posts(), 1);
+    }
+
+    void nothingIsPostedAfterACancelOrToABadHost()
+    {
+        ScriptedPeer peer({.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON>")}});
+        m_settings.Save(u"Gateway"_s, u"Host"_s, peer.Address());
+        m_cancels = true;
+        QCOMPARE(Send(), u"cancelled -1, kept: Canceled by user NNNNNN"_s);
+        m_cancels = false;
+        m_isEnding = true;
+        QCOMPARE(GetBalance(m_gateway, {u"ann"_s, u"secret"_s, {}}, this).reason, u"Canceled by user"_s);
+        for (const auto &host : {u"no host"_s, u"host:0"_s, u"host:65536"_s, u"host/"_s}) {
+            m_settings.Save(u"Gateway"_s, u"Host"_s, host);
+            QCOMPARE(Raised([this] { Send(); }),
+                     u"5 Corvane.VendorSite: The gateway's host in the settings is not valid: "_s + host);
+        }
+        QCOMPARE(peer.Connections(), 0);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestSending)
 #include "test_sending.moc"
