@@ -18,6 +18,11 @@ struct FilledStore
         timer.start();
         accounts.Add(QStringLiteral("ann"), QStringLiteral("password"), QStringLiteral("Office"), 0);
         accounts.Credit(QStringLiteral("ann"), 100, QStringLiteral("by"), QStringLiteral("why"));
+        Accept(numbers);
+    }
+
+    void Accept(const QStringList &numbers)
+    {
         GatewayRequest request;
         request.user = QStringLiteral("ann");
         for (qsizetype i = 0; i < numbers.size(); ++i)

@@ -63,7 +63,7 @@ struct Service : FilledStore
 
     std::atomic<int> notKept = 0;
     LogLine log = [this](const QString &line) { notKept += line.contains("not kept"_L1) ? 1 : 0; };
-    HandOver::Options quick{.firstPause = 100ms, .longestPause = 200ms, .longestIdle = 200ms, .grace = 100ms};
+    HandOver::Options quick{.firstPause = 50ms, .longestPause = 150ms, .longestIdle = 3s, .grace = 100ms};
     ReportTag tag{database.Secret()};
     ReportListener listener{queue, tag, log};
     ScriptedEngine engine;
@@ -87,7 +87,7 @@ private slots:
                  {service.Report("8", 1, 1), u"200 at-operator handed-over handed-over"},
                  {service.Report("1", 1, 2), u"403 at-operator handed-over handed-over"},
                  {QByteArray(right).replace("tag=", "tag=0"), u"403 at-operator handed-over handed-over"},
-                 {QByteArray(right).replace(20, 30, QByteArray(30, '0')), u"403 at-operator handed-over handed-over"},
+                 {QByteArray(right).replace(40, 3, "xyz"), u"403 at-operator handed-over handed-over"},
                  {QByteArray(right).replace("GET", "POST"), u"403 at-operator handed-over handed-over"},
                  {"GET /" + QByteArray(20'000, 'a'), u"414 at-operator handed-over handed-over"},
                  {service.Report("32", 2, 2), u"200 at-operator handed-over handed-over"},
@@ -114,6 +114,13 @@ private slots:
         const auto at = [&service](qint64 id) { return service.engine.calls.indexOf(id); };
         QVERIFY(at(1) < at(3) && at(3) < at(4) && at(2) < at(5) && service.engine.calls.size() == 5);
         QCOMPARE(service.engine.most, 2);
+        QTest::qWait(100); // until all are idle, for 3 s
+        service.Accept({u"44770003"_s});
+        service.handOver.Wake();
+        QTRY_COMPARE_WITH_TIMEOUT(service.States().count("handed-over"_L1), 6, 1500);
+        service.timer.start();
+        service.handOver.Stop();
+        QVERIFY(service.timer.elapsed() < 1500);
     }
 
     void anEngineThatIsAwayIsLeftAlone()
@@ -128,8 +135,8 @@ private slots:
         QCOMPARE(service.States().count("queued"_L1), 40);
         {
             const std::scoped_lock lock(service.engine.mutex);
-            // The four senders at first, then one at a time: after 100 ms, and every 200 ms.
-            QVERIFY(service.engine.calls.size() >= 6 && service.engine.calls.size() <= 10);
+            // The four senders at first, then one at a time: after 50 ms, 100 ms, and every 150 ms.
+            QVERIFY(service.engine.calls.size() >= 9 && service.engine.calls.size() <= 12);
         }
         service.engine.result = HandOverResult::Accepted;
         QTRY_COMPARE(service.States().count("handed-over"_L1), 40);

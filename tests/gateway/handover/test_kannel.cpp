@@ -40,10 +40,10 @@ struct Kannel
     }
 
     /// "result: note" of one call, while this thread plays the peer.
-    QString HandOver()
+    QString HandOver(const QString &sender = {})
     {
-        auto call = std::async(std::launch::async, [this] {
-            return engine.HandOver({7, u"447700900123"_s, u"a&b=ç +%d#\r\n"_s, {}});
+        auto call = std::async(std::launch::async, [&] {
+            return engine.HandOver({7, u"447700900123"_s, u"a&b=ç +%d#\r\n"_s, sender});
         });
         (void)QTest::qWaitFor([&call] { return call.wait_for(0s) == std::future_status::ready; }, 20'000);
         const Engine::Answer answer = call.get();
@@ -71,6 +71,8 @@ private slots:
                  "&text=a%26b%3D%C3%A7%20%2B%25d%23%0D%0A&charset=UTF-8&coding=0&dlr-mask=31"
                  "&dlr-url=http%3A%2F%2F127.0.0.1%3A8081%2Freport%3Fid%3D7%26tag%3D" +
                      ReportTag("key").Of(7) + "%26type%3D%25d&smsc=a%20b");
+        (void)Kannel(peer.serverPort()).HandOver(u"Own"_s);
+        QVERIFY(peer.Received().contains("&from=Own&"));
     }
 
     TABLE_TEST(
