@@ -6,7 +6,7 @@ include(${root}/cmake/Layers.cmake)
 
 # The C++ library, Qt's classes by their bare names (the compiler finds those of linked modules alone) and the
 # operating system.
-set(free "^[a-z_0-9]+$|^Q[A-Za-z0-9]+$|^(fcntl|pwd|termios|unistd)\\.h$|^(netinet|sys)/[a-z]+\\.h$")
+set(free "^[a-z_0-9]+$|^Q[A-Za-z0-9]+$|^(fcntl|malloc|pwd|termios|unistd)\\.h$|^(netinet|sys)/[a-z]+\\.h$")
 # Who brings the other headers of the system's folder.
 set(libraries CURL::libcurl OpenSSL::SSL PkgConfig::CRYPT PkgConfig::HTTPLIB SQLiteCpp)
 set(headers_of_CURL::libcurl "^curl/")

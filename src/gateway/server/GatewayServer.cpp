@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <httplib.h>
 
+#include <malloc.h>
 #include <sys/eventfd.h>
 #include <sys/poll.h>
 #include <unistd.h>
@@ -18,10 +19,19 @@ namespace {
 
 // Large requests share a budget; small ones have some beyond it, so that the large never shut them out.
 constexpr int kLargeBodies = 8;
-constexpr qsizetype kSmallRequest = 64 * 1024;
+constexpr int kSmallRequest = 64 * 1024;
 constexpr qint64 kForSmall = 16 << 20;
 constexpr int kServiceUnavailable = 503;
 constexpr auto kLongestWait = std::chrono::milliseconds(1000);
+
+/// Has the C library give back at once what large requests took. By default it keeps for each thread what that has
+/// once used, and learns from the first large request to keep those that follow.
+void KeepMemorySmall()
+{
+    ::mallopt(M_ARENA_MAX, 2);
+    ::mallopt(M_MMAP_THRESHOLD, kSmallRequest);
+    ::mallopt(M_TRIM_THRESHOLD, 4 * kSmallRequest);
+}
 
 QString ReasonOf(int status)
 {
@@ -68,6 +78,7 @@ quint16 GatewayServer::Bind()
 
 void GatewayServer::Serve()
 {
+    KeepMemorySmall();
     m_workers = std::make_unique<httplib::ThreadPool>(static_cast<std::size_t>(m_settings.threads));
     while (!m_mustStop)
         Poll();
