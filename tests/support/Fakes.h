@@ -7,6 +7,7 @@
 #include "Shell.h"
 
 #include <QEventLoop>
+#include <QUrl>
 
 /// Notes what was handed to the desktop, which opens it or not.
 class RecordingShell final : public Shell
