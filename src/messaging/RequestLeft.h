@@ -2,7 +2,7 @@
 
 /// How much of a request left the program, towards the gateway or towards a proxy, which may have passed it on.
 enum class RequestLeft {
-    /// Surely not a byte.
+    /// Surely nothing that the gateway could act on.
     Nothing,
     /// Some of it, or perhaps some of it.
     Partly,

@@ -60,7 +60,7 @@ class TestAccessibility final : public QObject
                 return dialog;
             }
             if (name == u"SendResults") {
-                auto results = std::make_unique<SendResults>(services, nullptr);
+                auto results = std::make_unique<SendResults>(services, nullptr, nullptr);
                 results->Results({{u"+1555"_s, u"Bob"_s, u"Hi"_s, LxMessageResponse{1, false, u"No credit"_s}}});
                 return results;
             }

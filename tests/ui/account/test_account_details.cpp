@@ -35,7 +35,7 @@ class TestAccountDetails final : public QObject
         /// Clicks a button of a new dialog.
         void Click(const char *button)
         {
-            AccountDetails dialog(services, {settings, posts, *this}, nullptr);
+            AccountDetails dialog(services, {settings, posts, *this, notes}, nullptr);
             Control<QPushButton>(dialog, button).click();
             prompts.VerifyAllCame();
         }
