@@ -107,8 +107,10 @@ void SentList::FindSome(SQLite::Database &database, const QDeadlineTimer &end)
     const int64_t last = SentIndex::LastString(database);
     m_holds.resize(static_cast<size_t>(last) + 1);
     do {
-        m_nextString = SentIndex::FindSome(database, m_findText, m_nextString,
-                                           [this](int64_t id) { m_holds[static_cast<size_t>(id)] = true; });
+        m_nextString = SentIndex::FindSome(database, m_findText, m_nextString, [this](int64_t id) {
+            if (const auto string = static_cast<size_t>(id); string < m_holds.size())
+                m_holds[string] = true;
+        });
         m_isFound = m_nextString > last;
     } while (!m_isFound && !end.hasExpired());
     m_isShown = false;
