@@ -6,9 +6,11 @@
 #include <QDeadlineTimer>
 
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Exception.h>
 #include <SQLiteCpp/Statement.h>
 
 #include <algorithm>
+#include <sqlite3.h>
 
 namespace {
 
@@ -47,8 +49,14 @@ bool SentList::Advance(std::chrono::milliseconds time)
         if (!m_isShown && (m_isStale || (m_isLoaded && m_isFound)))
             Show(database);
         isMoreLeft = !IsSettled();
-        while (!isMoreLeft && SentIndex::Work(database))
-            isMoreLeft = end.hasExpired();
+        try {
+            while (!isMoreLeft && SentIndex::Work(database))
+                isMoreLeft = end.hasExpired();
+        } catch (const SQLite::Exception &error) {
+            // On a full disk what was sent can still be looked up, only slower.
+            if (error.getErrorCode() == SQLITE_CORRUPT)
+                throw;
+        }
     });
     return isMoreLeft;
 }

@@ -103,6 +103,7 @@ private slots:
         fullDisk.emplace(1);
         m_log->Settle(7, {{Refused}});
         QVERIFY(!m_log->TakeNotice().isEmpty()); // it had worked between
+        QVERIFY(!m_list->Advance(1min) && m_list->Count() == 7);
         fullDisk.reset();
         Reopen();
         QCOMPARE(Printed().first(2), QStringList({u"7 7 |1|c| 2 0"_s, u"6 6 |1|a| 1 0"_s}));
