@@ -153,10 +153,6 @@ void SentFile::SetAside()
     QString kept;
     if (!Utils::SetAside(m_path, kept))
         Raise(Tr("The file is damaged, and could not be renamed to %1.").arg(kept));
-    // What it says of the file beside it would be taken for the new one's.
-    const QString journal = m_path + u"-wal"_s;
-    if (QFile::exists(journal) && !QFile::rename(journal, kept + u"-wal"_s))
-        Raise(Tr("The file is damaged, and %1 could not be renamed.").arg(journal));
     m_notice = Tr("The sent messages could not be read and are kept as %1").arg(kept);
 }
 
@@ -168,5 +164,4 @@ void SentFile::Remove()
         if (file.exists() && !file.remove())
             Raise(file.errorString());
     }
-    ++m_generation;
 }

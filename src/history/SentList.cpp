@@ -6,9 +6,11 @@
 #include <QDeadlineTimer>
 
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Exception.h>
 #include <SQLiteCpp/Statement.h>
 
 #include <algorithm>
+#include <sqlite3.h>
 
 namespace {
 
@@ -47,8 +49,14 @@ bool SentList::Advance(std::chrono::milliseconds time)
         if (!m_isShown && (m_isStale || (m_isLoaded && m_isFound)))
             Show(database);
         isMoreLeft = !IsSettled();
-        while (!isMoreLeft && SentIndex::Work(database))
-            isMoreLeft = end.hasExpired();
+        try {
+            while (!isMoreLeft && SentIndex::Work(database))
+                isMoreLeft = end.hasExpired();
+        } catch (const SQLite::Exception &error) {
+            // On a full disk what was sent can still be looked up, only slower.
+            if (error.getErrorCode() == SQLITE_CORRUPT)
+                throw;
+        }
     });
     return isMoreLeft;
 }
@@ -107,8 +115,10 @@ void SentList::FindSome(SQLite::Database &database, const QDeadlineTimer &end)
     const int64_t last = SentIndex::LastString(database);
     m_holds.resize(static_cast<size_t>(last) + 1);
     do {
-        m_nextString = SentIndex::FindSome(database, m_findText, m_nextString,
-                                           [this](int64_t id) { m_holds[static_cast<size_t>(id)] = true; });
+        m_nextString = SentIndex::FindSome(database, m_findText, m_nextString, [this](int64_t id) {
+            if (const auto string = static_cast<size_t>(id); string < m_holds.size())
+                m_holds[string] = true;
+        });
         m_isFound = m_nextString > last;
     } while (!m_isFound && !end.hasExpired());
     m_isShown = false;
