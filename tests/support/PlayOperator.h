@@ -48,11 +48,9 @@ public:
     {
         static const QRegularExpression line(QStringLiteral(R"(Got message \d+: <\S+ \+(\d+) text (.*)>)"));
         QStringList arrived;
-        for (auto found = line.globalMatch(QString::fromUtf8(ReadBytes(m_scratch + QLatin1String("/operator.log"))));
-             found.hasNext();) {
-            const auto match = found.next();
+        const QString log = QString::fromUtf8(ReadBytes(m_scratch + QLatin1String("/operator.log")));
+        for (const QRegularExpressionMatch &match : line.globalMatch(log))
             arrived += match.captured(1) + u' ' + match.captured(2);
-        }
         return arrived;
     }
 
