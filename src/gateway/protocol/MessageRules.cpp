@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -25,6 +26,16 @@ QString WhyNotSendable(const GatewayMessage &message)
     if (message.text.size() > kMaxTextLength)
         return u"Text longer than 160 characters"_s;
     return {};
+}
+
+QString WhyNotInAlphabet(const QString &text)
+{
+    // The basic alphabet of the network as far as clients can write it, and the small ç, which arrives as a capital.
+    static const QString alphabet =
+        u"@£$¥èéùìòÇ\nØø\rÅåÆæßÉ !\"#¤%&'()*+,-./0123456789:;<=>?¡ABCDEFGHIJKLMNOPQRSTUVWXYZ"
+        "ÄÖÑÜ§¿abcdefghijklmnopqrstuvwxyzäöñüà_ç"_s;
+    const bool isInside = std::all_of(text.begin(), text.end(), [](QChar c) { return alphabet.contains(c); });
+    return isInside ? QString() : u"The text holds a character that cannot be sent"_s;
 }
 
 qint16 ReplyNumber(qint64 id)

@@ -32,31 +32,38 @@ enum class DeliveryReport { AtOperator, Buffered, Delivered, NotDelivered, Refus
 
 /// The messages on their way from the store to the engine and on. Each call is one transaction that is on the disk
 /// when it returns. May be asked from several threads at once. All raise number 5, source "Corvane.Gateway", when the
-/// database cannot be written; nothing has changed then.
+/// database cannot be read or written; nothing has changed then, and the caller must ask again.
 class MessageQueue final
 {
 public:
     explicit MessageQueue(Database &database);
 
-    /// The next message whose time has come, now Handing. Messages to one number come in the order in which they were
-    /// accepted: none while an earlier one to it is queued or handing.
+    /// The next message whose time has come, now Handing. The accounts take turns, and one with so many messages a
+    /// minute has no turn before its time. An account's messages to one number come in the order in which they were
+    /// accepted: none while an earlier one is queued or handing. When the clock is seen to be set back, all that waits
+    /// is due.
     [[nodiscard]] std::optional<OutgoingMessage> TakeNext();
 
     /// How long until TakeNext may have something, at most `longest`.
     [[nodiscard]] std::chrono::milliseconds UntilNext(std::chrono::milliseconds longest);
 
-    /// Notes what the engine said. A refusal refunds the message; NotNow queues it again, 2 s later at first, doubled
-    /// with each attempt up to 5 min. A message that a report has moved on already keeps its state.
+    /// Notes what the engine said. A refusal refunds the message unless an earlier hand-over may have sent it; NotNow
+    /// queues it again, 2 s later at first, doubled with each attempt up to 5 min. A message that a report has moved on
+    /// already keeps its state.
     void Settle(qint64 id, HandOverResult result, const QString &note);
 
-    /// Notes what a report says of a message that was handed over or is unsure. Repeated and late reports, and those
-    /// of messages that are not there, change nothing. A message whose report says that it was refused by the
-    /// operator was never sent: it is refunded, once.
+    /// Notes what a report says of a message that was handed over, is being so or is unsure. Repeated and late reports,
+    /// and those of messages that are not there or were never tried, change nothing; but what failed and was delivered
+    /// after all is Delivered, without a new charge, and a queued one that turns out to have been taken is not handed
+    /// over again. A message that the operator refused at once was never sent: it is refunded, once.
     void Report(qint64 id, DeliveryReport report);
 
-    /// For the start: what is Handing was interrupted and becomes Unsure. Gives their count.
+    /// For the start: what is Handing was interrupted and becomes Unsure, and all that waits is due. Gives how many
+    /// were interrupted.
     int RecoverInterrupted();
 
 private:
     Database &m_database;
+    /// The latest time that a take saw. Only used while writing.
+    qint64 m_latest = 0;
 };

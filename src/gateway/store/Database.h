@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace SQLite {
+class Database;
+}
+
+struct WriteJob;
+
+/// The one file that accounts, credits and messages are kept in. May be used from several threads at once, and by
+/// several processes: the command line's beside the service's.
+class Database final
+{
+public:
+    /// Milliseconds since the epoch, UTC.
+    using Clock = std::function<qint64()>;
+    using Work = std::function<void(SQLite::Database &)>;
+
+    /// Opens the file or creates it, for its owner alone; its folder must be there. Raises number 5, source
+    /// "Corvane.Gateway", and leaves the file as it is when that is damaged, no database, another program's or of a
+    /// newer version, or when it cannot be opened.
+    explicit Database(const QString &path, Clock clock = SystemClock);
+    ~Database();
+    Q_DISABLE_COPY_MOVE(Database)
+
+    [[nodiscard]] qint64 Now() const { return m_clock(); }
+
+    /// 32 random bytes, made with the file and kept in it, to key what must not be forged.
+    [[nodiscard]] const QByteArray &Secret() const { return m_secret; }
+
+    /// Runs `work`, in this or another thread that writes at the same time, in a transaction that is on the disk when
+    /// this returns. When it raises, nothing of it has changed, nor comes back after a crash. Raises what `work` does
+    /// and, when the file cannot be written or stays locked for 4 seconds, number 5, source "Corvane.Gateway", with a
+    /// reason in plain words.
+    void Write(const Work &work);
+
+    /// Runs `work`, which only reads, on one state of the file; it does not wait for who writes. Raises as Write does,
+    /// after 1 second.
+    void Read(const Work &work);
+
+private:
+    struct Connections;
+
+    [[nodiscard]] static qint64 SystemClock();
+    void WriteAll(const std::vector<WriteJob *> &jobs);
+    void Displace();
+
+    const Clock m_clock;
+    const std::unique_ptr<Connections> m_connections;
+    QByteArray m_secret;
+};

@@ -1,0 +1,54 @@
+#include "StoreStatus.h"
+
+#include "Database.h"
+#include "Query.h"
+
+#include <algorithm>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+std::optional<qint64> TimeOf(SQLite::Database &connection, const char *sql)
+{
+    Query query(connection, sql);
+    return query.Next() && !query.IsNull(0) ? std::optional(query.Number(0)) : std::nullopt;
+}
+
+} // namespace
+
+StoreStatus ReadStatus(Database &database, std::chrono::milliseconds patience)
+{
+    StoreStatus status;
+    database.Read([&](SQLite::Database &connection) {
+        Query counts(connection, "SELECT state, count(*) FROM messages GROUP BY state");
+        while (counts.Next())
+            status.counts.at(static_cast<size_t>(counts.Number(0))) = counts.Number(1);
+
+        const qint64 now = database.Now();
+        const auto isLongAgo = [&](std::optional<qint64> time) { return time && now - *time > patience.count(); };
+        const auto queued = TimeOf(connection, "SELECT min(accepted) FROM messages WHERE state = 0");
+        if (queued)
+            status.oldestQueued = std::max(0ms, std::chrono::milliseconds(now - *queued));
+        status.lastReport = TimeOf(connection, "SELECT max(changed) FROM messages WHERE state IN (3, 4, 5)");
+        const auto handing = TimeOf(connection, "SELECT min(changed) FROM messages WHERE state = 1");
+        const auto taken = TimeOf(connection, "SELECT max(changed) FROM messages WHERE state IN (2, 3, 4, 5)");
+        status.isStuck = (isLongAgo(queued) || isLongAgo(handing)) && (!taken || isLongAgo(taken));
+    });
+    return status;
+}
+
+QList<AccountSums> Audit(Database &database)
+{
+    QList<AccountSums> sums;
+    database.Read([&](SQLite::Database &connection) {
+        Query query(connection,
+                    "SELECT a.user, a.balance, (SELECT coalesce(sum(amount), 0) FROM credits WHERE account = a.id),"
+                    " coalesce(m.accepted, 0), coalesce(m.refunded, 0)"
+                    " FROM accounts a LEFT JOIN (SELECT account, count(*) AS accepted, sum(refunded) AS refunded"
+                    " FROM messages GROUP BY account) m ON m.account = a.id ORDER BY a.user");
+        while (query.Next())
+            sums.append({query.Text(0), query.Number(1), query.Number(2), query.Number(3), query.Number(4)});
+    });
+    return sums;
+}
