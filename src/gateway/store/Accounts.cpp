@@ -84,7 +84,7 @@ qint64 Accounts::Credit(const QString &user, qint64 amount, const QString &by, c
         const qint64 id = IdOf(connection, user);
         Query old(connection, "SELECT balance FROM accounts WHERE id = ?1", id);
         const qint64 before = old.Next() ? old.Number(0) : 0;
-        if (amount == 0 || amount < -before)
+        if (amount < -before)
             throw Failure(u"%1 has %2 messages, no fewer than 0 can be left"_s.arg(user).arg(before));
         if (amount > kMaxBalance - before)
             throw Failure(u"%1 can have at most %2 messages"_s.arg(user).arg(kMaxBalance));
@@ -108,10 +108,10 @@ QList<AccountLine> Accounts::List()
 {
     QList<AccountLine> lines;
     m_database.Read([&](SQLite::Database &connection) {
-        Query query(connection, "SELECT a.user, a.balance, a.sender, a.per_minute, a.closed, coalesce(m.accepted, 0),"
-                                " (SELECT count(*) FROM messages WHERE account = a.id AND state = 0)"
-                                " FROM accounts a LEFT JOIN (SELECT account, count(*) AS accepted FROM messages"
-                                " GROUP BY account) m ON m.account = a.id ORDER BY a.user");
+        Query query(connection,
+                    "SELECT a.user, a.balance, a.sender, a.per_minute, a.closed, coalesce(m.accepted, 0),"
+                    " coalesce(m.queued, 0) FROM accounts a LEFT JOIN (SELECT account, count(*) AS accepted,"
+                    " sum(state = 0) AS queued FROM messages GROUP BY account) m ON m.account = a.id ORDER BY a.user");
         while (query.Next()) {
             lines.append({query.Text(0), query.Number(1), query.Text(2), static_cast<int>(query.Number(3)),
                           query.Number(4) != 0, query.Number(5), query.Number(6)});

@@ -2,6 +2,7 @@
 
 #include "Error.h"
 #include "Query.h"
+#include "WriteGroup.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -9,6 +10,7 @@
 #include <QRandomGenerator>
 
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Savepoint.h>
 #include <SQLiteCpp/Transaction.h>
 
 #include <chrono>
@@ -173,6 +175,23 @@ void Prepare(SQLite::Database &connection)
     connection.exec("PRAGMA journal_mode = WAL");
 }
 
+// A job that raises undoes its own changes alone, unless the whole transaction is lost with it.
+std::exception_ptr Do(const WriteJob &job, SQLite::Database &writer)
+{
+    SQLite::Savepoint savepoint(writer, "job");
+    try {
+        job.work(writer);
+        savepoint.release();
+        return {};
+    } catch (...) {
+        if (sqlite3_get_autocommit(writer.getHandle()))
+            throw;
+        const std::exception_ptr failure = std::current_exception();
+        savepoint.rollback();
+        return failure;
+    }
+}
+
 } // namespace
 
 struct Database::Connections
@@ -183,7 +202,7 @@ struct Database::Connections
     {
     }
 
-    std::timed_mutex writing;
+    WriteGroup group;
     SQLite::Database writer;
     bool isDoubtful = false;
     std::timed_mutex reading;
@@ -219,25 +238,36 @@ Database::~Database() = default;
 
 void Database::Write(const Work &work)
 {
-    const auto end = steady_clock::now() + kWritePatience;
-    const std::unique_lock lock(m_connections->writing, end);
+    WriteJob job{work, steady_clock::now() + kWritePatience, {}};
+    if (!m_connections->group.Run(job, [this](const std::vector<WriteJob *> &jobs) { WriteAll(jobs); }))
+        throw Failure(ReasonOf(SQLite::Exception("", SQLITE_BUSY)));
+    try {
+        if (job.failure)
+            std::rethrow_exception(job.failure);
+    } catch (const SQLite::Exception &exception) {
+        throw Failure(ReasonOf(exception));
+    }
+}
+
+void Database::WriteAll(const std::vector<WriteJob *> &jobs)
+{
+    SQLite::Database &writer = m_connections->writer;
     bool isCommitting = false;
     try {
-        if (!lock)
-            throw SQLite::Exception("", SQLITE_BUSY);
-        SQLite::Database &writer = m_connections->writer;
-        writer.setBusyTimeout(Milliseconds(end - steady_clock::now()));
+        writer.setBusyTimeout(Milliseconds(jobs.front()->end - steady_clock::now()));
         if (m_connections->isDoubtful)
             Displace();
         SQLite::Transaction transaction(writer, SQLite::TransactionBehavior::IMMEDIATE);
-        work(writer);
+        for (WriteJob *job : jobs)
+            job->failure = Do(*job, writer);
         isCommitting = true;
         transaction.commit();
-    } catch (const SQLite::Exception &exception) {
+    } catch (...) {
+        for (WriteJob *job : jobs)
+            job->failure = std::current_exception();
         m_connections->isDoubtful |= isCommitting;
         if (isCommitting)
             Displace();
-        throw Failure(ReasonOf(exception));
     }
 }
 

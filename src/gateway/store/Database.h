@@ -5,10 +5,13 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace SQLite {
 class Database;
 }
+
+struct WriteJob;
 
 /// The one file that accounts, credits and messages are kept in. May be used from several threads at once, and by
 /// several processes: the command line's beside the service's.
@@ -31,9 +34,10 @@ public:
     /// 32 random bytes, made with the file and kept in it, to key what must not be forged.
     [[nodiscard]] const QByteArray &Secret() const { return m_secret; }
 
-    /// Runs `work` in a transaction that is on the disk when this returns. When it raises, nothing has changed and
-    /// nothing of it comes back after a crash. Raises what `work` does and, when the file cannot be written or stays
-    /// locked for 4 seconds, number 5, source "Corvane.Gateway", with a reason in plain words.
+    /// Runs `work`, in this or another thread that writes at the same time, in a transaction that is on the disk when
+    /// this returns. When it raises, nothing of it has changed, nor comes back after a crash. Raises what `work` does
+    /// and, when the file cannot be written or stays locked for 4 seconds, number 5, source "Corvane.Gateway", with a
+    /// reason in plain words.
     void Write(const Work &work);
 
     /// Runs `work`, which only reads, on one state of the file; it does not wait for who writes. Raises as Write does,
@@ -44,6 +48,7 @@ private:
     struct Connections;
 
     [[nodiscard]] static qint64 SystemClock();
+    void WriteAll(const std::vector<WriteJob *> &jobs);
     void Displace();
 
     const Clock m_clock;

@@ -1,0 +1,467 @@
+#include "Accounts.h"
+#include "Database.h"
+#include "DatabaseStore.h"
+#include "FileSizeLimit.h"
+#include "Files.h"
+#include "LxMessage.h"
+#include "MessageLookup.h"
+#include "MessageQueue.h"
+#include "MessageRules.h"
+#include "Query.h"
+#include "Raised.h"
+#include "Rows.h"
+#include "StoreStatus.h"
+
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+std::atomic<bool> s_canFlush = true;
+
+/// A database with one user, "ann", and all that works on it.
+struct Shop
+{
+    explicit Shop(const QString &file, int credit = 0, qint64 queueLimit = 100'000)
+        : database(file, [this] { return now.load(); })
+        , store(database, queueLimit)
+    {
+        if (credit > 0)
+            AddUser(u"ann"_s, credit);
+    }
+
+    void AddUser(const QString &user, int credit, int perMinute = 0)
+    {
+        accounts.Add(user, u"pass"_s, u"Office"_s, perMinute);
+        accounts.Credit(user, credit, u"boss"_s, u"start"_s);
+    }
+
+    /// Posts the texts to one number; gives a message's number or refusal for each, and the balance.
+    QString Post(const QStringList &texts, const QString &number = u"447700900001"_s, const QString &user = u"ann"_s)
+    {
+        GatewayRequest request{user, {}, {}, 0, {}};
+        for (const QString &text : texts)
+            request.messages.append({number, u"Bob"_s, text});
+        const Acceptance acceptance = store.Accept(request);
+        QStringList told;
+        for (const MessageVerdict &verdict : acceptance.verdicts)
+            told.append(verdict.refusal.isEmpty() ? QString::number(verdict.id) : verdict.refusal);
+        return told.join(u", "_s) + u"; %1"_s.arg(acceptance.balance);
+    }
+
+    /// The messages taken until none is due, by their ids.
+    QString TakeAll()
+    {
+        QString ids;
+        for (; const auto message = queue.TakeNext(); ++now)
+            ids += QString::number(message->id);
+        return ids;
+    }
+
+    bool SumsAgree()
+    {
+        const QList<AccountSums> sums = Audit(database);
+        return std::all_of(sums.begin(), sums.end(), [](const AccountSums &sum) { return sum.Agree(); });
+    }
+
+    std::atomic<qint64> now = 1'800'000'000'000;
+    Database database;
+    DatabaseStore store;
+    Accounts accounts{database};
+    MessageQueue queue{database};
+    MessageLookup lookup{database};
+};
+
+// Does to message 1 what a word says.
+void Do(Shop &shop, const QString &word)
+{
+    static const QStringList results{u"accepted"_s, u"refused"_s, u"not-now"_s, u"unknown"_s};
+    static const QStringList reports{u"AT-OPERATOR"_s, u"BUFFERED"_s, u"DELIVERED"_s, u"NOT-DELIVERED"_s,
+                                     u"REJECTED"_s};
+    if (results.contains(word))
+        shop.queue.Settle(1, static_cast<HandOverResult>(results.indexOf(word)), word);
+    else if (reports.contains(word))
+        shop.queue.Report(1, static_cast<DeliveryReport>(reports.indexOf(word)));
+    else if (word == u"take")
+        QCOMPARE(shop.TakeAll(), u"1"_s);
+    else if (word == u"restart")
+        QCOMPARE(shop.queue.RecoverInterrupted(), 1);
+    else if (word == u"spend")
+        shop.Post({u"a"_s, u"b"_s, u"c"_s}, u"447700900002"_s);
+    else
+        word == u"retry" ? shop.lookup.Retry(1) : shop.lookup.Fail(1);
+}
+
+// What a crash at this moment would leave.
+QString CopyOf(const QString &file)
+{
+    static int copies = 0;
+    const QString copy = file + QString::number(++copies);
+    for (const QString &end : {u""_s, u"-wal"_s})
+        QFile::copy(file + end, copy + end);
+    return copy;
+}
+
+} // namespace
+
+// What the database library calls instead of the system's.
+extern "C" int fdatasync(int file)
+{
+    errno = EIO;
+    return s_canFlush ? static_cast<int>(::syscall(SYS_fdatasync, file)) : -1;
+}
+
+class TestStore : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    int m_files = 0;
+
+    QString NewFile() { return m_folder.filePath(u"%1.db"_s.arg(++m_files)); }
+
+private slots:
+    // Credit, queue limit, texts -> what each came to, and the balance.
+    TABLE_TEST(whatIsAccepted, (const QString &post, const QString &told), u"5 9 one two -> 1, 2; 3",
+               u"1 9 one two -> 1, No messages left; 0", u"5 9 -> ; 5",
+               u"1 9 € two -> The text holds a character that cannot be sent, 1; 0",
+               u"1 9 long -> Text longer than 160 characters; 1",
+               u"5 2 one two three -> 1, 2, Too many messages are waiting; 3")
+    {
+        QStringList words = post.split(u' ');
+        words.replaceInStrings(u"long"_s, QString(161, u'x'));
+        Shop shop(NewFile(), words[0].toInt(), words[1].toInt());
+        QCOMPARE(shop.Post(words.mid(2)), told);
+        QVERIFY(shop.SumsAgree());
+        if (words[1] == u"2") {
+            QCOMPARE(shop.Post({u"more"_s}), u"Too many messages are waiting; 3"_s);
+            (void)shop.queue.TakeNext();
+            QCOMPARE(shop.Post({u"more"_s}), u"3; 2"_s);
+        }
+    }
+
+    void everyCharacterOfTheProgramGoesOut()
+    {
+        for (char16_t c = 0; c < 0xFFFF; ++c)
+            QVERIFY(!LxMessage::IsAllowed(c) || MessageRules::WhyNotInAlphabet(QString(c)).isEmpty());
+        for (const QChar c : u"[]{}~^\\|`\t\u001B€ê“Δ"_s)
+            QVERIFY(!MessageRules::WhyNotInAlphabet(c).isEmpty());
+    }
+
+    void whoMayLogOn()
+    {
+        const QString file = NewFile();
+        Shop shop(file, 1);
+        shop.AddUser(u"zoë"_s, 1);
+        shop.accounts.SetPassword(u"zoë"_s, u"påss"_s);
+        shop.AddUser(u"gone"_s, 1);
+        shop.accounts.Close(u"gone"_s);
+        QVERIFY(shop.store.Verify(u"ann"_s, u"pass"_s) && shop.store.Verify(u"zoë"_s, u"påss"_s));
+        QVERIFY(!shop.store.Verify(u"Ann"_s, u"pass"_s) && !shop.store.Verify(u"zoë"_s, u"pass"_s));
+        QVERIFY(!shop.store.Verify(u"gone"_s, u"pass"_s) && !shop.store.Verify(u"ann"_s, u"pass\0x"_s));
+        QVERIFY(!shop.store.Verify(u"nobody"_s, u"nobody"_s));
+        QCOMPARE(shop.Post({u"text"_s}, u"447700900001"_s, u"gone"_s), u"The account is closed; 0"_s);
+
+        QHash<QString, qint64> times;
+        for (const QString &user : {u"ann"_s, u"nobody"_s, u"gone"_s}) {
+            QElapsedTimer timer;
+            timer.start();
+            for (int time = 0; time < 3; ++time)
+                QVERIFY(!shop.store.Verify(user, u"wrong"_s));
+            times[user] = timer.elapsed();
+        }
+        QVERIFY(times[u"nobody"_s] > times[u"ann"_s] / 4 && times[u"gone"_s] > times[u"ann"_s] / 4);
+        QVERIFY(Shop(file).database.Secret() == shop.database.Secret());
+    }
+
+    void accountsKeepTheirRules()
+    {
+        Shop shop(NewFile(), 5);
+        // User, password and sender.
+        for (const QString &bad :
+             {u"/p/"_s, u"bob /p/"_s, u"bo\nb/p/"_s, u"Δ/p/"_s, QString(65, u'b') + u"/p/"_s, u"bob//"_s,
+              u"bob/p/Officeoffice"_s, u"bob/p/+4477"_s, u"bob/p/1234567890123456"_s, u"ann/p/"_s}) {
+            const QStringList parts = bad.split(u'/');
+            const QString raised = Raised([&] { shop.accounts.Add(parts[0], parts[1], parts[2], 0); });
+            QVERIFY2(raised.startsWith(u"5 Corvane.Gateway: "), qPrintable(bad));
+        }
+        QVERIFY(!Raised([&] { shop.accounts.Add(u"bob"_s, u"p"_s, {}, -1); }).isEmpty());
+        shop.accounts.Add(u"bob"_s, u"p"_s, u"123456789012345"_s, 0);
+        QCOMPARE(shop.accounts.Credit(u"ann"_s, -4, u"boss"_s, u"slip"_s), 1);
+        QVERIFY(!Raised([&] { shop.accounts.Credit(u"ann"_s, -2, {}, {}); }).isEmpty());
+        QVERIFY(!Raised([&] { shop.accounts.Credit(u"ann"_s, 1'000'000'000, {}, {}); }).isEmpty());
+        QVERIFY(!Raised([&] { shop.accounts.Credit(u"eve"_s, 1, {}, {}); }).isEmpty());
+        QVERIFY(shop.SumsAgree());
+    }
+
+    void manyWhoAcceptAtOnceNeverOverdraw()
+    {
+        const QString file = NewFile();
+        Shop shop(file, 60);
+        Shop other(file);
+        std::atomic<int> accepted = 0;
+        const auto post = [&accepted](Shop &at) {
+            for (int time = 0; time < 25; ++time) {
+                accepted += at.Post({u"text"_s}).startsWith(u"No") ? 0 : 1;
+                // One whose work fails takes nothing of the others' with it.
+                Raised([&] {
+                    at.database.Write([](SQLite::Database &connection) {
+                        Query(connection, "UPDATE accounts SET balance = balance + 1").Run();
+                        throw Error(1, {}, {});
+                    });
+                });
+            }
+        };
+        {
+            std::vector<std::jthread> threads;
+            for (Shop *at : {&shop, &shop, &shop, &other})
+                threads.emplace_back(post, std::ref(*at));
+        }
+        QVERIFY(accepted == 60 && shop.accounts.List().constFirst().accepted == 60 && shop.SumsAgree());
+    }
+
+    // One message of three; what it came to and the balance, with "!" for each word that was refused.
+    TABLE_TEST(whatBecomesOfAMessage, (const QString &words, const QString &end), u"take -> handing 2",
+               u"take refused -> failed 3", u"take not-now -> queued 2", u"take unknown -> unsure 2",
+               u"take restart -> unsure 2", u"take accepted refused unknown not-now -> handed-over 2",
+               u"DELIVERED -> queued 2", u"take accepted AT-OPERATOR BUFFERED AT-OPERATOR -> buffered 2",
+               u"take AT-OPERATOR accepted -> at-operator 2",
+               u"take accepted DELIVERED AT-OPERATOR NOT-DELIVERED REJECTED -> delivered 2",
+               u"take accepted NOT-DELIVERED BUFFERED REJECTED -> failed 2",
+               u"take accepted NOT-DELIVERED DELIVERED -> delivered 2", u"take accepted REJECTED REJECTED -> failed 3",
+               u"take REJECTED refused -> failed 3", u"take accepted AT-OPERATOR REJECTED -> failed 2",
+               u"take unknown AT-OPERATOR -> at-operator 2", u"take unknown REJECTED -> failed 3",
+               u"retry fail -> failed 3", u"take unknown fail DELIVERED -> delivered 2",
+               u"take retry fail -> handing 2!!", u"take accepted DELIVERED retry fail -> delivered 2!!",
+               u"fail fail -> failed 3!", u"take unknown retry take refused -> failed 2",
+               u"take unknown retry fail -> failed 2", u"take unknown retry DELIVERED -> delivered 2",
+               u"take unknown retry NOT-DELIVERED -> queued 2", u"take restart retry fail -> failed 2",
+               u"take unknown retry take accepted REJECTED -> failed 2", u"take refused retry -> queued 2",
+               u"take refused retry take refused retry fail -> failed 3",
+               u"take accepted REJECTED retry take accepted REJECTED -> failed 3",
+               u"take refused spend retry -> failed 0!")
+    {
+        Shop shop(NewFile(), 3);
+        shop.Post({u"text"_s});
+        QString refusals;
+        for (const QString &word : words.split(u' '))
+            refusals += Raised([&] { Do(shop, word); }).isEmpty() ? u""_s : u"!"_s;
+        const QString state = WordOf(shop.lookup.List({}, {}, 9).constLast().state);
+        QCOMPARE(state + u" %1"_s.arg(shop.accounts.List().constFirst().balance) + refusals, end);
+        QVERIFY(shop.SumsAgree());
+    }
+
+    void oneNumberIsServedInOrder()
+    {
+        Shop shop(NewFile(), 9);
+        shop.Post({u"one"_s, u"two"_s});
+        shop.Post({u"three"_s}, u"447700900002"_s);
+        QCOMPARE(shop.TakeAll(), u"13"_s);
+        QCOMPARE(shop.queue.UntilNext(7s), 7s);
+        shop.queue.Settle(1, HandOverResult::NotNow, {});
+        QCOMPARE(shop.TakeAll(), QString());
+        shop.now += 2000;
+        QCOMPARE(shop.TakeAll(), u"1"_s);
+        shop.queue.Settle(1, HandOverResult::Unknown, {});
+        const auto second = shop.queue.TakeNext();
+        QVERIFY(second && second->id == 2 && second->text == u"two" && second->sender == u"Office");
+    }
+
+    void theWaitDoublesUpToFiveMinutes()
+    {
+        Shop shop(NewFile(), 1);
+        shop.Post({u"text"_s});
+        QStringList waits;
+        for (int time = 0; time < 10; ++time) {
+            QCOMPARE(shop.TakeAll(), u"1"_s);
+            shop.queue.Settle(1, HandOverResult::NotNow, {});
+            waits.append(QString::number(shop.queue.UntilNext(1h) / 1s));
+            QCOMPARE(shop.TakeAll(), QString());
+            shop.now += shop.queue.UntilNext(1h).count();
+        }
+        QCOMPARE(waits.join(u' '), u"2 4 8 16 32 64 128 256 300 300"_s);
+        shop.now -= 3'600'000; // the clock is set back
+        QCOMPARE(shop.TakeAll(), u"1"_s);
+        shop.queue.Settle(1, HandOverResult::NotNow, {});
+        shop.queue.RecoverInterrupted();
+        QCOMPARE(shop.TakeAll(), u"1"_s);
+    }
+
+    void accountsTakeTurnsAndKeepTheirPace()
+    {
+        Shop shop(NewFile(), 9);
+        shop.AddUser(u"bob"_s, 9, 60);
+        for (const QString &user : {u"bob"_s, u"ann"_s})
+            for (const QString &number : {u"44770001"_s, u"44770002"_s, u"44770003"_s})
+                shop.Post({u"text"_s}, number, user);
+        QCOMPARE(shop.TakeAll(), u"4156"_s);
+        QCOMPARE(shop.queue.UntilNext(1h), 997ms);
+        shop.now += 36'000'000; // a clock set forward lets no burst through
+        QCOMPARE(shop.TakeAll(), u"2"_s);
+        shop.now -= 72'000'000;
+        QCOMPARE(shop.TakeAll(), u"3"_s);
+    }
+
+    void statusTellsWhatIsStuck()
+    {
+        Shop shop(NewFile(), 9);
+        QString told;
+        for (const QString &step : {u"post"_s, u"wait"_s, u"take"_s, u"wait"_s, u"post"_s, u"wait"_s, u"settle"_s}) {
+            if (step == u"wait")
+                shop.now += 901'000;
+            else if (step == u"settle")
+                shop.queue.Settle(1, HandOverResult::Accepted, {});
+            else
+                step == u"post" ? shop.Post({u"text"_s}) : shop.TakeAll();
+            told += ReadStatus(shop.database, 15min).isStuck ? u'!' : u'.';
+        }
+        QCOMPARE(told, u".!.!!!."_s);
+        QVERIFY(!ReadStatus(shop.database, 15min).lastReport);
+        shop.queue.Report(1, DeliveryReport::AtOperator);
+        const StoreStatus status = ReadStatus(shop.database, 15min);
+        QVERIFY(status.lastReport == shop.now && status.oldestQueued == 901s && status.counts[3] == 1);
+    }
+
+    void purgeBlanksWhatIsSettledAndOld()
+    {
+        Shop shop(NewFile(), 9999);
+        shop.Post(QStringList(9000, u"text"_s));
+        shop.database.Write([](SQLite::Database &connection) {
+            Query(connection, "UPDATE messages SET state = id % 8, changed = changed + (id > 8992)").Run();
+            Query(connection, "UPDATE messages SET id = 32767 WHERE id = 9000").Run();
+        });
+        shop.now += 86'400'001;
+        QVERIFY(shop.lookup.Purge(1) == 2248 && shop.lookup.Purge(1) == 0);
+        for (const MessageLine &message : shop.lookup.List({}, u"ann"_s, 9999)) {
+            const bool isPurged = message.id <= 8992 && (message.id % 8 == 5 || message.id % 8 == 6);
+            QCOMPARE((message.text + message.number + message.name).isEmpty(), isPurged);
+        }
+        QCOMPARE(shop.lookup.List(MessageState::Unsure, u"ann"_s, 3).constFirst().id, 8999);
+        QVERIFY(shop.lookup.List({}, u"bob"_s, 9).isEmpty() && shop.SumsAgree());
+        QVERIFY(!Raised([&] { shop.lookup.Retry(6); }).isEmpty());
+        QCOMPARE(shop.Post({u"text"_s}), u"1; 998"_s); // replies count from 1 again
+    }
+
+    // Byte to change, its new value; -1 for one that is cut in the middle, -2 for text.
+    TABLE_TEST(filesThatAreNotOpened, (int at, char value, const QString &reason),
+               {"text", -2, 'x', u"it is no database, or damaged"_s}, {"cut", -1, 0, u"the database is damaged"_s},
+               {"another program's", 71, 9, u"it is a database of another program"_s},
+               {"newer", 63, 9, u"it was written by a newer version of the gateway"_s},
+               {"damaged inside", 40'960, 9, u"the database is damaged"_s})
+    {
+        const QString file = NewFile();
+        Shop(file, 500).Post(QStringList(400, u"A text that takes some room"_s));
+        QByteArray bytes = ReadBytes(file);
+        QVERIFY(bytes.size() > 80'000);
+        if (at >= 0)
+            bytes[at] = value;
+        else
+            bytes = at == -1 ? bytes.first(bytes.size() / 2) : QByteArray(9000, value);
+        QVERIFY(WriteBytes(file, bytes));
+        const QString raised = Raised([&] { const Database database(file); });
+        QVERIFY2(raised.startsWith(u"5 Corvane.Gateway: %1: %2"_s.arg(file, reason)), qPrintable(raised));
+        QCOMPARE(ReadBytes(file), bytes);
+    }
+
+    void aLockedDatabaseIsToldSoon()
+    {
+        const QString file = NewFile();
+        Shop shop(file, 9);
+        for (const QString &end : {u""_s, u"-wal"_s, u"-shm"_s})
+            QCOMPARE(QFile::permissions(file + end) & 0x777, QFile::ReadUser | QFile::WriteUser);
+        Database other(file);
+        QElapsedTimer timer;
+        timer.start();
+        QString told[3];
+        other.Write([&](SQLite::Database &) {
+            std::jthread posts[3];
+            for (int post = 0; post < 3; ++post)
+                posts[post] = std::jthread([&, post] { told[post] = shop.Post({u"text"_s}); });
+            QVERIFY(shop.store.Verify(u"ann"_s, u"pass"_s) && timer.elapsed() < 2000); // who reads does not wait
+        });
+        QVERIFY(timer.elapsed() < 5500);
+        for (const QString &answer : told)
+            QCOMPARE(answer, u"The messages cannot be kept: the database is locked by another program; 9"_s);
+        QCOMPARE(shop.Post({u"text"_s}), u"1; 8"_s);
+    }
+
+    TABLE_TEST(onAFullDiskNothingIsLost, (int kibibytesLeft), {"0", 0}, {"4", 4}, {"64", 64})
+    {
+        const QString file = NewFile();
+        Shop shop(file, 999);
+        QString before = u"; 999"_s;
+        QString told;
+        {
+            const qint64 used = std::max(QFileInfo(file).size(), QFileInfo(file + u"-wal"_s).size());
+            const FileSizeLimit limit(static_cast<rlim_t>(used + 1024 * kibibytesLeft));
+            while (!(told = shop.Post({QString(160, u'x')})).startsWith(u"The"))
+                before = told;
+        }
+        const QString balance = before.section(u"; "_s, 1);
+        QCOMPARE(told, u"The messages cannot be kept: the disk cannot be read or written; "_s + balance);
+        QCOMPARE(kibibytesLeft < 64, before == u"; 999");
+        QCOMPARE(Shop(CopyOf(file)).Post({}), u"; "_s + balance);
+        QCOMPARE(shop.Post({u"text"_s}).section(u"; "_s, 1).toInt(), balance.toInt() - 1);
+        QVERIFY(shop.SumsAgree());
+    }
+
+    void whatWasRefusedDoesNotComeBackAfterACrash()
+    {
+        const QString file = NewFile();
+        Shop shop(file, 9);
+        shop.Post({u"one"_s});
+        s_canFlush = false;
+        QCOMPARE(shop.Post({u"lost"_s}), u"The messages cannot be kept: the disk cannot be read or written; 8"_s);
+        s_canFlush = true;
+        QCOMPARE(Shop(CopyOf(file)).Post({}), u"; 8"_s);
+        QCOMPARE(shop.Post({u"two"_s}), u"2; 7"_s);
+        QCOMPARE(Shop(CopyOf(file)).lookup.List({}, {}, 1).constFirst().text, u"two"_s);
+    }
+
+    void whatWasAcceptedOutlivesAKill()
+    {
+        const QString file = NewFile();
+        std::make_unique<Shop>(file, 30'000).reset();
+        QSet<int> told;
+        for (int round = 1; round <= 10; ++round) {
+            int ends[2];
+            QCOMPARE(::pipe(ends), 0);
+            const pid_t child = ::fork();
+            if (child == 0) {
+                Shop shop(file);
+                for (int id = 1; id > 0;) {
+                    id = shop.Post({u"A text"_s}).section(u';', 0, 0).toInt();
+                    id = ::write(ends[1], &id, sizeof id) > 0 ? id : 0;
+                }
+                ::_exit(0);
+            }
+            ::close(ends[1]);
+            int id = 0;
+            const int killedAfter = QRandomGenerator::global()->bounded(5, 60);
+            for (int count = 1; ::read(ends[0], &id, sizeof id) == sizeof id; ++count) {
+                told.insert(id);
+                if (count == killedAfter)
+                    ::kill(child, SIGKILL);
+            }
+            ::waitpid(child, nullptr, 0);
+            ::close(ends[0]);
+            Shop shop(file);
+            QSet<int> kept;
+            for (const MessageLine &message : shop.lookup.List({}, {}, 30'000))
+                kept.insert(static_cast<int>(message.id));
+            QVERIFY(kept.contains(told) && told.size() >= 5 * round && shop.SumsAgree());
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestStore)
+#include "test_store.moc"
