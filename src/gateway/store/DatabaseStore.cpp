@@ -36,18 +36,22 @@ DatabaseStore::DatabaseStore(Database &database, qint64 queueLimit)
 
 bool DatabaseStore::Verify(const QString &user, const QString &password)
 {
-    QByteArray hash = m_nobodysHash;
-    bool isOpen = false;
+    const QByteArray hash = Credential(user);
+    m_checks.acquire();
+    const bool matches = PasswordHash::Matches(password, hash.isEmpty() ? m_nobodysHash : hash);
+    m_checks.release();
+    return matches && !hash.isEmpty();
+}
+
+QByteArray DatabaseStore::Credential(const QString &user)
+{
+    QByteArray hash;
     m_database.Read([&](SQLite::Database &connection) {
         Query query(connection, "SELECT hash FROM accounts WHERE user = ?1 AND closed = 0", user);
-        isOpen = query.Next();
-        if (isOpen)
+        if (query.Next())
             hash = query.Bytes(0);
     });
-    m_checks.acquire();
-    const bool matches = PasswordHash::Matches(password, hash);
-    m_checks.release();
-    return matches && isOpen;
+    return hash;
 }
 
 Acceptance DatabaseStore::Accept(const GatewayRequest &request)

@@ -20,6 +20,8 @@ public:
 
     /// Raises number 5, source "Corvane.Gateway", when the database cannot be read.
     [[nodiscard]] bool Verify(const QString &user, const QString &password) override;
+    /// The password's hash. Raises as Verify does.
+    [[nodiscard]] QByteArray Credential(const QString &user) override;
     [[nodiscard]] Acceptance Accept(const GatewayRequest &request) override;
 
 private:
