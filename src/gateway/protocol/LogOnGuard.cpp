@@ -65,8 +65,14 @@ LogOnGuard::Verdict LogOnGuard::Check(const QString &user, const QString &passwo
     lock.lock();
     m_running.erase(proof);
     m_oneLessRuns.notify_all();
-    if (!outcome.get())
-        return Verdict::Wrong;
+    try {
+        if (!outcome.get())
+            return Verdict::Wrong;
+    } catch (...) {
+        // The store could not tell, which is nobody's guess.
+        m_guesses.erase(pair);
+        throw;
+    }
     m_guesses.erase(pair);
     if (!credential.isEmpty())
         m_remembered.insert(user, proof);

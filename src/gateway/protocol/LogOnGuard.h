@@ -32,6 +32,7 @@ public:
         /// More passwords wait to be checked than should.
         Busy,
     };
+    /// Raises what the store raises.
     [[nodiscard]] Verdict Check(const QString &user, const QString &password, const QString &address);
 
 private:

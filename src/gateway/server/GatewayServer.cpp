@@ -172,8 +172,10 @@ void GatewayServer::Tend(quint64 id, Connection &connection, Time now)
                           (connection.Received() < kSmallRequest ? kForSmall : 0);
     const bool isWhole = connection.CurrentStage() == Stage::Whole;
     if ((isWhole && m_answering.size() >= m_settings.queue) ||
-        ((isWhole || connection.CurrentStage() == Stage::Reading) && m_bytesHeld > budget))
+        ((isWhole || connection.CurrentStage() == Stage::Reading) && m_bytesHeld > budget)) {
+        m_bytesHeld -= connection.Received();
         connection.Refuse(kServiceUnavailable);
+    }
     if (connection.CurrentStage() == Stage::Whole) {
         Dispatch(id, connection);
     } else if (connection.CurrentStage() == Stage::Refused) {
