@@ -8,6 +8,7 @@
 #include "GatewayServer.h"
 #include "HandOver.h"
 #include "KannelEngine.h"
+#include "LogOnGuard.h"
 #include "MessageQueue.h"
 #include "ReportListener.h"
 
@@ -114,7 +115,8 @@ int Serve(const CommandInput &input)
     KannelEngine engine(ReadEngineSettings(options, reports.Port()), tag);
     HandOver handOver(queue, engine, Log, handOverOptions);
     DatabaseStore store(database, queueLimit, [&handOver] { handOver.Wake(); });
-    Gateway gateway(store);
+    LogOnGuard guard(store);
+    Gateway gateway(store, &guard);
     GatewayServer server(serverSettings, gateway);
     const quint16 port = server.Bind();
     handOver.Start();
