@@ -31,7 +31,7 @@ class TestSlips final : public QObject
             : peer({.pieces = {reply}, .pauseMs = pauseMs})
             , services{settings, boxes, shell}
             , compose({quietTime ? WindowServices{settings, boxes, shell, *quietTime} : services,
-                       {settings, posts, windowRunner},
+                       {settings, posts, windowRunner, notes},
                        phoneBook})
         {
             UseGateway(peer.Address());
