@@ -175,6 +175,7 @@ private slots:
             steady.Say("P");
             steady.waitForReadyRead(10);
         }
+        QVERIFY(steady.state() != Client::ConnectedState);
         for (Client *client : {&head, &body, &steady})
             QCOMPARE(client->Hear(), "408 The request took too long");
         QCOMPARE(silent.Hear(), "");
