@@ -1,5 +1,7 @@
 #include "GatewayServer.h"
+#include "LogOnGuard.h"
 #include "MemoryStore.h"
+#include "PostLog.h"
 #include "Raised.h"
 #include "Rows.h"
 
@@ -40,16 +42,6 @@ struct Served
         : server(std::move(settings), gateway)
     {
     }
-    ~Served()
-    {
-        Release();
-        server.Stop();
-    }
-    void Release()
-    {
-        isHeld = false;
-        isHeld.notify_all();
-    }
 
     std::atomic<bool> isHeld = false;
     std::atomic<int> accepted = 0;
@@ -61,6 +53,17 @@ struct Served
     GatewayServer server;
     const quint16 port = server.Bind();
     std::jthread thread{[this] { server.Serve(); }};
+
+    ~Served()
+    {
+        Release();
+        server.Stop();
+    }
+    void Release()
+    {
+        isHeld = false;
+        isHeld.notify_all();
+    }
 };
 
 struct Client final : QSslSocket
@@ -74,14 +77,14 @@ struct Client final : QSslSocket
     void Say(const QByteArray &bytes)
     {
         write(bytes);
-        while (bytesToWrite() > 0 && waitForBytesWritten()) {
-        }
+        while (bytesToWrite() > 0 && waitForBytesWritten())
+            continue;
     }
     /// All that comes until the end, as its status and the balance or the reason.
     QByteArray Hear()
     {
-        while (state() == ConnectedState && waitForReadyRead(8000)) {
-        }
+        while (state() == ConnectedState && waitForReadyRead(8000))
+            continue;
         const QByteArray all = readAll();
         const qsizetype start =
             std::max({all.indexOf("<BAL>") + 5, all.indexOf("<REASON>") + 8, all.indexOf("\r\n\r\n") + 4});
@@ -96,9 +99,36 @@ const QByteArray kNoPage = "404 There is no such page.";
 const QByteArray kNoLength = "411 The request does not tell its length";
 const QByteArray kLongHead = "431 The head of the request is too large";
 
+/// Every user has the same password, and a check of it takes as long as `isHeld` says.
+struct SlowStore final : MessageStore
+{
+    bool Verify(const QString &, const QString &given) override
+    {
+        ++checks;
+        mostAtOnce = std::max(mostAtOnce.load(), ++running);
+        isHeld.wait(true);
+        --running;
+        return given == password;
+    }
+    QByteArray Credential(const QString &) override { return isOpen ? password.toUtf8() : QByteArray(); }
+    Acceptance Accept(const GatewayRequest &) override { return {{}, 7}; }
+
+    QString password = u"right"_s;
+    bool isOpen = true;
+    std::atomic<bool> isHeld = false;
+    std::atomic<int> checks = 0, running = 0, mostAtOnce = 0;
+};
+
+struct Guarded
+{
+    SlowStore store;
+    std::chrono::steady_clock::time_point now;
+    LogOnGuard guard{store, [this] { return now; }};
+};
+
 } // namespace
 
-/// The service's HTTP against clients of every kind.
+/// The service's HTTP against clients of every kind, and the guard of its passwords.
 class TestGatewayServer final : public QObject
 {
     Q_OBJECT
@@ -138,13 +168,14 @@ private slots:
 
     void waitingIsEnded()
     {
-        Served served({.stepTime = 200ms});
+        Served served{{.stepTime = 200ms}};
         Client silent(served), head(served, "POST "), body(served, Post().chopped(1)), steady(served);
         // A byte now and then does not gain time.
         for (int i = 0; i < 200 && steady.state() == Client::ConnectedState; ++i) {
             steady.Say("P");
             steady.waitForReadyRead(10);
         }
+        QVERIFY(steady.state() != Client::ConnectedState);
         for (Client *client : {&head, &body, &steady})
             QCOMPARE(client->Hear(), "408 The request took too long");
         QCOMPARE(silent.Hear(), "");
@@ -157,7 +188,7 @@ private slots:
     /// More clients than are kept, most of them idle, and more posts than threads: all posts are answered.
     void manyAtOnce()
     {
-        Served served({.connections = 210, .stepTime = 30s});
+        Served served{{.connections = 210, .stepTime = 30s}};
         Clients clients;
         for (int i = 0; i < 420; ++i)
             clients.push_back(std::make_unique<Client>(served, i < 220 ? "POST" : Post()));
@@ -169,25 +200,25 @@ private slots:
     /// Large bodies over the budget, posts over the queue's limit and those whose turn comes too late are refused.
     void tooMuchAtOnce()
     {
-        Served served({.threads = 1, .queue = 9, .bodyLimit = 300 * 1024, .requestTime = 500ms});
-        const QByteArray large = Post({}, QByteArray(300 * 1024, 'a')).chopped(1);
+        Served large{{.bodyLimit = 300 * 1024, .stepTime = 2s}}, served{{.threads = 1, .queue = 9, .requestTime = 1s}};
         Clients clients;
         for (int i = 0; i < 9; ++i)
-            clients.push_back(std::make_unique<Client>(served, large));
-        QCOMPARE(clients.back()->Hear(), kBusy);
-        QCOMPARE(Client(served, Post()).Hear(), "200 999");
+            clients.push_back(std::make_unique<Client>(large, Post({}, QByteArray(300 * 1024, 'a')).chopped(1)));
+        QCOMPARE(Client(large, Post()).Hear(), "200 999");
+        const auto isBusy = [](const auto &client) { return client->Hear() == kBusy; };
+        QCOMPARE(std::count_if(clients.cbegin(), clients.cend(), isBusy), 1);
         clients.clear();
         served.isHeld = true;
         for (int i = 0; i < 10; ++i)
             clients.push_back(std::make_unique<Client>(served, Post()));
         QCOMPARE(clients.back()->Hear(), kBusy);
-        QTest::qWait(600);
+        QTest::qWait(1100);
         // What was whole is answered, though the server is told to end.
         served.server.Stop();
         served.Release();
         for (std::size_t i = 0; i < 9; ++i)
-            QCOMPARE(clients[i]->Hear(), i == 0 ? "200 998" : kBusy);
-        QCOMPARE(served.accepted, 2);
+            QCOMPARE(clients[i]->Hear(), i == 0 ? "200 999" : kBusy);
+        QCOMPARE(served.accepted, 1);
     }
 
     void secure()
@@ -197,7 +228,7 @@ private slots:
         const QString make = u"req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -subj /CN=x -addext "
                              "subjectAltName=IP:127.0.0.1 -out %1 -keyout %1.key"_s.arg(pem);
         QCOMPARE(QProcess::execute(u"openssl"_s, make.split(u' ')), 0);
-        Served served({.certificatePath = pem, .keyPath = pem + u".key"_s, .stepTime = 400ms});
+        Served served{{.certificatePath = pem, .keyPath = pem + u".key"_s, .stepTime = 400ms}};
         Client plain(served, Post()), idle(served);
         QCOMPARE(plain.Hear(), "");
         for (const auto protocol : {QSsl::TlsV1_2, QSsl::TlsV1_3}) {
@@ -213,10 +244,75 @@ private slots:
             QCOMPARE(client.Hear(), "200 1000");
         }
         QCOMPARE(idle.Hear(), "");
-        QCOMPARE(Raised([&] { Served({.certificatePath = pem, .keyPath = pem}); }),
+        QCOMPARE(Raised([&] { Served{{.certificatePath = pem, .keyPath = pem}}; }),
                  u"5 Corvane.Gateway: Cannot use \"%1\" for TLS: unsupported."_s.arg(pem));
-        QCOMPARE(Raised([&] { Served({.port = served.port}); }),
+        QCOMPARE(Raised([&] { Served{{.port = served.port}}; }),
                  u"5 Corvane.Gateway: Cannot listen on port %1 of 127.0.0.1."_s.arg(served.port));
+    }
+
+    /// Posts of user a with the right password, a wrong one (x) or the new one (n); r@ is from elsewhere, b another
+    /// user's. "+" and "." let 59 s and 1 s pass, "=" changes the password, "c" closes the account. Then the verdicts
+    /// (right, wrong, too many) and how many slow checks they took.
+    TABLE_TEST(guessing, (const QString &steps, const QString &expected), u"rr@ -> RRR 1", u"xxxxxxr -> WWWWWTT 5",
+               u"xxxxrxr -> WWWWRWR 6", u"xxxxx@br -> WWWWWRRT 7", u"xxxxx+r.xr -> WWWWWTWR 7",
+               u"xxxx+.xxxxr -> WWWWWWWWR 9", u"r=rnn -> RWRR 3", u"rcrr -> RRR 3")
+    {
+        Guarded g;
+        QString verdicts;
+        for (const QChar step : steps) {
+            const QString password = step == u'x' ? u"wrong"_s : step == u'n' ? u"new"_s : u"right"_s;
+            if (u"rx@bn"_s.contains(step))
+                verdicts += u"RWTB"[int(
+                    g.guard.Check(step == u'b' ? u"b"_s : u"a"_s, password, step == u'@' ? u"2"_s : u"1"_s))];
+            g.now += std::chrono::seconds(step == u'+' ? 59 : step == u'.' ? 1 : 0);
+            g.store.password = step == u'=' ? u"new"_s : g.store.password;
+            g.store.isOpen = g.store.isOpen && step != u'c';
+        }
+        QCOMPARE(u"%1 %2"_s.arg(verdicts).arg(g.store.checks), expected);
+    }
+
+    /// Each post has a user or a password of its own where the name ends in "#".
+    TABLE_TEST(atOnce, (int posts, const QString &user, const QString &password, int checks),
+               {"the same password is checked once", 60, u"a"_s, u"right"_s, 1},
+               {"no more guesses than one by one", 20, u"a"_s, u"x#"_s, 5},
+               {"guessers of many names leave threads to others", 40, u"a#"_s, u"x"_s, 26})
+    {
+        Guarded g;
+        g.store.isHeld = true;
+        std::atomic<int> busy = 0;
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < posts; ++i) {
+            threads.emplace_back([&, i] {
+                const auto own = [i](QString name) { return name.replace(u'#', QString::number(i)); };
+                busy += g.guard.Check(own(user), own(password), u"1"_s) == LogOnGuard::Verdict::Busy ? 1 : 0;
+            });
+        }
+        const bool isReached = QTest::qWaitFor([&] { return g.store.running > 0 && (user != u"a#" || busy == 14); });
+        g.store.isHeld = false;
+        g.store.isHeld.notify_all();
+        threads.clear();
+        QVERIFY(isReached);
+        QCOMPARE(g.store.checks, checks);
+        QVERIFY(g.store.mostAtOnce <= 2);
+    }
+
+    void theReplyAndTheLogTell()
+    {
+        Guarded g;
+        Gateway gateway(g.store, &g.guard);
+        const auto post = [&gateway](const QByteArray &password) {
+            const QByteArray session =
+                "<?xml version=\"1.0\"?>\r\n<SESSION>\r\n   <CLIENT>Zo\xEB</CLIENT> \r\n   <PW>" + password +
+                "</PW>\r\n</SESSION>\r\n";
+            return gateway.AnswerPost("XML=" + session.toPercentEncoding(), u"::1"_s);
+        };
+        QCOMPARE(post("right").body, "<LOGON>OK</LOGON>\r\n<BAL>7</BAL>\r\n");
+        for (int i = 0; i < 5; ++i)
+            QVERIFY(post("wrong").body.contains("<ERR>3</ERR>"));
+        QVERIFY(post("right").body.contains("<ERR>4</ERR><REASON>Too many wrong passwords; try again in a minute<"));
+        QCOMPARE(PostLog::Line(post("right")), "post user=\"Zoë\" accepted=0 refused=0 status=200\n");
+        QCOMPARE(PostLog::Line({503, {}, u"\n\"\\"_s + QString(99, u'b'), 2, 1}),
+                 "post user=\"\\u000a\\u0022\\u005c" + QByteArray(61, 'b') + "\" accepted=2 refused=1 status=503\n");
     }
 };
 
