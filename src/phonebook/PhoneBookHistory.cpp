@@ -1,8 +1,5 @@
 #include "PhoneBookHistory.h"
 
-#include "LxGroup.h"
-#include "LxGroupList.h"
-
 #include <utility>
 
 PhoneBookHistory::Recording::Recording(PhoneBookHistory &history, QString name)

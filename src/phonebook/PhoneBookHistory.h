@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LxContactList.h"
+#include "LxGroupList.h"
 #include "RecordedCommand.h"
 
 #include <QString>
@@ -11,7 +11,6 @@
 
 class LxContact;
 class LxGroup;
-class LxGroupList;
 
 /// The last commands that changed a phone book, to be taken back, the last one first, and done again. Contacts and
 /// groups come back with their identities, their details, their memberships and their places in every list, in time

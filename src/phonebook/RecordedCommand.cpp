@@ -1,7 +1,5 @@
 #include "RecordedCommand.h"
 
-#include "LxGroup.h"
-
 #include <algorithm>
 #include <tuple>
 #include <utility>

@@ -3,6 +3,7 @@
 #include "KeyedList.h"
 #include "LxContact.h"
 #include "LxContactList.h"
+#include "LxGroup.h"
 #include "LxGroupList.h"
 
 #include <QSet>
@@ -10,8 +11,6 @@
 
 #include <memory>
 #include <vector>
-
-class LxGroup;
 
 /// What one command changed in a phone book: for each contact and group that it touched, how that was before. Contacts
 /// and groups that it took away stay as they are, with their identities. All is linear in what was touched.
