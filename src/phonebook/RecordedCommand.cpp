@@ -83,7 +83,12 @@ void RecordedCommand::KeepOldGroups(LxGroupList groups)
 bool RecordedCommand::Settle()
 {
     SettleMemberships();
-    std::erase_if(m_changed, [](const Changed &changed) { return changed.details == changed.contact->m_details; });
+    std::erase_if(m_changed, [this](const Changed &changed) {
+        // One that was in no group before, and is in none, is of no phone book: the user did not want it.
+        const LxContact &contact = *changed.contact;
+        const bool isOutside = contact.m_groups.Count() == 0 && !m_areMoved.contains(contact.ContactID());
+        return isOutside || changed.details == contact.m_details;
+    });
     std::erase_if(m_renamed, [](const Renamed &renamed) { return renamed.name == renamed.group->m_name; });
     m_changed.shrink_to_fit();
     m_areMoved = {};
@@ -102,6 +107,8 @@ void RecordedCommand::SettleMemberships()
         if (!std::equal(first, end, now.begin(), now.end())) {
             memberships.insert(memberships.end(), first, end);
             moved.push_back(std::move(candidate));
+        } else {
+            m_areMoved.remove(candidate.contact->ContactID());
         }
         first = end;
     }

@@ -46,7 +46,7 @@ class TestPhoneBookSequences final : public QObject, private YesProfile, private
             u"mnuNewGroup mnuAddContactsToNewGroup mnuAddContactsToExistingGroup mnuRemoveContactsFromAllGroups "
             "mnuRemoveContactsFromThisGroup mnuDelete mnuPopupDeleteContacts mnuPopupDeleteGroup mnuMergeDuplicates "
             "mnuExclude mnuBackup mnuRestore mnuContactsImport mnuAddContact mnuAddContact mnuAddContact "
-            "mnuEditContact rename rename find sort close"_s.split(u' ');
+            "mnuEditContact mnuUndo mnuUndo mnuRedo rename rename find sort close"_s.split(u' ');
         QTreeView &list = m_random.bounded(2) ? Groups() : Contacts();
         list.setFocus();
         if (m_random.bounded(2)) {
@@ -73,6 +73,26 @@ class TestPhoneBookSequences final : public QObject, private YesProfile, private
             }
         }
         return entry;
+    }
+
+    /// Takes back all that was done since the file was this, and does it again; says what is wrong on the way.
+    QString TurnAll(const QByteArray &before)
+    {
+        QString wrong;
+        Trigger(u"mnuUndo"_s); // which takes what an editor holds as one command more
+        const auto redoAll = [&] {
+            while (book.History().CanRedo())
+                Trigger(u"mnuRedo"_s);
+            wrong += Wrong();
+            return ReadBytes(book.FileName());
+        };
+        const QByteArray after = redoAll();
+        while (book.History().CanUndo() && wrong.isEmpty()) {
+            Trigger(u"mnuUndo"_s);
+            wrong = Wrong();
+        }
+        wrong += ReadBytes(book.FileName()) == before ? QString() : u", not what it was"_s;
+        return redoAll() == after ? wrong : wrong + u", not what it became"_s;
     }
 
     /// What is wrong now; empty when nothing is.
@@ -116,10 +136,16 @@ private slots:
         QTimer answers;
         answers.callOnTimeout(this, [this] { AnswerDialog(); });
         answers.start(0);
+        QByteArray before = ReadBytes(book.FileName());
         for (int i = 0; i < 1000; ++i) {
             const QString done = Act();
             QCoreApplication::processEvents();
-            const QString wrong = Wrong();
+            QString wrong = Wrong();
+            if (i % 8 == 7) {
+                wrong += TurnAll(before);
+                book.History().Clear();
+                before = ReadBytes(book.FileName());
+            }
             QVERIFY2(wrong.isEmpty(), qPrintable(u"step %1, %2: %3"_s.arg(QString::number(i), done, wrong)));
         }
         QVERIFY(Book().AllContacts().Count() > 0);
