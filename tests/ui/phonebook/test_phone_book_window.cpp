@@ -1,11 +1,9 @@
 #include "Files.h"
 #include "PhoneBookFixture.h"
 #include "Rows.h"
-#include "UndoActions.h"
 
 #include <QComboBox>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QSplitter>
 #include <QToolBar>
 
@@ -338,61 +336,42 @@ private slots:
 
     void commandsAreTakenBackByKey()
     {
-        OpenPhoneBook f(1);
+        OpenPhoneBook f;
         QVERIFY(f.phoneBook.Autosave());
         const QByteArray before = ReadBytes(f.Book().FileName());
-        const auto afterKey = [&f](QWidget *place, Qt::KeyboardModifiers modifiers = {}) {
+        const auto afterHeldKey = [&f](QWidget *place, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
             place->setFocus();
-            QTest::keyClick(place, Qt::Key_Z, Qt::ControlModifier | modifiers);
-            QString entries;
+            for (const bool isPress : {true, true, true, false}) // nothing marks the repeats, as on some systems
+                QTest::simulateEvent(place, isPress, Qt::Key_Z, modifiers, {}, false);
+            QString shown = f.Rows(f.Contacts()) + u'|' + f.Status();
             for (const char *name : {"mnuUndo", "mnuRedo"}) {
                 const auto &entry = Control<QAction>(f.phoneBook, name);
-                entries += u'|' + entry.text() + (entry.isEnabled() ? u"!"_s : QString());
+                shown += u'|' + entry.text() + (entry.isEnabled() ? u"!"_s : QString());
             }
-            return f.Rows(f.Groups()) + u'|' + f.Rows(f.Contacts()) + u'|' + f.Status() + entries;
+            return shown;
         };
         f.Select({0, 1});
         f.ExpectDeleteQuestion(u"permanently delete the 2 selected contacts from"_s, PromptAnswer::Yes);
         f.Trigger(u"mnuPopupDeleteContacts"_s);
-        QTest::keyClicks(&f.Find(), u"q"_s);
-        // A box takes back what was typed there.
-        QCOMPARE(afterKey(&f.Find()), u"Everyone Work*<||0 contacts|&Undo Delete Contacts!|&Redo"_s);
+        f.Select({1});
+        f.ExpectDeleteQuestion(u"permanently delete 'Zoe' from"_s, PromptAnswer::Yes);
+        f.Trigger(u"mnuPopupDeleteContacts"_s);
+        QTest::keyClicks(&f.Find(), u"q"_s); // which the box takes back
+        QCOMPARE(afterHeldKey(&f.Find()), u"Élan|1 contacts|&Undo Delete Contacts!|&Redo"_s);
         const auto undone =
-            u"Everyone Work*<|Ann*< Bob*|Undone: Delete Contacts (2 contacts)|&Undo|&Redo Delete Contacts!"_s;
-        QCOMPARE(afterKey(&f.Contacts()), undone);
-        QCOMPARE(ReadBytes(f.Book().FileName()), before);
+            u"Élan Zoe*<|Undone: Delete Contacts (1 contact)|&Undo Delete Contacts!|&Redo Delete Contacts!"_s;
+        QCOMPARE(afterHeldKey(&f.Contacts()), undone);
         QTest::keyClick(&f.Contacts(), Qt::Key_F2);
         QTest::keyClicks(f.Editor(f.Contacts()), u"q"_s);
-        QCOMPARE(afterKey(f.Editor(f.Contacts())), undone);
-        QTest::keyClick(f.Editor(f.Contacts()), Qt::Key_Escape);
-        QCOMPARE(afterKey(&f.Contacts(), Qt::ShiftModifier),
-                 u"Everyone Work*<||Redone: Delete Contacts (2 contacts)|&Undo Delete Contacts!|&Redo"_s);
+        QCOMPARE(afterHeldKey(f.Editor(f.Contacts())), undone);
+        QCOMPARE(afterHeldKey(&f.Contacts()),
+                 u"Ann*< Bob* Élan Zoe|Undone: Delete Contacts (2 contacts)|&Undo|&Redo Delete Contacts!"_s);
+        QCOMPARE(ReadBytes(f.Book().FileName()), before);
+        QCOMPARE(afterHeldKey(&f.Contacts(), Qt::ControlModifier | Qt::ShiftModifier),
+                 u"Élan Zoe|Redone: Delete Contacts (2 contacts)|&Undo Delete Contacts!|&Redo Delete Contacts!"_s);
         WhenDialogOpens(u"ContactProperties"_s, [&f](QDialog &) { f.Trigger(u"mnuUndo"_s); });
         f.Trigger(u"actProperties"_s);
         QCOMPARE(f.Print(), u"Zoe: Élan: | Work"_s);
-        f.prompts.ExpectBoxBeginning(u"The phone book could not be saved: "_s, PromptIcon::Exclamation);
-        QVERIFY(QDir(QFileInfo(f.Book().FileName()).path()).removeRecursively());
-        f.Trigger(u"mnuUndo"_s);
-    }
-
-    // As some systems tell a held key: nothing marks the repeats as such.
-    void aHeldKeyTakesOneCommandBack()
-    {
-        QWidget window;
-        QAction undo;
-        undo.setShortcut(u"Ctrl+Z"_s);
-        window.addAction(&undo);
-        LxGroupList groups;
-        const PhoneBookHistory history(groups);
-        const UndoActions actions(undo, undo, history, std::chrono::seconds(9), nullptr);
-        QSignalSpy asked(&actions, &UndoActions::UndoAsked);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        for (int strokes = 1; strokes < 3; ++strokes, QTest::qWait(60)) {
-            for (int repeats = 0; repeats < 5; ++repeats)
-                QTest::keyClick(&window, Qt::Key_Z, Qt::ControlModifier);
-            QCOMPARE(asked.size(), strokes);
-        }
     }
 
     void everythingGoesByKeyboard()
