@@ -135,7 +135,6 @@ void LxPhoneBook::ClearAll()
 void LxPhoneBook::OpenPhoneBook(QString name)
 {
     ClosePhoneBook();
-    m_history.Clear();
     m_fileName = std::move(name);
     // Until it has been read, whatever the file holds is not in memory.
     m_mustKeepOldFile = true;

@@ -32,7 +32,7 @@ public:
     [[nodiscard]] LxGroupList &Groups() { return m_groups; }
     [[nodiscard]] LxGroupList GroupsExcludingAllContacts() const;
 
-    /// What commands changed, and the way back. Opening a file and ClearAll begin it anew.
+    /// What commands changed, and the way back. Loading a file and ClearAll begin it anew.
     [[nodiscard]] PhoneBookHistory &History() { return m_history; }
     [[nodiscard]] const PhoneBookHistory &History() const { return m_history; }
 

@@ -369,8 +369,13 @@ private slots:
         QCOMPARE(ReadBytes(f.Book().FileName()), before);
         QCOMPARE(afterHeldKey(&f.Contacts(), Qt::ControlModifier | Qt::ShiftModifier),
                  u"Élan Zoe|Redone: Delete Contacts (2 contacts)|&Undo Delete Contacts!|&Redo Delete Contacts!"_s);
-        WhenDialogOpens(u"ContactProperties"_s, [&f](QDialog &) { f.Trigger(u"mnuUndo"_s); });
+        WhenDialogOpens(u"ContactProperties"_s, [&f](QDialog &) { f.Contacts().selectAll(); });
         f.Trigger(u"actProperties"_s);
+        QVERIFY(Control<QAction>(f.phoneBook, "mnuUndo").isEnabled());
+        QDialog post;
+        post.setModal(true);
+        post.show();
+        f.Trigger(u"mnuUndo"_s);
         QCOMPARE(f.Print(), u"Zoe: Élan: | Work"_s);
     }
 
