@@ -108,6 +108,19 @@ void DeleteSelected(benchmark::State &state)
 }
 BENCHMARK(DeleteSelected)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(5);
 
+void UndoDeleteSelected(benchmark::State &state)
+{
+    for (auto _ : state) {
+        TimedWindow fixture(static_cast<int>(100 * state.range(0)));
+        fixture.Show();
+        fixture.SelectRows(static_cast<int>(state.range(0)));
+        fixture.Trigger(u"mnuPopupDeleteContacts"_s);
+        Time(state, fixture, [&] { fixture.Trigger(u"mnuUndo"_s); });
+        Require(fixture.RowCount() == 100 * state.range(0));
+    }
+}
+BENCHMARK(UndoDeleteSelected)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(5);
+
 void AddToGroup(benchmark::State &state)
 {
     for (auto _ : state) {

@@ -2,8 +2,13 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <memory>
+#include <utility>
 #include <vector>
+
+/// A place in a KeyedList. No other object of the list ever gets it, so one that has left can be put back there.
+using ListPlace = quint32;
 
 /// An insertion-ordered collection of shared objects, each held once, found by the 32-bit identity that
 /// `Identity(object)` gives. Adding, finding and removing take constant time, so that deleting many of 100,000
@@ -72,7 +77,10 @@ public:
     {
         if (m_isIndexed)
             m_slotOf.insert(IdentityOf(object), static_cast<quint32>(m_slots.size()));
+        if (m_hasPlaces)
+            m_places.push_back(m_nextPlace);
         m_slots.push_back(object);
+        ++m_nextPlace;
         ++m_count;
     }
 
@@ -90,6 +98,33 @@ public:
             CloseHoles();
     }
 
+    /// The place of an object that is held.
+    [[nodiscard]] ListPlace PlaceOf(int identity) const
+    {
+        const quint32 slot = Index().value(identity);
+        return m_hasPlaces ? m_places[slot] : FirstPlace() + slot;
+    }
+
+    /// Puts objects that are not held back to places that they had, each between those of smaller and of greater
+    /// places. They come in the order of their places.
+    void PutBack(const std::vector<std::pair<ListPlace, Pointer>> &objects)
+    {
+        std::vector<std::pair<ListPlace, Pointer>> withoutHole;
+        for (const auto &[place, object] : objects) {
+            const size_t slot = SlotOf(place);
+            if (slot == m_slots.size()) {
+                withoutHole.emplace_back(place, object);
+                continue;
+            }
+            m_slots[slot] = object;
+            if (m_isIndexed)
+                m_slotOf.insert(IdentityOf(object), static_cast<quint32>(slot));
+            ++m_count;
+        }
+        if (!withoutHole.empty())
+            Merge(withoutHole);
+    }
+
     /// The object at a position counted from 0, which must exist.
     [[nodiscard]] const Pointer &At(int position)
     {
@@ -97,7 +132,12 @@ public:
         return m_slots[static_cast<size_t>(position)];
     }
 
-    void Clear() { *this = KeyedList(); }
+    void Clear()
+    {
+        const ListPlace next = m_nextPlace;
+        *this = KeyedList();
+        m_nextPlace = next;
+    }
 
 private:
     [[nodiscard]] static int IdentityOf(const Pointer &object) { return (object.get()->*Identity)(); }
@@ -118,14 +158,60 @@ private:
 
     void CloseHoles()
     {
-        if (m_slots.size() == static_cast<size_t>(m_count))
-            return;
-        std::erase(m_slots, nullptr);
+        if (m_slots.size() != static_cast<size_t>(m_count))
+            Merge({});
+    }
+
+    /// Closes the holes, and makes room for objects whose holes were closed before.
+    void Merge(const std::vector<std::pair<ListPlace, Pointer>> &objects)
+    {
+        const ListPlace first = FirstPlace();
+        std::vector<Pointer> held;
+        std::vector<ListPlace> places;
+        held.reserve(static_cast<size_t>(m_count) + objects.size());
+        places.reserve(held.capacity());
+        auto object = objects.begin();
+        const auto takeBefore = [&](ListPlace end) {
+            for (; object != objects.end() && object->first < end; ++object) {
+                held.push_back(object->second);
+                places.push_back(object->first);
+            }
+        };
+        for (size_t slot = 0; slot < m_slots.size(); ++slot) {
+            if (!m_slots[slot])
+                continue;
+            const ListPlace place = m_hasPlaces ? m_places[slot] : first + static_cast<ListPlace>(slot);
+            takeBefore(place);
+            held.push_back(std::move(m_slots[slot]));
+            places.push_back(place);
+        }
+        takeBefore(m_nextPlace);
+        m_slots = std::move(held);
+        m_places = std::move(places);
+        m_hasPlaces = true;
+        m_count = static_cast<int>(m_slots.size());
         m_slotOf.clear();
         m_isIndexed = false;
     }
 
+    /// The first slot's while places and slots are in step.
+    [[nodiscard]] ListPlace FirstPlace() const { return m_nextPlace - static_cast<ListPlace>(m_slots.size()); }
+
+    /// The slot of a place, be it a hole; as many as there are slots where it has none any more.
+    [[nodiscard]] size_t SlotOf(ListPlace place) const
+    {
+        if (!m_hasPlaces)
+            return place >= FirstPlace() ? place - FirstPlace() : m_slots.size();
+        const auto found = std::lower_bound(m_places.begin(), m_places.end(), place);
+        return found != m_places.end() && *found == place ? static_cast<size_t>(found - m_places.begin())
+                                                          : m_slots.size();
+    }
+
     std::vector<Pointer> m_slots;
+    /// The place of each slot, kept once holes were closed; until then places and slots are in step.
+    std::vector<ListPlace> m_places;
+    bool m_hasPlaces = false;
+    ListPlace m_nextPlace = 0;
     int m_count = 0;
     mutable QHash<int, quint32> m_slotOf;
     mutable bool m_isIndexed = false;

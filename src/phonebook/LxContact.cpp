@@ -3,6 +3,7 @@
 #include "Error.h"
 #include "LxCountryList.h"
 #include "LxGroup.h"
+#include "PhoneBookHistory.h"
 #include "PhoneNumbers.h"
 #include "Utils.h"
 
@@ -32,16 +33,24 @@ LxContact::LxContact(Private, const LxCountryList &countries)
     m_id = ++s_lastID;
 }
 
+LxContact::Details &LxContact::ToChange()
+{
+    // In no group it is of no phone book.
+    if (const LxGroup *group = m_groups.GetFirstGroup(); group && group->m_history)
+        group->m_history->DetailsChange(*this);
+    return m_details;
+}
+
 void LxContact::SetName(const QString &name)
 {
-    m_name = Utils::Cut(name, NameMaxLength);
+    ToChange().name = Utils::Cut(name, NameMaxLength);
 }
 
 void LxContact::SetCountryCode(int code)
 {
     if (!m_countries.CountryExists(code))
         RaiseContactError(QCoreApplication::translate("LxContact", "Invalid country %1").arg(code));
-    m_countryCode = static_cast<qint16>(code);
+    ToChange().countryCode = static_cast<qint16>(code);
 }
 
 void LxContact::SetUserMobile(const QString &mobile)
@@ -49,8 +58,9 @@ void LxContact::SetUserMobile(const QString &mobile)
     const QString local = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(mobile));
     if (!PhoneNumbers::IsLocalNumber(local))
         RaiseContactError(QCoreApplication::translate("LxContact", "User mobile was passed a non-local mobile"));
-    m_userMobile = mobile;
-    m_localMobile = local;
+    Details &details = ToChange();
+    details.userMobile = mobile;
+    details.localMobile = local;
 }
 
 void LxContact::SetMobile(const QString &mobile)
@@ -65,16 +75,17 @@ void LxContact::SetMobile(const QString &mobile)
     const auto split = PhoneNumbers::SplitInternational(m_countries, cleaned);
     if (!split)
         RaiseContactError(QCoreApplication::translate("LxContact", "Unrecognised country code in mobile"));
-    m_countryCode = split->code;
-    m_userMobile = split->local;
-    m_localMobile = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(split->local));
+    Details &details = ToChange();
+    details.countryCode = split->code;
+    details.userMobile = split->local;
+    details.localMobile = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(split->local));
 }
 
 QString LxContact::InternationalMobile() const
 {
-    if (m_userMobile.isEmpty() || m_countryCode == 0)
+    if (m_details.userMobile.isEmpty() || m_details.countryCode == 0)
         return {};
-    return PhoneNumbers::MakeInternational(m_countryCode, m_localMobile);
+    return PhoneNumbers::MakeInternational(m_details.countryCode, m_details.localMobile);
 }
 
 void LxContact::AddToGroup(LxGroup &group)
@@ -102,24 +113,24 @@ void LxContact::Destroy()
 LxContactPtr LxContact::Clone() const
 {
     LxContactPtr clone = Create(m_countries);
-    clone->SetName(m_name);
-    clone->SetCountryCode(m_countryCode);
-    clone->SetUserMobile(m_userMobile);
+    clone->SetName(m_details.name);
+    clone->SetCountryCode(m_details.countryCode);
+    clone->SetUserMobile(m_details.userMobile);
     return clone;
 }
 
 bool LxContact::MatchesInternational(QStringView text, bool exact) const
 {
-    if (m_userMobile.isEmpty() || m_countryCode == 0)
+    if (m_details.userMobile.isEmpty() || m_details.countryCode == 0)
         return false;
     // Compared piece by piece, as joining the pieces would be most of the work of a search.
-    const QString prefix = PhoneNumbers::MakeInternational(m_countryCode, {});
+    const QString prefix = PhoneNumbers::MakeInternational(m_details.countryCode, {});
     if (text.size() < prefix.size())
         return !exact && QStringView(prefix).startsWith(text);
     if (!text.startsWith(prefix))
         return false;
     const QStringView rest = text.sliced(prefix.size());
-    return exact ? m_localMobile == rest : QStringView(m_localMobile).startsWith(rest);
+    return exact ? m_details.localMobile == rest : QStringView(m_details.localMobile).startsWith(rest);
 }
 
 bool LxContact::Match(const QString &text, bool exact) const
@@ -128,7 +139,7 @@ bool LxContact::Match(const QString &text, bool exact) const
     if (t.isEmpty() || t == u"0")
         return !exact;
     const auto matchesLocal = [this, exact](QStringView digits) {
-        return exact ? m_localMobile == digits : QStringView(m_localMobile).startsWith(digits);
+        return exact ? m_details.localMobile == digits : QStringView(m_details.localMobile).startsWith(digits);
     };
     const QChar first = t.front();
     bool numberMatches = false;
@@ -144,6 +155,6 @@ bool LxContact::Match(const QString &text, bool exact) const
     }
     if (numberMatches)
         return true;
-    return exact ? QStringView(m_name).compare(t, Qt::CaseInsensitive) == 0
-                 : QStringView(m_name).contains(t, Qt::CaseInsensitive);
+    return exact ? QStringView(m_details.name).compare(t, Qt::CaseInsensitive) == 0
+                 : QStringView(m_details.name).contains(t, Qt::CaseInsensitive);
 }

@@ -34,17 +34,17 @@ public:
     /// Unique among all contacts of the process, never stored.
     [[nodiscard]] int ContactID() const { return m_id; }
 
-    [[nodiscard]] const QString &Name() const { return m_name; }
+    [[nodiscard]] const QString &Name() const { return m_details.name; }
     /// Keeps the first NameMaxLength characters.
     void SetName(const QString &name);
 
     /// The dialling code; 0 when none is set.
-    [[nodiscard]] qint16 CountryCode() const { return m_countryCode; }
+    [[nodiscard]] qint16 CountryCode() const { return m_details.countryCode; }
     /// Raises "Invalid country " and the code when the country list does not know it.
     void SetCountryCode(int code);
 
     /// The number as typed, in local form.
-    [[nodiscard]] const QString &UserMobile() const { return m_userMobile; }
+    [[nodiscard]] const QString &UserMobile() const { return m_details.userMobile; }
     /// Keeps a number in local form as it stands. Raises "User mobile was passed a non-local mobile" for any other.
     void SetUserMobile(const QString &mobile);
 
@@ -53,7 +53,7 @@ public:
     void SetMobile(const QString &mobile);
 
     /// The digits within the country, without the trunk zero.
-    [[nodiscard]] const QString &LocalMobile() const { return m_localMobile; }
+    [[nodiscard]] const QString &LocalMobile() const { return m_details.localMobile; }
 
     /// "+", the country code and the local digits; empty without a number or a country.
     [[nodiscard]] QString InternationalMobile() const;
@@ -76,16 +76,27 @@ public:
 
 private:
     friend class LxGroup;
+    friend class RecordedCommand;
 
+    /// What the setters set.
+    struct Details
+    {
+        [[nodiscard]] bool operator==(const Details &other) const = default;
+
+        QString name;
+        QString userMobile;
+        /// Kept beside the typed form, with which it shares its storage where they are the same, so that searching
+        /// 100,000 contacts does not clean each number again.
+        QString localMobile;
+        qint16 countryCode = 0;
+    };
+
+    /// The details, for a change that the history of the phone book is to know.
+    [[nodiscard]] Details &ToChange();
     [[nodiscard]] bool MatchesInternational(QStringView text, bool exact) const;
 
     int m_id;
-    qint16 m_countryCode = 0;
     const LxCountryList &m_countries;
-    QString m_name;
-    QString m_userMobile;
-    /// Kept beside the typed form, with which it shares its storage where they are the same, so that searching
-    /// 100,000 contacts does not clean each number again.
-    QString m_localMobile;
+    Details m_details;
     LxGroupList m_groups;
 };

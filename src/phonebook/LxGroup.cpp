@@ -2,6 +2,7 @@
 
 #include "Error.h"
 #include "LxContactList.h"
+#include "PhoneBookHistory.h"
 #include "Utils.h"
 
 #include <QCoreApplication>
@@ -16,11 +17,13 @@ LxGroup::LxGroup()
 
 LxGroup::~LxGroup()
 {
-    RemoveAllContacts();
+    Empty();
 }
 
 void LxGroup::SetName(const QString &name)
 {
+    if (m_history)
+        m_history->NameChanges(*this);
     m_name = CleanName(name);
 }
 
@@ -33,6 +36,8 @@ void LxGroup::Add(const LxContactPtr &contact)
 {
     if (IsMember(*contact))
         return;
+    if (m_history)
+        m_history->MembershipChanges(*contact);
     m_members.AddNew(contact);
     contact->m_groups.AddNew(*this);
 }
@@ -41,11 +46,22 @@ void LxGroup::Remove(const LxContactPtr &contact)
 {
     if (!IsMember(*contact))
         return;
+    if (m_history)
+        m_history->MembershipChanges(*contact);
     contact->m_groups.Remove(*this);
     m_members.Remove(contact->ContactID());
 }
 
 void LxGroup::RemoveAllContacts()
+{
+    if (m_history) {
+        for (const LxContactPtr &contact : m_members)
+            m_history->MembershipChanges(*contact);
+    }
+    Empty();
+}
+
+void LxGroup::Empty()
 {
     for (const LxContactPtr &contact : m_members)
         contact->m_groups.Remove(*this);

@@ -6,6 +6,7 @@
 #include <QString>
 
 class LxContactList;
+class PhoneBookHistory;
 
 /// A named set of contacts in the order in which they joined. Membership is by object, not by name or number, and is
 /// kept in step with each contact's own list of groups. A group that ends leaves its contacts' lists.
@@ -56,7 +57,16 @@ public:
     [[nodiscard]] auto end() const { return m_members.end(); }
 
 private:
+    friend class LxContact;
+    friend class LxGroupList;
+    friend class RecordedCommand;
+
+    /// Takes all off without a word to the history.
+    void Empty();
+
     int m_id;
     QString m_name;
+    /// Of the phone book that the group belongs to; null for any other group.
+    PhoneBookHistory *m_history = nullptr;
     KeyedList<LxContact, &LxContact::ContactID> m_members;
 };

@@ -2,11 +2,13 @@
 
 #include "Error.h"
 #include "LxGroup.h"
+#include "PhoneBookHistory.h"
 #include "Utils.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
@@ -25,17 +27,60 @@ LxGroup &LxGroupList::CreateGroup(const QString &name)
 
 LxGroup &LxGroupList::CreateNewGroup(const QString &name)
 {
-    LxGroup &group = *m_owned.emplace_back(std::make_unique<LxGroup>());
+    Own &own = Owned();
+    LxGroup &group = *own.groups.emplace_back(std::make_unique<LxGroup>());
     group.SetName(name);
     AddNew(group);
+    group.m_history = own.history;
+    if (own.history)
+        own.history->GroupCame(group, Count() - 1);
     return group;
+}
+
+LxGroupList::Own &LxGroupList::Owned()
+{
+    if (!m_own)
+        m_own = std::make_unique<Own>();
+    return *m_own;
+}
+
+void LxGroupList::ReportTo(PhoneBookHistory &history)
+{
+    Owned().history = &history;
+    for (LxGroup *group : m_groups)
+        group->m_history = &history;
+}
+
+std::pair<std::unique_ptr<LxGroup>, int> LxGroupList::TakeOut(const LxGroup &group)
+{
+    // From the end, where a new one stands.
+    auto &owned = Owned().groups;
+    const auto isIt = [&group](const auto &other) { return other.get() == &group; };
+    const auto found = std::find_if(owned.rbegin(), owned.rend(), isIt);
+    std::unique_ptr<LxGroup> taken = std::move(*found);
+    owned.erase(std::next(found).base());
+    const auto place = static_cast<int>(m_groups.lastIndexOf(taken.get()));
+    m_groups.remove(place);
+    return {std::move(taken), place};
+}
+
+void LxGroupList::PutIn(std::unique_ptr<LxGroup> group, int place)
+{
+    m_groups.insert(place, group.get());
+    Owned().groups.push_back(std::move(group));
 }
 
 void LxGroupList::DestroyGroup(LxGroup &group)
 {
     group.RemoveAllContacts();
-    Remove(group);
-    std::erase_if(m_owned, [&group](const auto &owned) { return owned.get() == &group; });
+    const auto isIt = [&group](const auto &owned) { return owned.get() == &group; };
+    if (!m_own || std::none_of(m_own->groups.begin(), m_own->groups.end(), isIt)) {
+        Remove(group);
+        return;
+    }
+    auto [taken, place] = TakeOut(group);
+    if (m_own->history)
+        m_own->history->GroupWent(std::move(taken), place);
 }
 
 void LxGroupList::Add(LxGroup &group)

@@ -4,9 +4,11 @@
 #include <QVarLengthArray>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 class LxGroup;
+class PhoneBookHistory;
 
 /// An insertion-ordered list of groups, each once, by identity. It owns the groups that it created and merely refers
 /// to the others, so a phone book's own list keeps its groups alive, and a contact's list or a selection does not.
@@ -26,6 +28,16 @@ public:
     /// Empties the group, removes it from the list and ends it when this list owns it. Its contacts stay in the
     /// phone book.
     void DestroyGroup(LxGroup &group);
+
+    /// From now on what changes in these groups and their contacts, and which groups there are, goes to the history of
+    /// the phone book whose list this is. The history must outlive the groups.
+    void ReportTo(PhoneBookHistory &history);
+
+    /// Takes a group that this list owns out, as it is; the history does not hear of it. Gives the group and its place,
+    /// counted from 0.
+    [[nodiscard]] std::pair<std::unique_ptr<LxGroup>, int> TakeOut(const LxGroup &group);
+    /// Puts a group back to where it was taken out.
+    void PutIn(std::unique_ptr<LxGroup> group, int place);
 
     void Add(LxGroup &group);
     /// Adds a group of which the caller knows that it is not in the list.
@@ -58,9 +70,17 @@ public:
     [[nodiscard]] auto end() const { return m_groups.end(); }
 
 private:
+    struct Own
+    {
+        std::vector<std::unique_ptr<LxGroup>> groups;
+        PhoneBookHistory *history = nullptr;
+    };
+
     [[nodiscard]] LxGroup *Find(int id) const;
+    [[nodiscard]] Own &Owned();
 
     /// Few contacts are in more groups than fit here without storage of their own.
     QVarLengthArray<LxGroup *, 4> m_groups;
-    std::vector<std::unique_ptr<LxGroup>> m_owned;
+    /// Apart, as most lists, those of the contacts, own nothing. Null until it is needed.
+    std::unique_ptr<Own> m_own;
 };

@@ -99,7 +99,7 @@ LxGroupList LxPhoneBook::GroupsExcludingAllContacts() const
 {
     LxGroupList groups;
     for (LxGroup *group : m_groups) {
-        if (group != m_allContacts)
+        if (group != &AllContacts())
             groups.AddNew(*group);
     }
     return groups;
@@ -118,10 +118,18 @@ LxContactPtr LxPhoneBook::CreateHomeContact() const
     return contact;
 }
 
+LxGroupList LxPhoneBook::NewGroups()
+{
+    LxGroupList groups;
+    groups.CreateGroup(QCoreApplication::translate("LxPhoneBook", "Everyone"));
+    return groups;
+}
+
 void LxPhoneBook::ClearAll()
 {
-    m_groups = LxGroupList();
-    m_allContacts = &m_groups.CreateGroup(QCoreApplication::translate("LxPhoneBook", "Everyone"));
+    m_history.Clear();
+    m_groups = NewGroups();
+    m_groups.ReportTo(m_history);
 }
 
 void LxPhoneBook::OpenPhoneBook(QString name)
@@ -203,24 +211,24 @@ QString LxPhoneBook::Restore(const QString &name)
 {
     const QByteArray bytes = Utils::ReadTextFile(name);
     // Put aside, not cleared: the file does not record groups without members, so loading it would not bring them back.
-    LxGroupList oldGroups = std::exchange(m_groups, {});
-    LxGroup *const oldContacts = m_allContacts;
+    LxGroupList oldGroups = std::exchange(m_groups, NewGroups());
     const bool oldMustKeep = m_mustKeepOldFile;
-    ClearAll();
     AddContacts(bytes);
     try {
-        if (!bytes.isEmpty() && m_allContacts->Count() == 0) {
+        if (!bytes.isEmpty() && AllContacts().Count() == 0) {
             throw Error(
                 ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
                 QCoreApplication::translate("LxPhoneBook", "%1 is not a phone book").arg(Utils::FileNameOfPath(name)));
         }
         // Whatever was restored, by mistake too, must not be all that is left.
         m_mustKeepOldFile = true;
-        return SavePhoneBook(name);
+        QString kept = SavePhoneBook(name);
+        m_groups.ReportTo(m_history);
+        m_history.AllWent(std::move(oldGroups));
+        return kept;
     } catch (const Error &) {
         m_mustKeepOldFile = oldMustKeep;
         m_groups = std::move(oldGroups);
-        m_allContacts = oldContacts;
         throw;
     }
 }
@@ -260,7 +268,7 @@ bool LxPhoneBook::AddContacts(const QByteArray &bytes)
 
 void LxPhoneBook::AddContact(const LxContactPtr &contact, const QString &groups, GroupFinder &finder)
 {
-    m_allContacts->Add(contact);
+    AllContacts().Add(contact);
     finder.AddTo(groups, contact);
 }
 
@@ -311,7 +319,7 @@ void LxPhoneBook::Import(const LxContactList &contacts, LxGroup *group)
 {
     for (const LxContactPtr &contact : contacts) {
         const LxContactPtr clone = contact->Clone();
-        m_allContacts->Add(clone);
+        AllContacts().Add(clone);
         if (group)
             group->Add(clone);
     }
@@ -329,8 +337,9 @@ void LxPhoneBook::Export(const QString &name, const LxGroup &group) const
 QByteArray LxPhoneBook::Content() const
 {
     constexpr qsizetype kUsualLineLength = 64;
-    TextWriter writer(kUsualLineLength * m_allContacts->Count());
-    for (const LxContactPtr &contact : *m_allContacts)
-        PhoneBookFile::AppendLine(*contact, *m_allContacts, writer);
+    const LxGroup &everyone = AllContacts();
+    TextWriter writer(kUsualLineLength * everyone.Count());
+    for (const LxContactPtr &contact : everyone)
+        PhoneBookFile::AppendLine(*contact, everyone, writer);
     return writer.Take();
 }

@@ -5,6 +5,7 @@
 #include "LxContactList.h"
 #include "LxGroup.h"
 #include "LxGroupList.h"
+#include "PhoneBookHistory.h"
 
 #include <QString>
 
@@ -25,11 +26,15 @@ public:
     [[nodiscard]] const QString &FileName() const { return m_fileName; }
 
     /// The built-in group "Everyone": every contact, in the order of the file.
-    [[nodiscard]] LxGroup &AllContacts() const { return *m_allContacts; }
+    [[nodiscard]] LxGroup &AllContacts() const { return *m_groups.GetFirstGroup(); }
 
     /// "Everyone" and then the user's groups in the order in which they were made.
     [[nodiscard]] LxGroupList &Groups() { return m_groups; }
     [[nodiscard]] LxGroupList GroupsExcludingAllContacts() const;
+
+    /// What commands changed, and the way back. Loading a file and ClearAll begin it anew.
+    [[nodiscard]] PhoneBookHistory &History() { return m_history; }
+    [[nodiscard]] const PhoneBookHistory &History() const { return m_history; }
 
     /// A contact of this phone book's countries, in no group yet.
     [[nodiscard]] LxContactPtr CreateContact() const;
@@ -92,6 +97,9 @@ public:
 private:
     class GroupFinder;
 
+    /// Groups that hold nobody yet, "Everyone" alone.
+    [[nodiscard]] static LxGroupList NewGroups();
+
     /// Adds a contact to "Everyone" and to the groups of these names, joined by ";".
     void AddContact(const LxContactPtr &contact, const QString &groups, GroupFinder &finder);
     /// The line's contact; null for a line that breaks the rules. `groups` becomes the names of its groups.
@@ -109,6 +117,7 @@ private:
     FileLock m_lock;
     /// Whether the file holds, or may hold, what is not in memory.
     bool m_mustKeepOldFile = false;
+    /// "Everyone" comes first, and never goes.
     LxGroupList m_groups;
-    LxGroup *m_allContacts = nullptr;
+    PhoneBookHistory m_history{m_groups};
 };

@@ -58,29 +58,41 @@ void ContactListView::Find(const LxGroup &group, const QString &findText)
     scrollToTop();
 }
 
-void ContactListView::FillInPlace(const LxGroup &group, const QString &findText)
+void ContactListView::FillInPlace(const LxGroup &group, const QString &findText, const LxContactList &toSelect)
 {
     const LxContactList selected = Selected();
     const QModelIndex current = currentIndex();
     const LxContactPtr currentContact = current.isValid() ? m_model->ContactAt(current.row()) : nullptr;
     const int scrolledTo = verticalScrollBar()->value();
     Fill(group, findText);
+    const int firstToSelect = SelectAll(toSelect);
+    if (firstToSelect < 0)
+        SelectAll(selected);
+    const int currentRow = firstToSelect >= 0 ? firstToSelect : currentContact ? m_model->RowOf(*currentContact) : -1;
+    selectionModel()->setCurrentIndex(m_model->index(currentRow, 0), QItemSelectionModel::NoUpdate);
+    verticalScrollBar()->setValue(scrolledTo);
+    if (firstToSelect >= 0)
+        scrollTo(currentIndex());
+}
+
+int ContactListView::SelectAll(const LxContactList &contacts)
+{
+    if (contacts.Count() == 0)
+        return -1;
     QItemSelection rows;
-    const auto isSelected = [&](int row) { return selected.Contains(*m_model->ContactAt(row)); };
+    const auto isOne = [&](int row) { return contacts.Contains(*m_model->ContactAt(row)); };
     const int count = RowCount();
     for (int row = 0; row < count; ++row) {
-        if (!isSelected(row))
+        if (!isOne(row))
             continue;
         // Neighbours share a range: what the list does with thousands of ranges takes their number squared.
         const int first = row;
-        while (row + 1 < count && isSelected(row + 1))
+        while (row + 1 < count && isOne(row + 1))
             ++row;
         rows.select(m_model->index(first, 0), m_model->index(row, ContactColumns::Count - 1));
     }
     selectionModel()->select(rows, QItemSelectionModel::Select);
-    const int currentRow = currentContact ? m_model->RowOf(*currentContact) : -1;
-    selectionModel()->setCurrentIndex(m_model->index(currentRow, 0), QItemSelectionModel::NoUpdate);
-    verticalScrollBar()->setValue(scrolledTo);
+    return rows.isEmpty() ? -1 : rows.first().top();
 }
 
 void ContactListView::Insert(const LxContactPtr &contact)

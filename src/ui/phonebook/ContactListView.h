@@ -23,8 +23,9 @@ public:
 
     /// Shows the members of the group, as they are now, that answer to the find text, from the first row on.
     void Fill(const LxGroup &group, const QString &findText);
-    /// The same, where selection, current row and scroll position stay with their contacts.
-    void FillInPlace(const LxGroup &group, const QString &findText);
+    /// The same, where the scroll position stays. Those of these contacts that get rows are selected, the first of them
+    /// current and in sight; without such ones selection and current row stay with their contacts.
+    void FillInPlace(const LxGroup &group, const QString &findText, const LxContactList &toSelect = {});
     /// Shows those of the group's members that answer to another find text, from the first row on.
     void Find(const LxGroup &group, const QString &findText);
 
@@ -58,6 +59,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    /// Returns the first of their rows, or -1.
+    int SelectAll(const LxContactList &contacts);
     void SortByClick(int column);
     void ApplySort();
 

@@ -4,6 +4,7 @@
 #include "LxGroup.h"
 
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QSignalBlocker>
 
 GroupListView::GroupListView(QWidget *parent)
@@ -24,8 +25,11 @@ void GroupListView::SetPhoneBook(const LxPhoneBook &phoneBook)
 
 void GroupListView::Fill()
 {
+    const int scrolledTo = verticalScrollBar()->value();
     m_model->Fill();
     ChooseRow(m_model->RowOf(m_chosenID));
+    verticalScrollBar()->setValue(scrolledTo);
+    scrollTo(currentIndex());
 }
 
 void GroupListView::Choose(const LxGroup &group)

@@ -17,7 +17,8 @@ public:
     /// Comes once, before anything else. The phone book must outlive the list.
     void SetPhoneBook(const LxPhoneBook &phoneBook);
 
-    /// Shows the groups that the phone book has now. The chosen group stays chosen while it exists, else "Everyone" is.
+    /// Shows the groups that the phone book has now, from where the list is scrolled to. The chosen group stays chosen
+    /// while it exists, else "Everyone" is, and is in sight.
     void Fill();
 
     /// Chooses the group, or "Everyone" where it has no row, without telling.

@@ -59,7 +59,8 @@ PhoneBookChange MaintenanceCommands::MergeDuplicates() const
     Maintenance::MergeDuplicates(m_phoneBook);
     const int gone = before - m_phoneBook.AllContacts().Count();
     return {.shown = Shown::Everything,
-            .status = gone == 1 ? tr("1 contact merged") : tr("%1 contacts merged").arg(gone)};
+            .status = gone == 1 ? tr("1 contact merged") : tr("%1 contacts merged").arg(gone),
+            .command = tr("Merge Duplicates")};
 }
 
 PhoneBookChange MaintenanceCommands::DeleteByList() const
@@ -69,7 +70,8 @@ PhoneBookChange MaintenanceCommands::DeleteByList() const
         return {};
     const WaitCursor hourglass;
     const int count = Maintenance::DeleteByList(m_phoneBook, dialog.ExclusionList());
-    return {.shown = Shown::Everything, .status = tr("%1 contacts deleted").arg(count)};
+    return {
+        .shown = Shown::Everything, .status = tr("%1 contacts deleted").arg(count), .command = tr("Delete Multiple")};
 }
 
 QString MaintenanceCommands::AskBackupFile(bool isForRestore) const
@@ -120,7 +122,8 @@ PhoneBookChange MaintenanceCommands::Restore(const LxGroup &chosen) const
     // was.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const QString name = chosen.Name();
-    PhoneBookChange change{.shown = Shown::Everything, .notices = {KeptFileNotice(kept)}, .isSaved = true};
+    PhoneBookChange change{
+        .shown = Shown::Everything, .notices = {KeptFileNotice(kept)}, .isSaved = true, .command = tr("Restore")};
     const QString notRestored = Attempt([&] { kept = m_phoneBook.Restore(path); });
     change.group = m_phoneBook.Groups().Lookup(name);
     if (notRestored.isEmpty())
@@ -208,7 +211,7 @@ PhoneBookChange MaintenanceCommands::ImportContacts(const LxContactList &contact
     LxGroupList &groups = m_phoneBook.Groups();
     LxGroup &group = groups.CreateGroup(groups.UniqueName(tr("Imported")));
     const QString failure = Attempt([&] { m_phoneBook.Import(contacts, &group); });
-    PhoneBookChange change{.shown = Shown::NewGroup, .group = &group};
+    PhoneBookChange change{.shown = Shown::NewGroup, .group = &group, .command = tr("Import")};
     if (group.Count() == 0) {
         groups.DestroyGroup(group);
         change = {.shown = Shown::Everything};

@@ -6,6 +6,7 @@
 #include "Icons.h"
 #include "PhoneBookLists.h"
 #include "RowKeys.h"
+#include "UndoActions.h"
 #include "VendorPages.h"
 #include "VendorSite.h"
 #include "ui_PhoneBook.h"
@@ -83,10 +84,10 @@ void PhoneBook::ConnectLists()
         EnableCommands();
     });
     connect(&groups, &NameListView::NameTyped, this, [this](const QString &key, const QString &name) {
-        Show(m_commands.RenameGroup(GetGroup(RowKeys::IdentityOf(key)), name));
+        Run([&] { return m_commands.RenameGroup(GetGroup(RowKeys::IdentityOf(key)), name); });
     });
     connect(&contacts, &NameListView::NameTyped, this, [this](const QString &key, const QString &name) {
-        Show(m_commands.RenameContact(GetContact(RowKeys::IdentityOf(key)), name));
+        Run([&] { return m_commands.RenameContact(GetContact(RowKeys::IdentityOf(key)), name); });
     });
     connect(&contacts, &ContactListView::OpenAsked, m_ui->mnuEditContact, &QAction::trigger);
     connect(&contacts, &QTreeView::customContextMenuRequested, this,
@@ -158,10 +159,19 @@ void PhoneBook::ConnectCommands()
             if (command.run)
                 connect(starter, &QAction::triggered, this, [this, run = command.run] {
                     m_lists->CommitEditors();
-                    Show(run());
+                    Run(run);
                 });
         }
     }
+    m_undo = new UndoActions(*m_ui->mnuUndo, *m_ui->mnuRedo, m_phoneBook->History(), m_services.window.quietTime, this);
+    connect(m_undo, &UndoActions::UndoAsked, this, [this] {
+        m_lists->CommitEditors();
+        Show(m_commands.Undo(ChosenGroup()));
+    });
+    connect(m_undo, &UndoActions::RedoAsked, this, [this] {
+        m_lists->CommitEditors();
+        Show(m_commands.Redo(ChosenGroup()));
+    });
     for (const QMenu *menu : {m_ui->mnuEdit, m_ui->mnuContacts, m_ui->mnuPopupContacts, m_ui->mnuPopupGroups})
         connect(menu, &QMenu::aboutToShow, this, &PhoneBook::EnableCommands);
 }
@@ -173,6 +183,22 @@ void PhoneBook::EnableCommands()
         for (QAction *starter : command.starters)
             starter->setEnabled(command.mayRun(now));
     }
+    m_undo->Refresh();
+}
+
+template <typename Work>
+PhoneBookChange PhoneBook::Run(Work command)
+{
+    PhoneBookChange change;
+    {
+        PhoneBookHistory::Recording recording(m_phoneBook->History());
+        change = command();
+        recording.SetName(change.command);
+    }
+    if (m_undo)
+        m_undo->Refresh();
+    Show(change);
+    return change;
 }
 
 void PhoneBook::PopUp(QMenu &menu, const QTreeView &list, const QPoint &position)
@@ -224,7 +250,10 @@ LxGroup &PhoneBook::GetGroup(int groupID)
 
 void PhoneBook::AddContact(const LxContactPtr &contact)
 {
-    m_phoneBook->AllContacts().Add(contact);
+    {
+        const PhoneBookHistory::Recording recording(m_phoneBook->History(), tr("New Contact"));
+        m_phoneBook->AllContacts().Add(contact);
+    }
     if (!m_isLoaded)
         return;
     PhoneBookChange change{.shown = PhoneBookChange::Shown::NewContact};
@@ -234,19 +263,19 @@ void PhoneBook::AddContact(const LxContactPtr &contact)
 
 bool PhoneBook::EditContact(const LxContactPtr &contact, QWidget *parent)
 {
-    return Show(m_commands.Edit(contact, parent));
+    return Run([&] { return m_commands.Edit(contact, parent); }).IsAny();
 }
 
 bool PhoneBook::EditNewContact(const LxContactPtr &contact, const NewContactOptions &options, QWidget *parent)
 {
     LxGroup *group = options.joinsChosenGroup ? &ChosenGroup() : nullptr;
-    return Show(m_commands.EditNew(contact, options.name, options.number, group, parent));
+    return Run([&] { return m_commands.EditNew(contact, options.name, options.number, group, parent); }).IsAny();
 }
 
 LxGroup &PhoneBook::CreateNewGroup(bool addSelectedContacts)
 {
-    const PhoneBookChange change = m_commands.CreateGroup(addSelectedContacts ? Selected() : LxContactList());
-    Show(change);
+    const LxContactList members = addSelectedContacts ? Selected() : LxContactList();
+    const PhoneBookChange change = Run([&] { return m_commands.CreateGroup(members); });
     return GetGroup(change.group->GroupID());
 }
 
@@ -264,10 +293,10 @@ LxContactList PhoneBook::ParseContacts(const QString &text)
 
 void PhoneBook::ImportContactsData(const LxContactList &contacts)
 {
-    Show(m_maintenance.ImportContacts(contacts));
+    Run([&] { return m_maintenance.ImportContacts(contacts); });
 }
 
-bool PhoneBook::Show(const PhoneBookChange &change)
+void PhoneBook::Show(const PhoneBookChange &change)
 {
     if (m_isLoaded)
         m_lists->Show(change);
@@ -282,7 +311,6 @@ bool PhoneBook::Show(const PhoneBookChange &change)
         m_services.window.prompts.ShowMessageBox(*change.failure, this);
     else if (m_isLoaded && change.shown == PhoneBookChange::Shown::NewGroup)
         m_lists->EditGroupName();
-    return change.shown != PhoneBookChange::Shown::Nothing;
 }
 
 void PhoneBook::Status(const QString &text)

@@ -19,6 +19,7 @@
 class PhoneBookLists;
 class QMenu;
 class QTreeView;
+class UndoActions;
 namespace Ui {
 class PhoneBook;
 }
@@ -137,8 +138,12 @@ private:
     bool Save();
     bool CommitAndSave();
 
-    /// Shows what a command changed, saves it and tells what there is to tell. Returns whether it changed anything.
-    bool Show(const PhoneBookChange &change);
+    /// Runs a command, records what it changes as one thing to undo, and shows it. Returns what the command did.
+    template <typename Work>
+    PhoneBookChange Run(Work command);
+
+    /// Shows what a command changed, saves it and tells what there is to tell.
+    void Show(const PhoneBookChange &change);
     void TellNotices();
 
     [[nodiscard]] LxGroup &ChosenGroup() const;
@@ -158,6 +163,7 @@ private:
     std::unique_ptr<Ui::PhoneBook> m_ui;
     PhoneBookLists *m_lists = nullptr;
     std::vector<Command> m_table;
+    UndoActions *m_undo = nullptr;
     /// Between the window's showing and its closing, when the lists show the phone book.
     bool m_isLoaded = false;
     /// While the window closes, which saves once itself.

@@ -24,6 +24,9 @@ struct PhoneBookChange
         GroupName,
         /// `group` was added: it is chosen, and the user names it at once, unless a failure is to be told.
         NewGroup,
+        /// A command was taken back or done again: any rows of both lists. `contacts` came back or are other ones, and
+        /// are selected. `group` is chosen where there is one, else the chosen group stays chosen.
+        Turned,
         /// All rows of both lists. `group` is chosen where there is one, else the chosen group stays chosen.
         Everything
     };
@@ -39,6 +42,9 @@ struct PhoneBookChange
     std::optional<MessageBoxRequest> failure = {};
     /// Whether the command saved the phone book itself.
     bool isSaved = false;
+    /// What the user can take back then, such as "Delete Contacts".
+    QString command = {};
 
-    [[nodiscard]] bool MustBeSaved() const { return shown != Shown::Nothing && !isSaved; }
+    [[nodiscard]] bool IsAny() const { return shown != Shown::Nothing; }
+    [[nodiscard]] bool MustBeSaved() const { return IsAny() && !isSaved; }
 };

@@ -4,6 +4,9 @@
 #include "ContactProperties.h"
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
+#include "WaitCursor.h"
+
+#include <QApplication>
 
 using namespace Qt::StringLiterals;
 
@@ -52,7 +55,7 @@ PhoneBookChange PhoneBookCommands::Edit(const LxContactPtr &contact, QWidget *pa
         dialog.exec();
     if (dialog.Canceled())
         return {};
-    return {.shown = Shown::Contacts, .contacts = Only(contact)};
+    return {.shown = Shown::Contacts, .contacts = Only(contact), .command = tr("Properties")};
 }
 
 PhoneBookChange PhoneBookCommands::EditNew(const LxContactPtr &contact, const QString &name, const QString &number,
@@ -70,7 +73,7 @@ PhoneBookChange PhoneBookCommands::EditNew(const LxContactPtr &contact, const QS
         return {};
     }
     m_phoneBook.AllContacts().Add(contact);
-    return {.shown = Shown::NewContact, .contacts = Only(contact)};
+    return {.shown = Shown::NewContact, .contacts = Only(contact), .command = tr("New Contact")};
 }
 
 PhoneBookChange PhoneBookCommands::Delete(const LxContactList &contacts) const
@@ -87,7 +90,7 @@ PhoneBookChange PhoneBookCommands::Delete(const LxContactList &contacts) const
         return {};
     for (const LxContactPtr &contact : contacts)
         contact->Destroy();
-    return {.shown = Shown::Deleted, .contacts = contacts};
+    return {.shown = Shown::Deleted, .contacts = contacts, .command = tr("Delete Contacts")};
 }
 
 PhoneBookChange PhoneBookCommands::RenameContact(const LxContactPtr &contact, const QString &typed) const
@@ -96,7 +99,7 @@ PhoneBookChange PhoneBookCommands::RenameContact(const LxContactPtr &contact, co
     if (name.isEmpty())
         return {};
     contact->SetName(name);
-    return {.shown = Shown::Contacts, .contacts = Only(contact)};
+    return {.shown = Shown::Contacts, .contacts = Only(contact), .command = tr("Rename")};
 }
 
 PhoneBookChange PhoneBookCommands::DeleteGroup(LxGroup &group) const
@@ -108,7 +111,7 @@ PhoneBookChange PhoneBookCommands::DeleteGroup(LxGroup &group) const
     if (!Confirms(question, tr("Delete Group?")))
         return {};
     m_phoneBook.Groups().DestroyGroup(group);
-    return {.shown = Shown::Everything};
+    return {.shown = Shown::Everything, .command = tr("Delete Group")};
 }
 
 PhoneBookChange PhoneBookCommands::CreateGroup(const LxContactList &members) const
@@ -117,7 +120,7 @@ PhoneBookChange PhoneBookCommands::CreateGroup(const LxContactList &members) con
     LxGroup &group = groups.CreateGroup(groups.UniqueName(tr("New Group")));
     for (const LxContactPtr &contact : members)
         group.Add(contact);
-    return {.shown = Shown::NewGroup, .group = &group};
+    return {.shown = Shown::NewGroup, .group = &group, .command = tr("New Group")};
 }
 
 PhoneBookChange PhoneBookCommands::RenameGroup(LxGroup &group, const QString &typed) const
@@ -129,7 +132,7 @@ PhoneBookChange PhoneBookCommands::RenameGroup(LxGroup &group, const QString &ty
     if (name == group.Name())
         return {};
     group.SetName(name);
-    return {.shown = Shown::GroupName, .group = &group};
+    return {.shown = Shown::GroupName, .group = &group, .command = tr("Rename Group")};
 }
 
 PhoneBookChange PhoneBookCommands::AddToExistingGroup(const LxContactList &contacts, const LxGroup &proposed) const
@@ -147,14 +150,14 @@ PhoneBookChange PhoneBookCommands::AddToExistingGroup(const LxContactList &conta
     LxGroup &group = m_phoneBook.Groups().GetGroup(dialog.ChosenGroupID());
     for (const LxContactPtr &contact : contacts)
         group.Add(contact);
-    return {.shown = Shown::Contacts, .contacts = contacts};
+    return {.shown = Shown::Contacts, .contacts = contacts, .command = tr("Add To Group")};
 }
 
 PhoneBookChange PhoneBookCommands::RemoveFromAllGroups(const LxContactList &contacts) const
 {
     for (const LxContactPtr &contact : contacts)
         contact->RemoveFromGroups(m_phoneBook.AllContacts());
-    return {.shown = Shown::Contacts, .contacts = contacts};
+    return {.shown = Shown::Contacts, .contacts = contacts, .command = tr("Remove From Group")};
 }
 
 PhoneBookChange PhoneBookCommands::RemoveFromGroup(const LxContactList &contacts, LxGroup &group) const
@@ -163,5 +166,44 @@ PhoneBookChange PhoneBookCommands::RemoveFromGroup(const LxContactList &contacts
         return {};
     for (const LxContactPtr &contact : contacts)
         group.Remove(contact);
-    return {.shown = Shown::Contacts, .contacts = contacts};
+    return {.shown = Shown::Contacts, .contacts = contacts, .command = tr("Remove From Group")};
+}
+
+PhoneBookChange PhoneBookCommands::Undo(const LxGroup &chosen) const
+{
+    return Turn(&PhoneBookHistory::Undo, tr("Undone: %1"), chosen);
+}
+
+PhoneBookChange PhoneBookCommands::Redo(const LxGroup &chosen) const
+{
+    return Turn(&PhoneBookHistory::Redo, tr("Redone: %1"), chosen);
+}
+
+PhoneBookChange PhoneBookCommands::Turn(std::optional<PhoneBookHistory::Outcome> (PhoneBookHistory::*turn)(),
+                                        const QString &text, const LxGroup &chosen) const
+{
+    if (QApplication::activeModalWidget())
+        return {};
+    const int chosenID = chosen.GroupID();
+    // Before the groups are other ones.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const QString chosenName = chosen.Name();
+    const WaitCursor hourglass;
+    auto outcome = (m_phoneBook.History().*turn)();
+    if (!outcome)
+        return {};
+    RecordedCommand::Effect &effect = outcome->effect;
+    const LxGroupList &groups = m_phoneBook.Groups();
+    const LxGroup *group = effect.group;
+    if (!group && !groups.ExistsID(chosenID))
+        group = groups.Lookup(chosenName);
+    const int moved = effect.came.Count() + effect.goneCount;
+    const int count = moved > 0 ? moved : effect.altered.Count();
+    const QString what = count == 0   ? outcome->command
+                         : count == 1 ? tr("%1 (1 contact)").arg(outcome->command)
+                                      : tr("%1 (%2 contacts)").arg(outcome->command, QString::number(count));
+    return {.shown = Shown::Turned,
+            .contacts = std::move(effect.came.Count() > 0 ? effect.came : effect.altered),
+            .group = group,
+            .status = text.arg(what)};
 }

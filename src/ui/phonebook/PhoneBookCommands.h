@@ -3,10 +3,13 @@
 #include "LxContact.h"
 #include "LxContactList.h"
 #include "PhoneBookChange.h"
+#include "PhoneBookHistory.h"
 #include "WindowServices.h"
 
 #include <QCoreApplication>
 #include <QString>
+
+#include <optional>
 
 class LxCountryList;
 class LxPhoneBook;
@@ -49,7 +52,14 @@ public:
     /// Nothing for "Everyone", which nobody leaves so.
     PhoneBookChange RemoveFromGroup(const LxContactList &contacts, LxGroup &group) const;
 
+    /// Takes the last command back, or does the one that was taken back last again, whatever commands they are. The
+    /// chosen group stays chosen, or one of its name is. Nothing while a dialog is open, whose work it could undo.
+    PhoneBookChange Undo(const LxGroup &chosen) const;
+    PhoneBookChange Redo(const LxGroup &chosen) const;
+
 private:
+    PhoneBookChange Turn(std::optional<PhoneBookHistory::Outcome> (PhoneBookHistory::*turn)(), const QString &text,
+                         const LxGroup &chosen) const;
     [[nodiscard]] bool IsEveryone(const LxGroup &group) const;
     [[nodiscard]] bool Confirms(const QString &question, const QString &caption) const;
 

@@ -67,6 +67,12 @@ void PhoneBookLists::Show(const PhoneBookChange &change)
         m_groups.RowChanged(*change.group);
         m_contacts.FillInPlace(ChosenGroup(), m_find.text());
         break;
+    case PhoneBookChange::Shown::Turned:
+        m_groups.Fill();
+        if (change.group)
+            m_groups.Choose(*change.group);
+        m_contacts.FillInPlace(ChosenGroup(), m_find.text(), change.contacts);
+        break;
     case PhoneBookChange::Shown::NewGroup:
         m_groups.Fill();
         SelectGroup(*change.group);

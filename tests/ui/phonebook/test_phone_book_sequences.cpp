@@ -46,7 +46,7 @@ class TestPhoneBookSequences final : public QObject, private YesProfile, private
             u"mnuNewGroup mnuAddContactsToNewGroup mnuAddContactsToExistingGroup mnuRemoveContactsFromAllGroups "
             "mnuRemoveContactsFromThisGroup mnuDelete mnuPopupDeleteContacts mnuPopupDeleteGroup mnuMergeDuplicates "
             "mnuExclude mnuBackup mnuRestore mnuContactsImport mnuAddContact mnuAddContact mnuAddContact "
-            "mnuEditContact rename rename find sort close"_s.split(u' ');
+            "mnuEditContact mnuUndo mnuUndo mnuRedo rename rename find sort close"_s.split(u' ');
         QTreeView &list = m_random.bounded(2) ? Groups() : Contacts();
         list.setFocus();
         if (m_random.bounded(2)) {
@@ -116,9 +116,19 @@ private slots:
         QTimer answers;
         answers.callOnTimeout(this, [this] { AnswerDialog(); });
         answers.start(0);
+        QByteArray before = ReadBytes(book.FileName());
         for (int i = 0; i < 1000; ++i) {
             const QString done = Act();
             QCoreApplication::processEvents();
+            if (i % 8 == 7) {
+                while (book.History().CanUndo())
+                    Trigger(u"mnuUndo"_s);
+                QCOMPARE(ReadBytes(book.FileName()), before);
+                while (book.History().CanRedo())
+                    Trigger(u"mnuRedo"_s);
+                book.History().Clear();
+                before = ReadBytes(book.FileName());
+            }
             const QString wrong = Wrong();
             QVERIFY2(wrong.isEmpty(), qPrintable(u"step %1, %2: %3"_s.arg(QString::number(i), done, wrong)));
         }

@@ -334,6 +334,51 @@ private slots:
         QVERIFY(ReadBytes(f.Book().FileName()).contains("\"Ann\",44,\"07700900003\",\"Work;Club\""));
     }
 
+    void commandsAreTakenBackByKey()
+    {
+        OpenPhoneBook f;
+        QVERIFY(f.phoneBook.Autosave());
+        const QByteArray before = ReadBytes(f.Book().FileName());
+        const auto afterHeldKey = [&f](QWidget *place, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
+            place->setFocus();
+            for (const bool isPress : {true, true, true, false}) // nothing marks the repeats, as on some systems
+                QTest::simulateEvent(place, isPress, Qt::Key_Z, modifiers, {}, false);
+            QString shown = f.Rows(f.Contacts()) + u'|' + f.Status();
+            for (const char *name : {"mnuUndo", "mnuRedo"}) {
+                const auto &entry = Control<QAction>(f.phoneBook, name);
+                shown += u'|' + entry.text() + (entry.isEnabled() ? u"!"_s : QString());
+            }
+            return shown;
+        };
+        f.Select({0, 1});
+        f.ExpectDeleteQuestion(u"permanently delete the 2 selected contacts from"_s, PromptAnswer::Yes);
+        f.Trigger(u"mnuPopupDeleteContacts"_s);
+        f.Select({1});
+        f.ExpectDeleteQuestion(u"permanently delete 'Zoe' from"_s, PromptAnswer::Yes);
+        f.Trigger(u"mnuPopupDeleteContacts"_s);
+        QTest::keyClicks(&f.Find(), u"q"_s); // which the box takes back
+        QCOMPARE(afterHeldKey(&f.Find()), u"Élan|1 contacts|&Undo Delete Contacts!|&Redo"_s);
+        const auto undone =
+            u"Élan Zoe*<|Undone: Delete Contacts (1 contact)|&Undo Delete Contacts!|&Redo Delete Contacts!"_s;
+        QCOMPARE(afterHeldKey(&f.Contacts()), undone);
+        QTest::keyClick(&f.Contacts(), Qt::Key_F2);
+        QTest::keyClicks(f.Editor(f.Contacts()), u"q"_s);
+        QCOMPARE(afterHeldKey(f.Editor(f.Contacts())), undone);
+        QCOMPARE(afterHeldKey(&f.Contacts()),
+                 u"Ann*< Bob* Élan Zoe|Undone: Delete Contacts (2 contacts)|&Undo|&Redo Delete Contacts!"_s);
+        QCOMPARE(ReadBytes(f.Book().FileName()), before);
+        QCOMPARE(afterHeldKey(&f.Contacts(), Qt::ControlModifier | Qt::ShiftModifier),
+                 u"Élan Zoe|Redone: Delete Contacts (2 contacts)|&Undo Delete Contacts!|&Redo Delete Contacts!"_s);
+        WhenDialogOpens(u"ContactProperties"_s, [&f](QDialog &) { f.Contacts().selectAll(); });
+        f.Trigger(u"actProperties"_s);
+        QVERIFY(Control<QAction>(f.phoneBook, "mnuUndo").isEnabled());
+        QDialog post;
+        post.setModal(true);
+        post.show();
+        f.Trigger(u"mnuUndo"_s);
+        QCOMPARE(f.Print(), u"Zoe: Élan: | Work"_s);
+    }
+
     void everythingGoesByKeyboard()
     {
         OpenPhoneBook f;
