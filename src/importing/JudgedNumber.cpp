@@ -28,6 +28,14 @@ bool HasForeignLetters(const QString &text)
     return !letters.isEmpty() && letters != "x"_L1 && letters != "ext"_L1;
 }
 
+/// Whether the digits were taken for a landline, although they begin with the dialling code of its country.
+bool IsLandlineAfterOwnCode(const NumberJudge::Reading &reading, const QString &digits)
+{
+    if (reading.type != NumberJudge::Type::Landline || !reading.international.endsWith(digits))
+        return false;
+    return digits.startsWith(PhoneNumbers::RemovePlus(reading.international.chopped(digits.size())));
+}
+
 NumberKind KindOf(NumberJudge::Type type)
 {
     switch (type) {
@@ -100,9 +108,10 @@ JudgedNumber NumberRules::Judge(const QString &number, const QString &country, N
     if (told.isEmpty() && PhoneNumbers::IsAllDigits(code) && !cleaned.startsWith(u'+'))
         reading = m_judge.Read(u'+' + code + PhoneNumbers::RemoveTrunkZero(cleaned), {});
     bool isGuessed = false;
-    // Spreadsheets take the "+" off.
+    // Spreadsheets take the "+" off, and what is left may be a landline in the country whose code it begins with.
     constexpr qsizetype kShortestWithCode = 11;
-    if (!isKnown() && PhoneNumbers::IsLocalNumber(cleaned) && cleaned.size() >= kShortestWithCode) {
+    if (PhoneNumbers::IsLocalNumber(cleaned) && cleaned.size() >= kShortestWithCode &&
+        (!isKnown() || IsLandlineAfterOwnCode(*reading, cleaned))) {
         const auto guessed = m_judge.Read(u'+' + cleaned, {});
         isGuessed = guessed && guessed->type >= NumberJudge::Type::MayBeMobile;
         if (isGuessed)

@@ -24,13 +24,14 @@ using Row = void (*)(int, void *);
 bool Parse(QByteArrayView text, char separator, Field field, Row row, void *data)
 {
     csv_parser parser;
-    csv_init(&parser, CSV_STRICT_FINI);
+    csv_init(&parser, 0);
     const std::unique_ptr<csv_parser, decltype(&csv_free)> owner(&parser, csv_free);
     csv_set_delim(&parser, static_cast<unsigned char>(separator));
     const auto size = static_cast<size_t>(text.size());
-    // It is strict about nothing but the end.
     if (csv_parse(&parser, text.data(), size, field, row, data) != size)
         throw std::bad_alloc();
+    // It may be strict about the end alone, not about quotes within a field.
+    csv_set_opts(&parser, CSV_STRICT | CSV_STRICT_FINI);
     return csv_fini(&parser, field, row, data) == 0;
 }
 
