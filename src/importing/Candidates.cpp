@@ -30,6 +30,11 @@ QStringList SplitNumbers(QStringView cell)
 {
     constexpr qsizetype kShortest = 6;
     QStringList numbers;
+    if (cell.isEmpty())
+        return numbers;
+    const auto maySeparate = [](QChar c) { return c == u':' || c == u';' || c == u',' || c == u'\n'; };
+    if (std::none_of(cell.begin(), cell.end(), maySeparate))
+        return {cell.toString()};
     for (const QStringView part : cell.split(u":::")) {
         QStringList pieces = part.toString().replace(u'\n', u';').replace(u',', u';').split(u';');
         for (QString &piece : pieces)
@@ -107,7 +112,8 @@ private:
 
     [[nodiscard]] NumberLabel LabelOf(int row, const ImportColumn &column) const
     {
-        const NumberLabel told = ImportColumns::LabelOf(m_table.Cell(row, column.labelColumn));
+        const QStringView words = m_table.Cell(row, column.labelColumn);
+        const NumberLabel told = words.isEmpty() ? NumberLabel::None : ImportColumns::LabelOf(words);
         return told == NumberLabel::None ? column.label : told;
     }
 
