@@ -125,6 +125,10 @@ ContactTable Read(const QByteArray &bytes)
             "ContactFile", "The file is cut off: it ends within quotes, which begin in row %1.");
         ForeignText::Raise(cut.arg(table.RowCount()));
     }
+    // Nor could it be shown.
+    constexpr int kMaxColumns = 1000;
+    if (table.ColumnCount() > kMaxColumns)
+        ForeignText::Raise(QCoreApplication::translate("ContactFile", "The file is no table of contacts."));
     table.SetHasHeading(ImportColumns::LooksLikeHeading(table));
     return table;
 }
