@@ -46,7 +46,6 @@ class TestImporting final : public QObject
                (candidate.isKnown ? u" known as "_s + candidate.knownAs : QString());
     }
 
-    /// A British contact.
     static void Add(LxPhoneBook &book, const QString &name, const QString &mobile)
     {
         const LxContactPtr contact = book.CreateHomeContact();
