@@ -18,14 +18,6 @@ bool Matches(const QRegularExpression &pattern, QStringView text)
     return pattern.match(text).hasMatch();
 }
 
-/// A day without separators is a number as well, so it speaks against a column but not against a number.
-bool IsCompactDate(QStringView text)
-{
-    static const QRegularExpression s_date(
-        QStringLiteral("^(?:18|19|20)\\d\\d(?:0[1-9]|1[0-2])(?:0[1-9]|[12]\\d|3[01])$"));
-    return Matches(s_date, text);
-}
-
 /// Post codes with a hyphen, decimal numbers and addresses of machines.
 bool IsOtherNumber(QStringView text)
 {
@@ -43,13 +35,14 @@ PhoneLikeness PhoneLikenessOf(QStringView cell)
                                  ? cell
                                  : cell.first(cell.indexOf(u":::")).trimmed();
     static const QRegularExpression s_phone(QStringLiteral("^\\+?[\\d\\s()./\\[\\]-]+$"));
-    if (!Matches(s_phone, text) || IsDate(text) || IsCompactDate(text) || IsOtherNumber(text))
+    if (!Matches(s_phone, text) || IsDate(text) || IsOtherNumber(text))
         return PhoneLikeness::None;
     const auto digits = std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
     if (digits < 7 || digits > 15)
         return PhoneLikeness::None;
     if (text.startsWith(u'+') || text.startsWith(u'0') || text.startsWith(u"(0"))
         return PhoneLikeness::Strong;
+    // Digits alone must be more than a day or a post code has.
     return digits < text.size() || digits >= 9 ? PhoneLikeness::Weak : PhoneLikeness::None;
 }
 
