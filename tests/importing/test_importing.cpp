@@ -5,7 +5,6 @@
 #include "Fakes.h"
 #include "Files.h"
 #include "LxCountryList.h"
-#include "LxPhoneBook.h"
 #include "NumberJudge.h"
 #include "Printed.h"
 #include "Raised.h"
