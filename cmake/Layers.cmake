@@ -24,6 +24,11 @@ brevio_layer(src/encodings PUBLIC Qt6::Core PRIVATE Brevio::base)
 brevio_layer(src/numbers PUBLIC Qt6::Core PRIVATE Brevio::base)
 brevio_layer(src/phonebook PUBLIC Qt6::Core Brevio::base PRIVATE Brevio::encodings Brevio::numbers)
 brevio_layer(src/history PUBLIC Qt6::Core Brevio::base PRIVATE SQLiteCpp)
+brevio_layer(src/importing
+  PUBLIC Qt6::Core
+  PRIVATE Brevio::base Brevio::numbers Brevio::phonebook Found::csv)
+# A plugin: what it links is loaded when the first import opens.
+brevio_layer(src/importing/judge PUBLIC Qt6::Core Brevio::importing PRIVATE Found::phonenumber)
 brevio_layer(src/messaging
   PUBLIC Qt6::Core Brevio::base
   PRIVATE Brevio::encodings Brevio::numbers Brevio::phonebook Qt6::Network CURL::libcurl)

@@ -12,6 +12,7 @@
 #include "TextFile.h"
 #include "TextWriter.h"
 #include "Utils.h"
+#include "VCardFile.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -325,13 +326,14 @@ void LxPhoneBook::Import(const LxContactList &contacts, LxGroup *group)
     }
 }
 
-void LxPhoneBook::Export(const QString &name, const LxGroup &group) const
+void LxPhoneBook::Export(const QString &name, const LxGroup &group, ExportKind kind) const
 {
     if (IsSameFile(name, m_fileName)) {
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
                     QCoreApplication::translate("LxPhoneBook", "This file is the phone book itself"));
     }
-    SaveFile(name, ExportFile::Content(group, m_clock.Now().date()));
+    SaveFile(name, kind == ExportKind::VCards ? VCardFile::Content(group, *m_allContacts)
+                                              : ExportFile::Content(group, m_clock.Now().date()));
 }
 
 QByteArray LxPhoneBook::Content() const

@@ -84,9 +84,10 @@ public:
     /// Raises what LxContact::Clone raises for a contact without a country or a number; those before it stay added.
     void Import(const LxContactList &contacts, LxGroup *group);
 
-    /// Writes the members of the group to a file for spreadsheets. Raises number 5, source "Corvane.PhoneBook", for the
-    /// phone book's own file.
-    void Export(const QString &name, const LxGroup &group) const;
+    enum class ExportKind { Spreadsheet, VCards };
+    /// Writes the members of the group to a file for other programs. Raises number 5, source "Corvane.PhoneBook", for
+    /// the phone book's own file.
+    void Export(const QString &name, const LxGroup &group, ExportKind kind = ExportKind::Spreadsheet) const;
 
     /// Empties the phone book. Files are not touched.
     void ClearAll();

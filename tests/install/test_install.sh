@@ -33,6 +33,10 @@ for program in brevio brevio-gateway; do
   expect 2 "Try --help." "$bin/$program" --bogus
 done
 
+# Nothing links what is loaded when it is wanted.
+plugin=$(dirname "$(realpath "$bin/brevio")")/numberjudge.so
+[[ $(ldd "$plugin") == *libphonenumber* ]] || fail "The plugin is missing: $plugin"
+
 # The settings are written once the country table, which lies beside the program, has been read.
 "$bin/brevio" -platform offscreen &
 program=$!
