@@ -332,7 +332,7 @@ void LxPhoneBook::Export(const QString &name, const LxGroup &group, ExportKind k
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.PhoneBook"_s,
                     QCoreApplication::translate("LxPhoneBook", "This file is the phone book itself"));
     }
-    SaveFile(name, kind == ExportKind::VCards ? VCardFile::Content(group, *m_allContacts)
+    SaveFile(name, kind == ExportKind::VCards ? VCardFile::Content(group, AllContacts())
                                               : ExportFile::Content(group, m_clock.Now().date()));
 }
 
