@@ -46,7 +46,6 @@ class TestSentMessages final : public QObject, private Profile
             if (act[0] == u'/') {
                 Control<QLineEdit>(*window, "txtFind").setText(rest);
             } else if (act[0] == u'#') {
-                emit List().horizontalHeader()->sectionPressed(rest.toInt());
                 emit List().horizontalHeader()->sectionClicked(rest.toInt());
             } else if (act[0] == u'^') {
                 QTest::keySequence(QApplication::focusWidget(), QKeySequence(rest));
