@@ -38,6 +38,7 @@ brevio_layer(src/controls PUBLIC Qt6::Widgets Brevio::base)
 brevio_layer(src/ui/post PUBLIC Qt6::Widgets Brevio::messaging PRIVATE Brevio::controls)
 brevio_layer(src/ui/phonebook PUBLIC Qt6::Widgets Brevio::base Brevio::phonebook Brevio::controls PRIVATE Brevio::numbers)
 brevio_layer(src/ui/results PUBLIC Qt6::Widgets Brevio::base Brevio::messaging Brevio::controls)
+brevio_layer(src/ui/sent PUBLIC Qt6::Widgets Brevio::base Brevio::history Brevio::controls)
 brevio_layer(src/ui/account
   PUBLIC Qt6::Widgets Brevio::base Brevio::messaging
   PRIVATE Brevio::encodings Brevio::numbers Brevio::controls)
@@ -46,7 +47,9 @@ brevio_layer(src/ui/about PUBLIC Qt6::Widgets Brevio::base PRIVATE Brevio::contr
 # But this one, which opens the others.
 brevio_layer(src/ui/compose
   PUBLIC Qt6::Widgets Brevio::base Brevio::phonebook Brevio::messaging Brevio::controls
-  PRIVATE Brevio::numbers Brevio::ui_phonebook Brevio::ui_account Brevio::ui_results Brevio::ui_about)
+  PRIVATE
+    Brevio::numbers Brevio::history
+    Brevio::ui_phonebook Brevio::ui_account Brevio::ui_results Brevio::ui_sent Brevio::ui_about)
 
 brevio_layer(src/startup
   PUBLIC Qt6::Widgets Brevio::base Brevio::messaging Brevio::controls Brevio::ui_post

@@ -9,6 +9,7 @@
 #include <QFormLayout>
 #include <QHeaderView>
 #include <QLayout>
+#include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
 #include <QStyle>
@@ -45,14 +46,14 @@ std::optional<int> StoredLength(const Settings &settings, const QString &section
     return pixels && *pixels > 0 ? pixels : std::nullopt;
 }
 
-QString WidthsSection(const QTreeView &list)
+QString WidthsSection(const QHeaderView &header)
 {
-    return list.objectName() + " Column Widths"_L1;
+    return header.parent()->objectName() + " Column Widths"_L1;
 }
 
-QString Caption(const QTreeView &list, int column)
+QString Caption(const QHeaderView &header, int column)
 {
-    return list.model()->headerData(column, Qt::Horizontal).toString();
+    return header.model()->headerData(column, Qt::Horizontal).toString();
 }
 
 /// Where boxes are high, a form sets its labels nearer to their tops than to their texts.
@@ -145,17 +146,17 @@ std::optional<QSize> StoredControlSize(const Settings &settings, const QWidget &
     return width && height ? std::optional(QSize(*width, *height)) : std::nullopt;
 }
 
-void SaveColumnWidths(Settings &settings, const QTreeView &list)
+void SaveColumnWidths(Settings &settings, const QHeaderView &header)
 {
-    for (int column = 0; column < list.model()->columnCount(); ++column)
-        SaveLength(settings, WidthsSection(list), Caption(list, column), list.columnWidth(column));
+    for (int column = 0; column < header.count(); ++column)
+        SaveLength(settings, WidthsSection(header), Caption(header, column), header.sectionSize(column));
 }
 
-void RestoreColumnWidths(const Settings &settings, QTreeView &list)
+void RestoreColumnWidths(const Settings &settings, QHeaderView &header)
 {
-    for (int column = 0; column < list.model()->columnCount(); ++column) {
-        if (const auto width = StoredLength(settings, WidthsSection(list), Caption(list, column)))
-            list.setColumnWidth(column, *width);
+    for (int column = 0; column < header.count(); ++column) {
+        if (const auto width = StoredLength(settings, WidthsSection(header), Caption(header, column)))
+            header.resizeSection(column, *width);
     }
 }
 
@@ -225,6 +226,22 @@ void SetUpReport(QTreeView &list)
     // An order of columns that the next start forgets is no use.
     list.header()->setSectionsMovable(false);
     list.setSelectionBehavior(QAbstractItemView::SelectRows);
+}
+
+void PaintHint(QAbstractItemView &list, const QString &hint)
+{
+    if (hint.isEmpty())
+        return;
+    const int line = list.fontMetrics().lineSpacing();
+    QRect room = list.viewport()->rect().adjusted(line / 2, line, -line / 2, 0);
+    room.setTop(room.top() + list.visualRect(list.model()->index(list.model()->rowCount() - 1, 0)).bottom());
+    // Fainter than a row, yet easier to read than a placeholder.
+    constexpr float kQuiet = 0.7F;
+    QColor quiet = list.palette().color(QPalette::Text);
+    quiet.setAlphaF(kQuiet);
+    QPainter painter(list.viewport());
+    painter.setPen(quiet);
+    painter.drawText(room, Qt::AlignHCenter | Qt::TextWordWrap, hint);
 }
 
 } // namespace Controls

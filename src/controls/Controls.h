@@ -4,8 +4,11 @@
 
 #include <optional>
 
+class QAbstractItemView;
 class QComboBox;
 class QDialog;
+class QHeaderView;
+class QString;
 class QTreeView;
 class QWidget;
 class Settings;
@@ -37,8 +40,8 @@ void SaveControlSize(Settings &settings, const QWidget &control);
 [[nodiscard]] std::optional<QSize> StoredControlSize(const Settings &settings, const QWidget &control);
 
 /// Section "<list> Column Widths", a key a column: its caption.
-void SaveColumnWidths(Settings &settings, const QTreeView &list);
-void RestoreColumnWidths(const Settings &settings, QTreeView &list);
+void SaveColumnWidths(Settings &settings, const QHeaderView &header);
+void RestoreColumnWidths(const Settings &settings, QHeaderView &header);
 
 /// Gives placeholders a colour of their own where the style paints them like what was typed.
 void MakePlaceholdersQuiet();
@@ -59,5 +62,9 @@ void FitToContents(QDialog &dialog);
 /// Gives a tree view the look and the keys of a report: whole rows, no tree, one Tab stop, pictures as high as the
 /// text.
 void SetUpReport(QTreeView &list);
+
+/// Writes a hint quietly into the room below the rows of a list that has few or none, from its paint event. Nothing for
+/// an empty one.
+void PaintHint(QAbstractItemView &list, const QString &hint);
 
 } // namespace Controls

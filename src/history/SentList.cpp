@@ -202,6 +202,7 @@ void SentList::Show(SQLite::Database &database)
                      [this](Place place) { return IsFound(m_messages[place]); });
     m_isShown = m_isLoaded && m_isFound;
     m_isStale = false;
+    ++m_revision;
 }
 
 void SentList::Refresh()

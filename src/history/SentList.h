@@ -69,6 +69,9 @@ public:
     /// Deletes all messages of the log, found or not.
     void Clear();
 
+    /// Changes whenever Advance made the rows others than before.
+    [[nodiscard]] int Revision() const { return m_revision; }
+
     /// How many messages the log has, known after the first Advance.
     [[nodiscard]] qint64 Total() const { return m_total; }
 
@@ -128,5 +131,6 @@ private:
     /// Whether the rows are those that they are to be at last, and whether they answer to another question.
     bool m_isShown = false;
     bool m_isStale = true;
+    int m_revision = 0;
     QCache<int, QList<SentMessage>> m_pages;
 };

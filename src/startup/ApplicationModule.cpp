@@ -7,6 +7,7 @@
 #include "LxPhoneBook.h"
 #include "PhoneBook.h"
 #include "PostModule.h"
+#include "SentKeeping.h"
 #include "SentLog.h"
 #include "Settings.h"
 #include "SingleInstance.h"
@@ -27,6 +28,7 @@ struct ApplicationModule::Program
         : settings(Settings::DefaultFileName(), prompts)
         , posts{internetSettings}
         , sentLog(SentLog::DefaultFileName(), clock)
+        , sentKeeping(sentLog, settings)
     {
     }
 
@@ -34,6 +36,7 @@ struct ApplicationModule::Program
     Settings settings;
     PostModule posts;
     SentLog sentLog;
+    SentKeeping sentKeeping;
     std::optional<PhoneBook> phoneBook;
     std::optional<Compose> compose;
 };
@@ -78,7 +81,8 @@ bool ApplicationModule::Main()
     OpenPhoneBook();
     m_program->compose.emplace(
         Compose::Services{services,
-                          {m_program->settings, m_program->posts, m_seams.postRunner, m_program->sentLog},
+                          {m_program->settings, m_program->posts, m_seams.postRunner, m_program->sentKeeping},
+                          m_program->sentLog,
                           *m_program->phoneBook});
     connect(qApp, &QGuiApplication::commitDataRequest, this, &ApplicationModule::Store);
     m_program->compose->show();

@@ -9,9 +9,11 @@
 #include "WindowPostRunner.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDirIterator>
 #include <QJsonDocument>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProcess>
@@ -102,6 +104,15 @@ private slots:
         QCOMPARE(p.Taken(), (QStringList{u"447700900123Ann Lee|£5\r\n<b>"_s, zoe + QString(158, u'x') + u".."_s,
                                          zoe + u"..xxx"_s}));
 
+        const auto lookAtSent = [compose] {
+            WhenDialogOpens(u"SentMessages"_s, [](QDialog &dialog) {
+                QTRY_COMPARE(Control<QLabel>(dialog, "lblStatus").text(), u"3 messages"_s);
+                Control<QCheckBox>(dialog, "chkKeep").click();
+            });
+            Control<QAction>(*compose, "mnuSentMessages").trigger();
+        };
+        lookAtSent();
+
         p.process.terminate();
         QVERIFY(p.process.waitForFinished(10000));
         p.prompts.ExpectBox(u"Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
@@ -109,6 +120,7 @@ private slots:
                             PromptIcon::Exclamation, PromptAnswer::Ok, {},
                             u"Could not connect to 127.0.0.1: Connection refused"_s);
         QCOMPARE(Send(u"ann"_s, u"Draft\nof two lines"_s), u"Message failed"_s);
+        lookAtSent(); // none more, as none was to be kept
         QVERIFY(compose->close());
         QCOMPARE(ReadBytes(p.phoneBook), lines + "\"Ann Lee\",44,\"7700900123\"\r\n");
         QVERIFY(ReadBytes(p.settings).contains("\"Text\": \"Draft\\r\\nof two lines\""));

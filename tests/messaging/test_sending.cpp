@@ -29,6 +29,7 @@ class TestSending final : public QObject, private PostRunner
     LxContactList m_group;
     qsizetype m_notedBeforePost = 0;
     bool m_cancels = false;
+    bool m_cancelsLate = false;
     bool m_isEnding = false;
 
     void Run(CGIPost &post, QObject *owner) override
@@ -36,6 +37,10 @@ class TestSending final : public QObject, private PostRunner
         m_notedBeforePost = m_notes.noted.size();
         if (m_cancels)
             post.Cancel();
+        connect(&post, &CGIPost::StateChanged, this, [&] {
+            if (m_cancelsLate && post.Status().startsWith(u"Making"))
+                post.Cancel();
+        });
         // The end of the program ends every wait.
         if (m_isEnding)
             post.Start();
@@ -163,6 +168,21 @@ private slots:
         QVERIFY(peer.Received().startsWith("POST /brevio/gateway/gateway.php "));
         QVERIFY(peer.Received().endsWith("\r\n\r\n" + body));
         QCOMPARE(peer.Posts(), 1);
+    }
+
+    void whatLeftInPartOrWasCancelledLateIsNotKnown()
+    {
+        const ScriptedPeer resetting({.then = ScriptedPeer::Then::Reset, .after = 1 << 20});
+        m_settings.Save(u"Gateway"_s, u"Host"_s, resetting.Address());
+        const LxMessageRequests many(60'000, {u"+447700900123"_s, {}, QString(160, u'x')});
+        const SendOutcome outcome = SendRequests(m_gateway, {}, many, {}, this);
+        QCOMPARE(outcome.left, RequestLeft::Partly);
+        QCOMPARE(m_notes.settled.constLast().outcome, SentOutcome::NotKnown);
+        const ScriptedPeer silent({.then = ScriptedPeer::Then::StayOpen});
+        m_settings.Save(u"Gateway"_s, u"Host"_s, silent.Address());
+        m_cancelsLate = true;
+        QCOMPARE(Send(), u"cancelled -1: Canceled by user ??????"_s);
+        m_cancelsLate = false;
     }
 
     TABLE_TEST(settingsTellWhereTheSiteIs, (const QString &settings, const QString &addresses),

@@ -13,6 +13,7 @@
 #include "PhoneBookFixture.h"
 #include "Rows.h"
 #include "SendResults.h"
+#include "SentMessages.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -45,7 +46,7 @@ class TestAccessibility final : public QObject
         [[nodiscard]] std::unique_ptr<QWidget> Make(const QString &name)
         {
             if (name == u"Compose")
-                return std::make_unique<Compose>(Compose::Services{services, gateway, phoneBook});
+                return std::make_unique<Compose>(Compose::Services{services, gateway, sentLog, phoneBook});
             if (name == u"AccountDetails")
                 return std::make_unique<AccountDetails>(services, gateway, nullptr);
             if (name == u"About")
@@ -64,6 +65,8 @@ class TestAccessibility final : public QObject
                 results->Results({{u"+1555"_s, u"Bob"_s, u"Hi"_s, LxMessageResponse{1, false, u"No credit"_s}}});
                 return results;
             }
+            if (name == u"SentMessages")
+                return std::make_unique<SentMessages>(services, sentLog, nullptr, nullptr);
             if (name == u"CGIPost")
                 return std::make_unique<CGIPostWindow>(post);
             auto dialog = std::make_unique<ContactProperties>(countries, services, nullptr);
@@ -107,7 +110,7 @@ private slots:
 
     TABLE_TEST(everyControlHasANameAndEveryLinkIsOne, (const QString &window), u"Compose", u"PhoneBook",
                u"ContactProperties", u"ChooseGroup", u"DeleteMany", u"Import", u"AccountDetails", u"SendResults",
-               u"About", u"CGIPost")
+               u"SentMessages", u"About", u"CGIPost")
     {
         Fixture f;
         QCOMPARE(Faults(*QAccessible::queryAccessibleInterface(&f.Shown(window))).join(u", "), QString());
@@ -127,6 +130,7 @@ private slots:
                {"refusal", u"Compose"_s, u"StatusBar"_s,
                 u"Character €ÀÁÂÃÊËÌÍÎÏÐÒÓÔÕ×ÙÚÛÝÞáâãêëíîïðóôõ÷úûýþ not allowed in text messages!"_s},
                {"phone book", u"PhoneBook"_s, u"sbStatusBar"_s, u"1 contacts found"_s},
+               {"sent", u"SentMessages"_s, u"lblStatus"_s, u"0 messages"_s},
                {"progress", u"CGIPost"_s, u"lblStatus"_s, u"Canceled"_s})
     {
         Fixture f;
@@ -136,7 +140,7 @@ private slots:
                 .setPlainText(text.contains(u'€') ? text.section(u' ', 1, 1) : u"Hi"_s);
         else if (window == u"PhoneBook")
             f.Find().setText(u"Zo"_s);
-        else
+        else if (window == u"CGIPost")
             f.post.Cancel();
         QAccessibleInterface &status = *QAccessible::queryAccessibleInterface(&Control<QWidget>(shown, bar.toLatin1()));
         QCOMPARE(status.text(QAccessible::Name), text);

@@ -101,6 +101,7 @@ void Tour::PlanSteps()
         m_outcome = Find<QStatusBar>(u"StatusBar"_s)->currentMessage();
         return m_outcome.startsWith("Message "_L1);
     });
+    PlanDialog(u"mnuSentMessages"_s, u"SentMessages"_s);
     m_steps.push_back([this] {
         Save(*Window(u"Compose"_s), u"compose-sent"_s);
         return Window(u"Compose"_s)->close();

@@ -11,6 +11,8 @@
 #include "Prompts.h"
 #include "SelectAllOnFocus.h"
 #include "SendResults.h"
+#include "SentList.h"
+#include "SentMessages.h"
 #include "SentNotes.h"
 #include "Settings.h"
 #include "VendorPages.h"
@@ -80,6 +82,7 @@ void Compose::ConnectControls()
     connect(m_ui->cmdPhoneBook, &QPushButton::clicked, this, &Compose::ShowPhoneBook);
     connect(m_ui->mnuPhoneBook, &QAction::triggered, this, &Compose::ShowPhoneBook);
     connect(m_ui->mnuAccount, &QAction::triggered, this, &Compose::ShowAccount);
+    connect(m_ui->mnuSentMessages, &QAction::triggered, this, &Compose::ShowSentMessages);
     connect(m_ui->mnuOnlineHelp, &QAction::triggered, this,
             [this] { m_help.Start([this] { VendorPages::Open(VendorSite::kHelpPath, m_services.window, this); }); });
     connect(m_ui->mnuAbout, &QAction::triggered, this, [this] { About(m_services.window, this).exec(); });
@@ -301,6 +304,8 @@ void Compose::TellFailure(const SendingSMS::SendOutcome &outcome, QWidget *owner
 void Compose::ShowOutcome(const SendingSMS::SendOutcome &outcome)
 {
     const bool isSent = outcome.status == SendingSMS::SendStatus::Sent;
+    if (isSent)
+        m_sentText = m_message.Text();
     if (outcome.balance >= 0)
         SetStatus((isSent ? tr("Message sent. %1 messages remaining") : tr("Message failed. %1 messages remaining"))
                       .arg(outcome.balance));
@@ -352,6 +357,38 @@ void Compose::ShowAccount()
     ShowWhereTheAccountIs();
     if (isAccepted && !m_account.Username().isEmpty())
         RefreshBalance();
+}
+
+void Compose::ShowSentMessages()
+{
+    StoreDraft();
+    const auto writeAgain = [this](const SentMessage &message, QWidget *owner) { return WriteAgain(message, owner); };
+    SentMessages(m_services.window, m_services.sentLog, writeAgain, this).exec();
+}
+
+bool Compose::HasDraftBeside(const SentMessage &message) const
+{
+    const QString &text = m_message.Text();
+    if (!text.isEmpty() && text != m_sentText && text != message.text)
+        return true;
+    const QString to = m_ui->cboTo->currentText().trimmed();
+    return !to.isEmpty() && to != message.number && !m_ui->cboTo->SelectedID();
+}
+
+bool Compose::WriteAgain(const SentMessage &message, QWidget *owner)
+{
+    const QString question = tr("You are writing another message, which was not sent yet.\r\n\r\n"
+                                "Do you want to write this one in its place?");
+    if (HasDraftBeside(message) && m_services.window.prompts.ShowMessageBox({.text = question,
+                                                                             .icon = PromptIcon::Question,
+                                                                             .buttons = PromptButtons::YesNo,
+                                                                             .defaultAnswer = PromptAnswer::No},
+                                                                            owner) != PromptAnswer::Yes)
+        return false;
+    m_ui->cboTo->PickNumber(m_services.phoneBook.ReadOnlyPhoneBook(), message.number, message.name);
+    m_ui->txtTextMessage->ReplaceText(message.text);
+    m_ui->txtTextMessage->setFocus();
+    return true;
 }
 
 void Compose::ShowWhereTheAccountIs()

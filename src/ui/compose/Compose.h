@@ -14,6 +14,8 @@
 #include <optional>
 
 class PhoneBook;
+class SentLog;
+struct SentMessage;
 namespace Ui {
 class Compose;
 }
@@ -29,6 +31,7 @@ public:
     {
         WindowServices window;
         SendingSMS::Gateway gateway;
+        SentLog &sentLog;
         PhoneBook &phoneBook;
     };
 
@@ -74,6 +77,12 @@ private:
 
     void ShowPhoneBook();
     void ShowAccount();
+    void ShowSentMessages();
+    /// Puts a message that was sent, and whom it went to, in place of what is being written; false when the user keeps
+    /// that.
+    bool WriteAgain(const SentMessage &message, QWidget *owner);
+    /// Whether there is something that was never sent and that writing this message again would replace.
+    [[nodiscard]] bool HasDraftBeside(const SentMessage &message) const;
     /// While there is no account, the empty message box says where to enter one.
     void ShowWhereTheAccountIs();
     void RefreshBalance();
@@ -82,6 +91,8 @@ private:
     AccountSettings m_account;
     std::unique_ptr<Ui::Compose> m_ui;
     LxMessage m_message;
+    /// The text that was sent last, which is no draft any more.
+    QString m_sentText;
     /// What People said last, as looking a name up among 100,000 is no work for each key in the message.
     std::optional<int> m_people;
     StartGuard m_sending;

@@ -102,6 +102,12 @@ void MessageEdit::SetMessageText(const QString &text)
     setPlainText(text);
 }
 
+void MessageEdit::ReplaceText(const QString &text)
+{
+    selectAll();
+    insertPlainText(text);
+}
+
 int MessageEdit::Room() const
 {
     const QString text = document()->toRawText();

@@ -16,6 +16,8 @@ public:
     /// The text with CR LF line breaks.
     [[nodiscard]] QString MessageText() const;
     void SetMessageText(const QString &text);
+    /// As if it had been typed: undo brings back what was there.
+    void ReplaceText(const QString &text);
 
 signals:
     /// Comes once for each change, after the cleaning. `invalidChars` are the characters that were refused; then it

@@ -1,6 +1,8 @@
 #include "RecipientBox.h"
 
 #include "Controls.h"
+#include "LxGroup.h"
+#include "LxPhoneBook.h"
 #include "OneLineEdit.h"
 
 #include <QKeyEvent>
@@ -88,6 +90,21 @@ std::optional<int> RecipientBox::SelectedID() const
 void RecipientBox::Pick(int id)
 {
     setCurrentIndex(m_recipients->FindByID(id));
+}
+
+void RecipientBox::PickNumber(const LxPhoneBook &phoneBook, const QString &number, const QString &name)
+{
+    LxContactPtr found;
+    for (const LxContactPtr &contact : phoneBook.AllContacts().ContactList()) {
+        const bool isBetter = !found || (contact->Name() == name && found->Name() != name);
+        if (isBetter && contact->InternationalMobile() == number)
+            found = contact;
+    }
+    Refill(phoneBook);
+    if (found)
+        Pick(found->ContactID());
+    else
+        setEditText(number);
 }
 
 void RecipientBox::hidePopup()

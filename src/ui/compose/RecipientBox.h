@@ -29,6 +29,10 @@ public:
     /// Picks the item of this identity, whose name the box then shows.
     void Pick(int id);
 
+    /// Picks the contact of this international number, where several have it the one of this name; where none has it,
+    /// the number stands there as if it had been typed.
+    void PickNumber(const LxPhoneBook &phoneBook, const QString &number, const QString &name);
+
     void hidePopup() override;
 
 signals:

@@ -179,7 +179,7 @@ void ContactListView::RestoreColumns(const Settings &settings)
     const int width = qMax(kDesignWidth, 18 * fontMetrics().averageCharWidth());
     for (const int column : {ContactColumns::Name, ContactColumns::Mobile})
         setColumnWidth(column, width);
-    Controls::RestoreColumnWidths(settings, *this);
+    Controls::RestoreColumnWidths(settings, *header());
     m_sortBy = settings.Get(kColumnsSection, kSortBy, u"0"_s).toInt();
     m_reverseSort = settings.Get(kColumnsSection, kReverseSort).compare("True"_L1, Qt::CaseInsensitive) == 0;
     ApplySort();
@@ -189,7 +189,7 @@ void ContactListView::SaveColumns(Settings &settings) const
 {
     settings.Save(kColumnsSection, kSortBy, QString::number(m_sortBy));
     settings.Save(kColumnsSection, kReverseSort, m_reverseSort ? u"True"_s : u"False"_s);
-    Controls::SaveColumnWidths(settings, *this);
+    Controls::SaveColumnWidths(settings, *header());
 }
 
 void ContactListView::keyPressEvent(QKeyEvent *event)

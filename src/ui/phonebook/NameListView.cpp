@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 
 #include <utility>
 
@@ -63,18 +62,7 @@ void NameListView::initViewItemOption(QStyleOptionViewItem *option) const
 void NameListView::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
-    if (m_hint.isEmpty())
-        return;
-    const int line = fontMetrics().lineSpacing();
-    QRect room = viewport()->rect().adjusted(line / 2, line, -line / 2, 0);
-    room.setTop(room.top() + visualRect(model()->index(model()->rowCount() - 1, 0)).bottom());
-    // Fainter than a row, yet easier to read than a placeholder.
-    constexpr float kQuiet = 0.7F;
-    QColor quiet = palette().color(QPalette::Text);
-    quiet.setAlphaF(kQuiet);
-    QPainter painter(viewport());
-    painter.setPen(quiet);
-    painter.drawText(room, Qt::AlignHCenter | Qt::TextWordWrap, m_hint);
+    Controls::PaintHint(*this, m_hint);
 }
 
 void NameListView::TellName()

@@ -58,7 +58,7 @@ void SendResults::Results(const LxMessageRequests &requests)
     FitColumns();
     FitWindow();
     Controls::RestoreWindowPosition(m_services.settings, *this);
-    Controls::RestoreColumnWidths(m_services.settings, *m_ui->lvwSendResults);
+    Controls::RestoreColumnWidths(m_services.settings, *m_ui->lvwSendResults->header());
 }
 
 void SendResults::FitColumns()
@@ -133,6 +133,6 @@ void SendResults::SaveResultsToFile(const QString &path) const
 void SendResults::done(int result)
 {
     Controls::SaveWindowPosition(m_services.settings, *this);
-    Controls::SaveColumnWidths(m_services.settings, *m_ui->lvwSendResults);
+    Controls::SaveColumnWidths(m_services.settings, *m_ui->lvwSendResults->header());
     QDialog::done(result);
 }

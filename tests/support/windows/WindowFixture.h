@@ -4,6 +4,7 @@
 #include "PostModule.h"
 #include "Profile.h"
 #include "SendingSMS.h"
+#include "SentLog.h"
 
 /// What every window needs, with an open phone book.
 struct WindowFixture : Profile, PhoneBookWindow
@@ -35,5 +36,6 @@ struct WindowFixture : Profile, PhoneBookWindow
     PostModule posts{internetSettings};
     DirectPostRunner runner;
     RecordingNotes notes;
+    SentLog sentLog{SentLog::DefaultFileName(), clock};
     SendingSMS::Gateway gateway{settings, posts, runner, notes};
 };

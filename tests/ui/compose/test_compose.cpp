@@ -8,6 +8,7 @@
 #include "WindowFixture.h"
 
 #include <QAbstractItemModelTester>
+#include <QAction>
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
@@ -48,7 +49,7 @@ class TestCompose final : public QObject
         }
 
         ScriptedPeer peer{{.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>")}}};
-        const Compose::Services composeServices{services, gateway, phoneBook};
+        const Compose::Services composeServices{services, gateway, sentLog, phoneBook};
         Compose compose{composeServices};
         QList<LxContactPtr> contacts;
         const LxGroup &work = Book().Groups().CreateGroup(u"Work"_s);
@@ -155,7 +156,7 @@ private slots:
                             PromptIcon::Exclamation, PromptAnswer::Ok, {},
                             u"The server answered: 404 No\r\n\r\nThe whole request had gone out by then, so the "
                             "gateway may have taken the message."_s);
-        QCOMPARE(f.Send(u"Ann"_s), u"Message failed 0"_s);
+        QCOMPARE(f.Send(u"Ann"_s), u"Message failed, see Sent Messages 0"_s);
     }
 
     void oneClickIsOnePost()
@@ -259,6 +260,41 @@ private slots:
         f.Add(u"Work"_s, u"7700900009"_s);
         f.to.Refill(f.Book());
         QCOMPARE(f.to.currentText(), QString());
+    }
+
+    // Recipient and text of what is being written, the number that was sent to, and what the user says when asked.
+    TABLE_TEST(whatWasSentIsWrittenAgain,
+               (const QString &to, const QString &text, const QString &number, const QString &answer),
+               {"a pick", u"Ann"_s, {}, u"+447700900123"_s, {}}, {"a stranger", u"+1999"_s, {}, u"+1999"_s, {}},
+               {"what was sent last", {}, u"sent"_s, u"+447700900123"_s, {}},
+               {"the same text", {}, u"Old\ntext"_s, u"+447700900123"_s, {}},
+               {"a draft, kept", u"Ann"_s, u"Draft"_s, u"+1999"_s, u"No"_s},
+               {"a draft, replaced", u"Ann"_s, u"Draft"_s, u"+447700900123"_s, u"Yes"_s},
+               {"a typed recipient", u"0555"_s, {}, u"+1999"_s, u"No"_s})
+    {
+        Fixture f;
+        QVERIFY(f.sentLog.Note({{number, u"John Smith"_s, u"Old\r\ntext"_s}}));
+        if (text == u"sent")
+            f.Send(u"Johnny"_s);
+        else
+            f.text.setPlainText(text);
+        f.to.setEditText(to);
+        const QString before = f.text.toPlainText();
+        if (!answer.isEmpty())
+            f.prompts.ExpectCarefulQuestion(u"You are writing another message, which was not sent yet.\r\n\r\n"
+                                            "Do you want to write this one in its place?"_s,
+                                            PromptIcon::Question,
+                                            answer == u"Yes" ? PromptAnswer::Yes : PromptAnswer::No, {});
+        WhenDialogOpens(u"SentMessages"_s,
+                        [](QDialog &dialog) { Control<QPushButton>(dialog, "cmdSendAgain").click(); });
+        Control<QAction>(f.compose, "mnuSentMessages").trigger();
+        const bool isKept = answer == u"No";
+        const QString name = number == u"+1999" ? number : u"John Smith"_s;
+        QCOMPARE(f.to.currentText() + f.text.toPlainText(), isKept ? to + before : name + u"Old\ntext"_s);
+        if (name == u"John Smith")
+            QCOMPARE(f.to.SelectedID(), f.contacts[1]->ContactID());
+        f.text.undo();
+        QCOMPARE(f.text.toPlainText(), before);
     }
 
     void refillWaitsWhileTheListIsOpen()

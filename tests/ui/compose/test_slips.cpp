@@ -32,6 +32,7 @@ class TestSlips final : public QObject
             , services{settings, boxes, shell}
             , compose({quietTime ? WindowServices{settings, boxes, shell, *quietTime} : services,
                        {settings, posts, windowRunner, notes},
+                       sentLog,
                        phoneBook})
         {
             UseGateway(peer.Address());

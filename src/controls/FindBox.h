@@ -4,7 +4,8 @@
 
 #include <QKeyEvent>
 
-/// The find box: Escape empties it, Enter and Down leave it for the list.
+/// The find box above a list: Escape empties it, and is left to the window where it is empty; Enter and Down leave it
+/// for the list.
 class FindBox final : public OneLineEdit
 {
     Q_OBJECT
@@ -29,8 +30,11 @@ protected:
             emit DownPressed();
             break;
         case Qt::Key_Escape:
-            clear();
-            break;
+            if (!text().isEmpty()) {
+                clear();
+                break;
+            }
+            [[fallthrough]];
         default:
             OneLineEdit::keyPressEvent(event);
         }
