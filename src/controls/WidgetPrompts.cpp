@@ -101,6 +101,10 @@ QString WidgetPrompts::AskSaveFile(const FileDialogRequest &request, QObject *ow
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     // The dialog adds the extension before it looks whether the file exists.
     dialog.setDefaultSuffix(FileFilters::DefaultExtension(request.filters));
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString &chosen) {
+        const qsizetype place = FileFilters::ForQt(request.filters).indexOf(chosen);
+        dialog.setDefaultSuffix(FileFilters::DefaultExtension(request.filters.sliced(qMax(place, 0))));
+    });
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.confirmOverwrite);
     return Run(dialog, request);
 }

@@ -258,6 +258,7 @@ ContactFile::Content Read(const QByteArray &bytes)
     const std::vector<Row> rows = RowsOf(CardReader(text).ReadAll());
 
     ContactFile::Content content;
+    content.isVCards = true;
     content.table.SetHasHeading(true);
     content.table.SetGroupSeparator(u";"_s);
     std::array<bool, kColumns.size()> isUsed{};
