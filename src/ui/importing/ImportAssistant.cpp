@@ -7,6 +7,7 @@
 #include "NumberDelegate.h"
 #include "NumberJudge.h"
 #include "Settings.h"
+#include "TickDelegate.h"
 #include "WaitCursor.h"
 #include "ui_ImportAssistant.h"
 
@@ -51,6 +52,8 @@ ImportAssistant::ImportAssistant(const Services &services, const LxPhoneBook &ph
     SetUpCountries();
     ConnectControls();
     Controls::FitToContents(*this);
+    constexpr int kCharacters = 110;
+    resize(qMax(width(), kCharacters * fontMetrics().averageCharWidth()), height());
     Controls::RestoreWindowPosition(m_services.window.settings, *this);
     m_ui->lvwCandidates->setFocus();
     Judge();
@@ -72,16 +75,14 @@ void ImportAssistant::SetUpLists()
     TickList &list = *m_ui->lvwCandidates;
     Controls::SetUpReport(list);
     list.setModel(&m_candidates);
+    list.setItemDelegateForColumn(CandidateModel::Name, new TickDelegate(this));
     list.setItemDelegateForColumn(CandidateModel::Number, new NumberDelegate(this));
 
     constexpr int kFileLines = 6;
     constexpr int kListLines = 8;
-    constexpr int kCharacters = 95;
     const int line = fontMetrics().lineSpacing();
     file.setMinimumHeight(kFileLines * line);
     list.setMinimumHeight(kListLines * line);
-    const int widest = screen()->availableGeometry().width() * 9 / 10;
-    m_ui->lblFile->setMinimumWidth(qMin(kCharacters * fontMetrics().averageCharWidth(), widest) / 2);
     FitColumns();
 }
 
@@ -250,10 +251,10 @@ void ImportAssistant::ShowState()
 void ImportAssistant::FitColumns()
 {
     const int character = fontMetrics().averageCharWidth();
-    constexpr int kFileCharacters = 22;
+    constexpr int kFileCharacters = 20;
     for (int column = 0; column < m_table->columnCount(); ++column)
         m_ui->lvwFile->setColumnWidth(column, kFileCharacters * character);
-    constexpr std::array kCharacters{26, 20, 16, 28, 16};
+    constexpr std::array kCharacters{24, 20, 26, 28, 16};
     for (size_t column = 0; column < kCharacters.size(); ++column)
         m_ui->lvwCandidates->setColumnWidth(static_cast<int>(column), kCharacters[column] * character);
 }

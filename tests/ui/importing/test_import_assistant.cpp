@@ -4,99 +4,88 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The dialog and what a user does in it.
-struct Assistant
+const QByteArray kFile = "Who,Handy,Telefon,Gruppen,Notiz\nCy,07400 123456,07400 123457,Club;Work,9\n"
+                         "Di,020 7946 0000,,Club,07400123461\nÉlan 2,07971001234,,Club,\n"
+                         "Cy again,+44 7400 123456,,,\nEd,+1 201 555 0123,,,\nFay,06 12 34 56 79,,Club,\n"
+                         "Gil,+49 1512 3456789,,,\nHal,,,,\n";
+
+/// Does one thing in the dialog, as a user would. Gives what "list" sees.
+QString Do(QDialog &dialog, const QStringList &words)
 {
-    explicit Assistant(QDialog &shown)
-        : dialog(shown)
-        , list(Control<QTreeView>(shown, "lvwCandidates"))
-        , mirror(list.model())
-    {
-    }
-    ~Assistant() { QTest::qCompare(mirror.Stale(), QString(), "told", "shown", __FILE__, __LINE__); }
-
-    void Wait() const
-    {
-        QTRY_VERIFY_WITH_TIMEOUT(!Control<QProgressBar>(dialog, "prgJudging").isVisibleTo(&dialog), 30000);
-    }
-    void Click(const char *button) const { Control<QPushButton>(dialog, button).click(); }
-    void Show(int kind) const
-    {
-        auto &kinds = Control<QComboBox>(dialog, "cboShow");
-        kinds.setCurrentIndex(kinds.findData(kind));
-    }
-    /// By the keyboard: to the heading of a column and so many entries on in its menu.
-    void ChooseRole(int column, int role) const
-    {
-        emit Control<QTreeView>(dialog, "lvwFile").header()->sectionClicked(column);
-        Control<QMenu>(dialog, "mnuRoles").actions()[role]->trigger();
+    auto &list = Control<QTreeView>(dialog, "lvwCandidates");
+    const QAbstractItemModel &rows = *list.model();
+    const auto choose = [&dialog](const char *box, const QVariant &data) {
+        Control<QComboBox>(dialog, box).setCurrentIndex(Control<QComboBox>(dialog, box).findData(data));
+    };
+    const auto &what = words[0];
+    const int number = words.value(1).toInt();
+    if (what == u"wait") {
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(Control<QProgressBar>(dialog, "prgJudging").isHidden(), 30000); }();
+    } else if (what == u"show") {
+        choose("cboShow", number);
+    } else if (what == u"country") {
+        choose("cboCountry", words[1]);
+    } else if (what == u"role") {
+        emit Control<QTreeView>(dialog, "lvwFile").header()->sectionClicked(number);
+        Control<QMenu>(dialog, "mnuRoles").actions()[words[2].toInt()]->trigger();
         Control<QMenu>(dialog, "mnuRoles").close();
-    }
-    void ChooseCountry(const QString &code) const
-    {
-        auto &countries = Control<QComboBox>(dialog, "cboCountry");
-        countries.setCurrentIndex(countries.findData(code));
-    }
-    void Check(const char *box, bool isChecked) const { Control<QCheckBox>(dialog, box).setChecked(isChecked); }
-    void SelectRows(int first, int last) const
-    {
-        list.setCurrentIndex(list.model()->index(first, 1));
-        list.selectionModel()->select({list.model()->index(first, 0), list.model()->index(last, 0)},
+    } else if (what == u"select") {
+        list.setCurrentIndex(rows.index(number, 1));
+        list.selectionModel()->select({rows.index(number, 0), rows.index(words[2].toInt(), 0)},
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    }
-    [[nodiscard]] QString Rows() const
-    {
+    } else if (what == u"key") {
+        QTest::keyClick(&list, static_cast<Qt::Key>(QKeySequence(words[1])[0].toCombined()));
+    } else if (what == u"list") {
         QString text;
-        for (int row = 0; row < list.model()->rowCount(); ++row) {
-            const QVariant tick = list.model()->index(row, 0).data(Qt::CheckStateRole);
-            text += !tick.isValid() ? u"."_s : tick.value<Qt::CheckState>() == Qt::Checked ? u"x"_s : u"o"_s;
-            for (int column = 0; column < list.model()->columnCount(); ++column)
-                text += u' ' + list.model()->index(row, column).data().toString();
-            text = text.trimmed() + u'\n';
+        for (int row = 0; row < rows.rowCount(); ++row) {
+            const QVariant tick = rows.index(row, 0).data(Qt::CheckStateRole);
+            text += !tick.isValid() ? u'.' : tick.value<Qt::CheckState>() == Qt::Checked ? u'x' : u'o';
+            for (int column = 0; column < rows.columnCount(); ++column)
+                text += u' ' + rows.index(row, column).data().toString();
+            text += u'/';
         }
-        return text + Control<QLabel>(dialog, "lblStatus").text();
+        return text + Control<QLabel>(dialog, "lblStatus").text() + u'/';
+    } else if (what == u"see") {
+        return Control<QTreeView>(dialog, "lvwFile").model()->index(number, words[2].toInt()).data().toString() + u'/';
+    } else {
+        Control<QAbstractButton>(dialog, words[0].toLatin1()).click();
     }
-
-    QDialog &dialog;
-    QTreeView &list;
-    Mirror mirror;
-};
-
-using Act = void (*)(const Assistant &);
-
-const QByteArray kFile = "Who,Handy,Telefon,Gruppen,Notiz\n"
-                         "Cy,07400 123456,07400 123457,Club;Work,9\n"
-                         "Di,020 7946 0000,,Club,07400123461\n"
-                         "Élan 2,07971001234,,Club,\n"
-                         "Cy again,+44 7400 123456,,,\n"
-                         "Ed,+1 201 555 0123,,,\n"
-                         "Fay,06 12 34 56 79,,Club,\n"
-                         "Gil,+49 1512 3456789,,,\n"
-                         "Hal,,,,\n";
+    return {};
+}
 
 struct Fixture : PhoneBookFixture
 {
-    Fixture()
+    explicit Fixture(const QString &group = u"Work"_s)
     {
         programFolder = QStringLiteral(PROGRAM_DIR);
+        work.SetName(group);
         phoneBook.Autosave();
         Open();
     }
 
-    void Import(const QByteArray &bytes, Act act)
+    /// Imports the file with these steps in the dialog; gives what they saw.
+    QString Import(const QByteArray &bytes, const QString &steps)
     {
-        const QString path = home.filePath(u"new.csv"_s);
-        QVERIFY(WriteBytes(path, bytes));
-        prompts.ExpectAnyFileDialog(path);
-        WhenDialogOpens(u"ImportAssistant"_s, [act](QDialog &dialog) { act(Assistant(dialog)); });
+        QString seen;
+        prompts.ExpectAnyFileDialog(home.filePath(u"new.csv"_s));
+        WriteBytes(home.filePath(u"new.csv"_s), bytes);
+        WhenDialogOpens(u"ImportAssistant"_s, [steps, &seen](QDialog &dialog) {
+            const Mirror mirror(Control<QTreeView>(dialog, "lvwCandidates").model());
+            for (const QString &step : steps.split(u", "_s))
+                seen += Do(dialog, step.split(u' '));
+            seen += mirror.Stale();
+        });
         Trigger(u"mnuContactsImportOther"_s);
+        return seen;
     }
     [[nodiscard]] QByteArray Saved() { return ReadBytes(Book().FileName()); }
 };
@@ -110,15 +99,88 @@ class TestImportAssistant final : public QObject
 private slots:
     void cleanup() { QVERIFY(!QApplication::overrideCursor()); }
 
-    void theFileIsShownAndJudged()
+    // What the user does and sees, what the status bar says then, and what the phone book holds besides its own.
+    TABLE_TEST(
+        whatIsTickedComesIn, (const QString &steps, const QString &outcome),
+        u"see 1 4, wait, list, cmdOK -> 07400123461/x Cy +447400123456 mobile  Club, Work/"
+        "x Cy (2) +447400123457 mobile  Club, Work/o Di +442079460000 landline  Club/"
+        "o Élan 2 +447971001234 mobile in the phone book as Élan Club/"
+        "o Cy again +447400123456 mobile in the file as Cy /x Ed +12015550123 mobile  /"
+        ". Fay 06 12 34 56 79 not a number  Club/. Gil +49 1512 3456789 country not in the table  /"
+        ". Hal  no number  /3 of 9 ticked/Imported 3 contacts to group Imported; 6 were left out | "
+        "Cy:Imported+Club+Work Cy (2):Imported+Club+Work Ed:Imported | Work,Imported,Club",
+        u"wait, chkGroups, cmdOK -> Imported 3 contacts to group Imported; 6 were left out | "
+        "Cy:Imported Cy (2):Imported Ed:Imported | Work,Imported",
+        u"wait, show 2, list, cmdTick, show 0, cmdUntick, cmdOK -> o Di +442079460000 landline  Club/3 of 9 ticked/"
+        "Imported 1 contact to group Imported; 8 were left out | Di:Imported+Club | Work,Imported,Club",
+        u"wait, cmdUntick, show 6, cmdTick, show 7, cmdTick, cmdOK -> Imported 2 contacts to group Imported; 7 were "
+        "left out | Élan 2:Imported+Club Cy again:Imported | Work,Imported,Club",
+        u"wait, select 1 3, key Space, select 5 5, key F2, select 2 2, key F2, cmdOK -> Imported 2 contacts to group "
+        "Imported; 7 were left out | Cy:Imported+Club+Work Di:Imported+Club | Work,Imported,Club",
+        u"wait, country FR, wait, cmdOK -> Imported 3 contacts to group Imported; 6 were left out | "
+        "Cy again:Imported Ed:Imported Fay:Imported+Club | Work,Imported,Club",
+        u"wait, role 1 6, role 2 6, wait, show 5, cmdOK, list, role 4 3, chkHeading, wait, cmdOK -> . Cy  no number  "
+        "Club, Work/. Di  no number  Club/. Élan 2  no number  Club/. Cy again  no number  /. Ed  no number  /"
+        ". Fay  no number  Club/. Gil  no number  /. Hal  no number  /Please choose the column of the mobile numbers, "
+        "by a click on its heading./Imported 1 contact to group Imported; 8 were left out | "
+        "Di:Imported+Club | Work,Imported,Club")
     {
         Fixture f;
-        f.Import(kFile, [](const Assistant &a) {
-            QCOMPARE(Control<QTreeView>(a.dialog, "lvwFile").model()->index(1, 4).data().toString(), u"07400123461"_s);
-            QVERIFY(!Control<QPushButton>(a.dialog, "cmdOK").isEnabled());
-            a.Wait();
-            QCOMPARE(a.Rows(), QString());
-        });
+        const QByteArray saved = f.Saved();
+        const QString before = f.Print();
+        const QString seen = f.Import(kFile, steps);
+        QCOMPARE(seen + f.Status() + u" | "_s + f.Print().remove(before.section(u'|', 0, 0)), outcome);
+        QVERIFY(f.Saved() != saved && f.Editor(f.Groups()));
+        QTest::keyClick(f.Editor(f.Groups()), Qt::Key_Escape);
+        f.Trigger(u"mnuUndo"_s);
+        QCOMPARE(f.Print(), before);
+        QCOMPARE(f.Saved(), saved);
+    }
+
+    // Closed or begun anew while threads work; Enter imports nothing yet.
+    TABLE_TEST(judgingEndsWhereItMust, (const QString &steps, const QString &added), u"key Return, cmdOK -> | Work",
+               u"country FR, role 0 6, country GB, wait, list, cmdUntick, select 19999 19999, key Space, cmdOK -> "
+               "07400019999:Imported | Work,Imported")
+    {
+        Fixture f;
+        const QString before = f.Print();
+        QByteArray file = "Name,Mobile\n";
+        for (int i = 0; i < 20'000; ++i)
+            file += "Ann,074" + QByteArray::number(i).rightJustified(8, '0') + '\n';
+        const QString seen = f.Import(file, steps);
+        QVERIFY(seen.isEmpty() || seen.endsWith(u"/20,000 of 20,000 ticked/"_s));
+        QCOMPARE(f.Print().remove(before.section(u'|', 0, 0)), added);
+        QCOMPARE(f.settings.Get(u"Import from Other Programs"_s, u"Country"_s), u"GB"_s);
+    }
+
+    TABLE_TEST(whatCannotBeReadIsTold, (const QByteArray &bytes, const QString &told),
+               {"empty", "", u"The file is empty."_s},
+               {"picture", "\x89PNG\r\n\x1a\n\1\2\3", u"The file holds no text"_s},
+               {"cut card", "BEGIN:VCARD\nFN:Ann\nTEL:07400123456\n", u"The file is cut off: it ends"_s},
+               {"no plugin", kFile, u"Phone numbers cannot be judged."_s})
+    {
+        Fixture f;
+        f.programFolder += bytes == kFile ? u"/gone"_s : QString();
+        const QByteArray saved = f.Saved();
+        QVERIFY(WriteBytes(f.home.filePath(u"new.csv"_s), bytes));
+        f.prompts.ExpectAnyFileDialog(f.home.filePath(u"new.csv"_s));
+        f.prompts.ExpectBoxBeginning(u"The contacts could not be imported: "_s + told, PromptIcon::Information,
+                                     u"Import Failed"_s);
+        f.Trigger(u"mnuContactsImportOther"_s);
+        QCOMPARE(f.Saved(), saved);
+    }
+
+    void exportedCardsComeBackWhole()
+    {
+        Fixture f(u"Ärzte, 東京"_s);
+        const QString before = f.Print();
+        f.prompts.ExpectAnyFileDialog(f.home.filePath(u"a.VCF"_s));
+        f.Trigger(u"mnuContactsExport"_s);
+        f.Contacts().selectAll();
+        f.ExpectDeleteQuestion(u"permanently delete the 4 selected contacts from"_s, PromptAnswer::Yes);
+        f.Trigger(u"mnuPopupDeleteContacts"_s);
+        f.Import(ReadBytes(f.home.filePath(u"a.VCF"_s)), u"wait, cmdOK"_s);
+        QCOMPARE(f.Print().remove(QRegularExpression(u",?Imported\\+?"_s)), before);
     }
 };
 
