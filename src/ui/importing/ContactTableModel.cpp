@@ -1,8 +1,10 @@
 #include "ContactTableModel.h"
 
-#include "ContactFile.h"
 #include "PlainText.h"
 #include "Utils.h"
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -17,10 +19,16 @@ QString Shown(QStringView text)
 
 } // namespace
 
-ContactTableModel::ContactTableModel(ContactFile::Content &content, QObject *parent)
+ContactTableModel::ContactTableModel(ContactFile::Content content, QObject *parent)
     : QAbstractTableModel(parent)
-    , m_content(content)
+    , m_content(std::move(content))
 {
+}
+
+bool ContactTableModel::HasColumn(ColumnRole role) const
+{
+    return std::any_of(m_content.columns.begin(), m_content.columns.end(),
+                       [role](const ImportColumn &column) { return column.role == role; });
 }
 
 void ContactTableModel::SetRole(int column, ColumnRole role)

@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QAbstractTableModel>
+#include "ContactFile.h"
 
-namespace ContactFile {
-struct Content;
-}
-enum class ColumnRole;
+#include <QAbstractTableModel>
 
 /// A file's table as it was read, under headings that tell what each column is for.
 class ContactTableModel final : public QAbstractTableModel
@@ -13,8 +10,10 @@ class ContactTableModel final : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    /// The content must outlive the model.
-    ContactTableModel(ContactFile::Content &content, QObject *parent);
+    ContactTableModel(ContactFile::Content content, QObject *parent);
+
+    [[nodiscard]] const ContactFile::Content &Content() const { return m_content; }
+    [[nodiscard]] bool HasColumn(ColumnRole role) const;
 
     void SetRole(int column, ColumnRole role);
     /// Whether the first row is the heading. The columns keep their roles where `keepsRoles`, else get those that are
@@ -30,5 +29,5 @@ public:
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    ContactFile::Content &m_content;
+    ContactFile::Content m_content;
 };

@@ -37,17 +37,16 @@ ImportAssistant::ImportAssistant(const Services &services, const LxPhoneBook &ph
     : QDialog(parent)
     , m_services(services)
     , m_phoneBook(phoneBook)
-    , m_content(std::move(content))
     , m_ui(std::make_unique<Ui::ImportAssistant>())
-    , m_table(new ContactTableModel(m_content, this))
+    , m_table(new ContactTableModel(std::move(content), this))
     , m_roles(new QMenu(this))
 {
     m_ui->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
-    m_ui->lblFile->setText(tr("%1: %2 rows").arg(fileName, Number(m_content.table.RowCount())));
+    m_ui->lblFile->setText(tr("%1: %2 rows").arg(fileName, Number(m_table->Content().table.RowCount())));
     // A card has no first row.
-    m_ui->chkHeading->setVisible(!m_content.isVCards);
-    m_ui->chkHeading->setChecked(m_content.table.HasHeading());
+    m_ui->chkHeading->setVisible(!m_table->Content().isVCards);
+    m_ui->chkHeading->setChecked(m_table->Content().table.HasHeading());
     SetUpLists();
     SetUpCountries();
     ConnectControls();
@@ -127,7 +126,7 @@ void ImportAssistant::ConnectControls()
 void ImportAssistant::AskRole(int column)
 {
     m_roles->clear();
-    const ColumnRole now = m_content.columns[static_cast<size_t>(column)].role;
+    const ColumnRole now = m_table->Content().columns[static_cast<size_t>(column)].role;
     for (const ColumnRole role : {ColumnRole::Name, ColumnRole::FirstName, ColumnRole::LastName, ColumnRole::Mobile,
                                   ColumnRole::CountryCode, ColumnRole::Groups, ColumnRole::Nothing}) {
         QAction *action = m_roles->addAction(ContactTableModel::NameOf(role));
@@ -154,19 +153,13 @@ void ImportAssistant::ChooseHeading(bool hasHeading)
     Judge();
 }
 
-bool ImportAssistant::HasColumn(ColumnRole role) const
-{
-    return std::any_of(m_content.columns.begin(), m_content.columns.end(),
-                       [role](const ImportColumn &column) { return column.role == role; });
-}
-
 void ImportAssistant::Judge()
 {
     const WaitCursor hourglass;
     m_judging.Stop();
     m_isSettled = false;
     m_judgedCount = 0;
-    m_candidates.SetCandidates(Candidates::Of(m_content.table, m_content.columns));
+    m_candidates.SetCandidates(Candidates::Of(m_table->Content().table, m_table->Content().columns));
     m_rules.emplace(m_services.judge, m_services.countries, m_ui->cboCountry->currentData().toString());
     FillKinds();
     ShowState();
@@ -234,7 +227,7 @@ void ImportAssistant::ShowState()
     for (QWidget *control : {static_cast<QWidget *>(m_ui->cboShow), static_cast<QWidget *>(m_ui->cmdTick),
                              static_cast<QWidget *>(m_ui->cmdUntick)})
         control->setEnabled(m_isSettled);
-    m_ui->chkGroups->setEnabled(HasColumn(ColumnRole::Groups));
+    m_ui->chkGroups->setEnabled(m_table->HasColumn(ColumnRole::Groups));
     m_ui->cmdOK->setEnabled(m_isSettled && ticked > 0);
     if (!m_isSettled) {
         m_ui->lblStatus->setText(tr("Judging the numbers..."));
@@ -242,7 +235,7 @@ void ImportAssistant::ShowState()
         return;
     }
     QString text = tr("%1 of %2 ticked").arg(Number(ticked), Number(all));
-    if (!HasColumn(ColumnRole::Mobile))
+    if (!m_table->HasColumn(ColumnRole::Mobile))
         text = tr("Please choose the column of the mobile numbers, by a click on its heading.");
     m_ui->lblStatus->setText(text);
     Accessibility::Announce(*m_ui->lblStatus, text);

@@ -61,11 +61,9 @@ private:
     void TurnSelected();
     void ShowState();
     void FitColumns();
-    [[nodiscard]] bool HasColumn(ColumnRole role) const;
 
     Services m_services;
     const LxPhoneBook &m_phoneBook;
-    ContactFile::Content m_content;
     std::unique_ptr<Ui::ImportAssistant> m_ui;
     ContactTableModel *m_table;
     QMenu *m_roles;
