@@ -232,6 +232,7 @@ std::vector<Row> RowsOf(const std::vector<Card> &cards)
             groupsOf[member] += NameOf(card);
     }
     std::vector<Row> rows;
+    rows.reserve(cards.size());
     for (const Card &card : cards) {
         if (!card.isGroup)
             rows.push_back(RowOf(card, card.identity.isEmpty() ? QStringList() : groupsOf.value(card.identity)));

@@ -241,13 +241,14 @@ PhoneBookChange MaintenanceCommands::ImportContacts(const LxContactList &contact
 
 PhoneBookChange MaintenanceCommands::ImportForeign(const ImportChoice &choice) const
 {
-    Candidates::Taken taken;
+    std::optional<Candidates::Taken> result;
     const QString failure =
-        Attempt([&] { taken = Candidates::Take(choice.candidates, choice.withGroups, m_phoneBook); });
+        Attempt([&] { result = Candidates::Take(choice.candidates, choice.withGroups, m_phoneBook); });
     if (!failure.isEmpty())
         return {.failure = NotImported(failure)};
-    if (!taken.group)
+    if (!result || !result->group)
         return {};
+    const Candidates::Taken &taken = *result;
     const QLocale locale;
     const QString count = locale.toString(taken.contacts);
     const auto leftOut = static_cast<qlonglong>(choice.candidates.size()) - taken.contacts;
