@@ -48,7 +48,9 @@ QString Do(QDialog &dialog, const QString &what, const QStringList &words)
                 text += u' ' + rows.index(row, column).data().toString();
             text += u'/';
         }
-        return text + Control<QLabel>(dialog, "lblStatus").text() + u'/';
+        return text;
+    } else if (what == u"status") {
+        return Control<QLabel>(dialog, "lblStatus").text() + u'/';
     } else {
         Control<QAbstractButton>(dialog, what.toLatin1()).click();
     }
@@ -73,7 +75,8 @@ struct Fixture : PhoneBookFixture
         WhenDialogOpens(u"ImportAssistant"_s, [steps, &seen](QDialog &dialog) {
             const Mirror mirror(Control<QTreeView>(dialog, "lvwCandidates").model());
             for (const QString &step : steps.split(u", "_s))
-                seen += Do(dialog, step.section(u' ', 0, 0), step.split(u' ').mid(1));
+                seen +=
+                    !dialog.isVisible() ? u"closed "_s : Do(dialog, step.section(u' ', 0, 0), step.split(u' ').mid(1));
             seen += mirror.Stale();
         });
         Trigger(u"mnuContactsImportOther"_s);
@@ -99,20 +102,21 @@ private slots:
     // What the user does and sees, what the status bar says then, and what the phone book holds besides its own.
     TABLE_TEST(
         whatIsTickedComesIn, (const QString &steps, const QString &outcome),
-        u"wait, list, cmdOK -> x Cy +447400123456 mobile  Club, Work/"
+        u"wait, list, status, cmdOK -> x Cy +447400123456 mobile  Club, Work/"
         "x Cy (2) +447400123457 mobile  Club, Work/o Di +442079460000 landline  Club/"
         "o Élan 2 +447971001234 mobile in the phone book as Élan Club/"
         "o Cy again +447400123456 mobile in the file as Cy /x Ed +12015550123 mobile  /"
         ". Fay 06 12 34 56 79 not a number  Club/. Gil +49 1512 3456789 country not in the table  /"
         ". Hal  no number  /3 of 9 ticked/Imported 3 contacts to group Imported; 6 were left out | "
         "Cy:Imported+Club+Work Cy (2):Imported+Club+Work Ed:Imported | Work,Imported,Club",
-        u"wait, cboShow landline, list, cmdTick, cboShow mobile, cmdUntick, cmdOK -> "
+        u"wait, cboShow landline, list, status, cmdTick, cboShow mobile, cmdUntick, cmdOK -> "
         "o Di +442079460000 landline  Club/3 of 9 ticked/Imported 1 contact to group Imported; 8 were left out | "
         "Di:Imported+Club | Work,Imported,Club",
-        u"wait, chkGroups, cmdUntick, cboShow already, cmdTick, cboShow twice, cmdTick, cmdOK -> "
-        "Imported 2 contacts to group Imported; 7 were left out | Élan 2:Imported Cy again:Imported | Work,Imported",
-        u"wait, select 1 3, key Space, select 5 5, key F2, select 2 2, key F2, cmdOK -> Imported 2 contacts to group "
-        "Imported; 7 were left out | Cy:Imported+Club+Work Di:Imported+Club | Work,Imported,Club",
+        u"wait, chkGroups, cmdTick, status, cmdUntick, cboShow already, cmdTick, cboShow twice, cmdTick, status, "
+        "cmdOK -> 6 of 9 ticked/2 of 9 ticked/Imported 2 contacts to group Imported; 7 were left out | Élan 2:Imported "
+        "Cy again:Imported | Work,Imported",
+        u"wait, select 2 3, key Space, select 0 0, key F2, cmdOK -> Imported 4 contacts to group Imported; 5 were left "
+        "out | Cy (2):Imported+Club+Work Di:Imported+Club Élan 2:Imported+Club Ed:Imported | Work,Imported,Club",
         u"wait, cboCountry France, wait, cmdOK -> Imported 3 contacts to group Imported; 6 were left out | "
         "Cy again:Imported Ed:Imported Fay:Imported+Club | Work,Imported,Club",
         u"wait, role 1 6, role 2 6, wait, cmdOK, role 4 3, chkHeading, wait, cmdOK -> "
@@ -132,7 +136,7 @@ private slots:
 
     // Closed or begun anew while threads work; Enter imports nothing yet.
     TABLE_TEST(judgingEndsWhereItMust, (const QString &steps, const QString &added), u"key Return, cmdOK -> | Work",
-               u"cboCountry France, role 0 6, cboCountry United Kingdom, wait, list, cmdUntick, select 19999 19999, "
+               u"cboCountry France, role 0 6, cboCountry United Kingdom, wait, status, cmdUntick, select 19999 19999, "
                "key Space, cmdOK -> 07400019999:Imported | Work,Imported")
     {
         Fixture f;
@@ -141,7 +145,7 @@ private slots:
         for (int i = 0; i < 20'000; ++i)
             file += "Ann,074" + QByteArray::number(i).rightJustified(8, '0') + '\n';
         const QString seen = f.Import(file, steps);
-        QVERIFY(seen.isEmpty() || seen.endsWith(u"/20,000 of 20,000 ticked/"_s));
+        QVERIFY(seen.isEmpty() || seen == u"20,000 of 20,000 ticked/"_s);
         QCOMPARE(f.Print().remove(before.section(u'|', 0, 0)), added);
         QCOMPARE(f.settings.Get(u"Import from Other Programs"_s, u"Country"_s), u"GB"_s);
     }
