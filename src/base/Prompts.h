@@ -32,7 +32,8 @@ struct FileFilter
     QStringList patterns;
 };
 
-/// A file dialog. The first filter is the one that it starts with.
+/// A file dialog. The first filter is the one that it starts with, for saving that of the proposed name where it has
+/// one.
 struct FileDialogRequest
 {
     QString title;

@@ -180,6 +180,7 @@ void ImportAssistant::Settle()
     const WaitCursor hourglass;
     m_candidates.Settle(m_phoneBook);
     m_isSettled = true;
+    m_ui->lvwCandidates->setCurrentIndex(m_candidates.index(0, 0));
     FillKinds();
     ShowState();
 }
@@ -202,6 +203,7 @@ void ImportAssistant::Narrow()
 {
     const int kind = m_ui->cboShow->currentData().toInt();
     m_candidates.ShowOnly(kind < 0 ? std::nullopt : std::optional(static_cast<CandidateModel::Kind>(kind)));
+    m_ui->lvwCandidates->setCurrentIndex(m_candidates.index(0, 0));
 }
 
 /// The ticks of all selected rows become the other of what the current row has.

@@ -74,6 +74,7 @@ struct Fixture : PhoneBookFixture
         ExpectFile(bytes);
         WhenDialogOpens(u"ImportAssistant"_s, [steps, &seen](QDialog &dialog) {
             const Mirror mirror(Control<QTreeView>(dialog, "lvwCandidates").model());
+            QCOMPARE(Control<QLabel>(dialog, "lblFile").text().section(u':', 0, 0), u"new.csv"_s);
             for (const QString &step : steps.split(u", "_s))
                 seen +=
                     !dialog.isVisible() ? u"closed "_s : Do(dialog, step.section(u' ', 0, 0), step.split(u' ').mid(1));
