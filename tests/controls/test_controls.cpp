@@ -194,7 +194,8 @@ private slots:
             told = dialog->defaultSuffix() + dialog->selectedNameFilter().section(u'.', 1);
             dialog->reject();
         });
-        (void)WidgetPrompts().AskSaveFile({u"T"_s, {{u"CSV"_s, {u"*.csv"_s}}, {u"Cards"_s, {u"*.vcf"_s}}}, name}, nullptr);
+        (void)WidgetPrompts().AskSaveFile({u"T"_s, {{u"CSV"_s, {u"*.csv"_s}}, {u"Cards"_s, {u"*.vcf"_s}}}, name},
+                                          nullptr);
         QCOMPARE(told, extension + (name == u"/a.vcf" ? u"vcf)"_s : u"csv)"_s));
     }
 };
