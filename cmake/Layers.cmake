@@ -36,7 +36,12 @@ brevio_layer(src/controls PUBLIC Qt6::Widgets Brevio::base)
 
 # The windows; none uses another.
 brevio_layer(src/ui/post PUBLIC Qt6::Widgets Brevio::messaging PRIVATE Brevio::controls)
-brevio_layer(src/ui/phonebook PUBLIC Qt6::Widgets Brevio::base Brevio::phonebook Brevio::controls PRIVATE Brevio::numbers)
+brevio_layer(src/ui/phonebook
+  PUBLIC Qt6::Widgets Brevio::base Brevio::phonebook Brevio::importing Brevio::controls
+  PRIVATE Brevio::numbers)
+brevio_layer(src/ui/importing
+  PUBLIC Qt6::Widgets Brevio::base Brevio::importing
+  PRIVATE Brevio::phonebook Brevio::controls)
 brevio_layer(src/ui/results PUBLIC Qt6::Widgets Brevio::base Brevio::messaging Brevio::controls)
 brevio_layer(src/ui/sent PUBLIC Qt6::Widgets Brevio::base Brevio::history Brevio::controls)
 brevio_layer(src/ui/account
@@ -53,7 +58,8 @@ brevio_layer(src/ui/compose
 
 brevio_layer(src/startup
   PUBLIC Qt6::Widgets Brevio::base Brevio::messaging Brevio::controls Brevio::ui_post
-  PRIVATE Brevio::numbers Brevio::phonebook Brevio::history Brevio::ui_phonebook Brevio::ui_compose)
+  PRIVATE Brevio::numbers Brevio::phonebook Brevio::history Brevio::ui_phonebook Brevio::ui_importing
+  Brevio::ui_compose)
 brevio_layer(src PRIVATE Qt6::Widgets Brevio::base Brevio::controls Brevio::startup)
 
 # The gateway, a program of its own.

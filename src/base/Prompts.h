@@ -32,7 +32,8 @@ struct FileFilter
     QStringList patterns;
 };
 
-/// A file dialog. The first filter is the one that it starts with.
+/// A file dialog. The first filter is the one that it starts with, for saving that of the proposed name where it has
+/// one.
 struct FileDialogRequest
 {
     QString title;
@@ -57,7 +58,7 @@ public:
     /// The chosen path, or empty text when the user cancelled.
     [[nodiscard]] virtual QString AskOpenFile(const FileDialogRequest &request, QObject *owner = nullptr) = 0;
 
-    /// The chosen path, or empty text when the user cancelled. A name without an extension gets that of the first
-    /// filter.
+    /// The chosen path, or empty text when the user cancelled. A name without an extension gets that of the
+    /// filter that is chosen then.
     [[nodiscard]] virtual QString AskSaveFile(const FileDialogRequest &request, QObject *owner = nullptr) = 0;
 };

@@ -44,7 +44,8 @@ void KeyHeader::keyPressEvent(QKeyEvent *event)
 /// A screen reader reads the chosen column and how it sorts.
 void KeyHeader::NameChosen()
 {
-    const QString caption = model()->headerData(m_chosen, Qt::Horizontal).toString();
+    const QString spoken = model()->headerData(m_chosen, Qt::Horizontal, Qt::AccessibleTextRole).toString();
+    const QString caption = spoken.isEmpty() ? model()->headerData(m_chosen, Qt::Horizontal).toString() : spoken;
     const bool isAscending = sortIndicatorOrder() == Qt::AscendingOrder;
     const QString sorted = isAscending ? tr("%1, ascending").arg(caption) : tr("%1, descending").arg(caption);
     setAccessibleName(sortIndicatorSection() == m_chosen ? sorted : caption);

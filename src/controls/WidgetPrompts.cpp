@@ -53,7 +53,6 @@ void MakeRoom(QMessageBox &box)
 QString Run(QFileDialog &dialog, const FileDialogRequest &request)
 {
     dialog.setWindowModality(Qt::ApplicationModal);
-    dialog.setNameFilters(FileFilters::ForQt(request.filters));
     if (!request.offeredFolder.isEmpty())
         dialog.setSidebarUrls(dialog.sidebarUrls() << QUrl::fromLocalFile(request.offeredFolder));
     const QFileInfo initial(request.initialPath);
@@ -92,6 +91,7 @@ QString WidgetPrompts::AskOpenFile(const FileDialogRequest &request, QObject *ow
 {
     QFileDialog dialog(ParentOf(owner), request.title);
     dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setNameFilters(FileFilters::ForQt(request.filters));
     return Run(dialog, request);
 }
 
@@ -99,8 +99,24 @@ QString WidgetPrompts::AskSaveFile(const FileDialogRequest &request, QObject *ow
 {
     QFileDialog dialog(ParentOf(owner), request.title);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    const QStringList filters = FileFilters::ForQt(request.filters);
     // The dialog adds the extension before it looks whether the file exists.
-    dialog.setDefaultSuffix(FileFilters::DefaultExtension(request.filters));
+    const auto useExtensionOf = [&](qsizetype filter) {
+        dialog.setDefaultSuffix(FileFilters::DefaultExtension(request.filters.sliced(qMax(filter, 0))));
+    };
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                     [&](const QString &filter) { useExtensionOf(filters.indexOf(filter)); });
+    useExtensionOf(0);
+    dialog.setNameFilters(filters);
+    // The name that is proposed may be another filter's.
+    const QString proposed = u"*."_s + QFileInfo(request.initialPath).suffix();
+    for (qsizetype i = 0; i < filters.size(); ++i) {
+        if (!request.filters[i].patterns.contains(proposed))
+            continue;
+        dialog.selectNameFilter(filters[i]);
+        useExtensionOf(i);
+        break;
+    }
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.confirmOverwrite);
     return Run(dialog, request);
 }

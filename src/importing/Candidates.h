@@ -35,6 +35,15 @@ struct Candidate
     bool isTicked = false;
 };
 
+/// What the user wants to come in.
+struct ImportChoice
+{
+    /// Those that are ticked and those that are not.
+    std::vector<Candidate> candidates;
+    /// Whether into the groups that their rows name, too.
+    bool withGroups = false;
+};
+
 /// The people of a table on their way into the phone book: Of, Judge, Settle, the user's own ticks, Take.
 namespace Candidates {
 

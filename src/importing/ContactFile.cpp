@@ -9,5 +9,5 @@ ContactFile::Content ContactFile::Read(const QByteArray &bytes)
         return VCardReader::Read(bytes);
     ContactTable table = TableReader::Read(bytes);
     std::vector<ImportColumn> columns = ImportColumns::Propose(table);
-    return {std::move(table), std::move(columns)};
+    return {std::move(table), std::move(columns), false};
 }

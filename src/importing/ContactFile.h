@@ -15,6 +15,8 @@ struct Content
     ContactTable table;
     /// One for each column of the table.
     std::vector<ImportColumn> columns;
+    /// Whether each row is a card, and the headings are the reader's own.
+    bool isVCards = false;
 };
 
 /// Reads vCards (VCardReader) or else a table (TableReader), and proposes what its columns are for. Raises number 5,

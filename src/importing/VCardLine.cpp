@@ -12,22 +12,22 @@ using namespace Qt::StringLiterals;
 namespace VCardLine {
 namespace {
 
-constexpr std::array kNamesOfInterest{"BEGIN",
-                                      "END",
-                                      "VERSION",
-                                      "FN",
-                                      "N",
-                                      "TEL",
-                                      "EMAIL",
-                                      "ORG",
-                                      "AGENT",
-                                      "CATEGORIES",
-                                      "UID",
-                                      "KIND",
-                                      "MEMBER",
-                                      "X-ABLABEL",
-                                      "X-ADDRESSBOOKSERVER-KIND",
-                                      "X-ADDRESSBOOKSERVER-MEMBER"};
+constexpr std::array<QByteArrayView, 16> kNamesOfInterest{"BEGIN",
+                                                          "END",
+                                                          "VERSION",
+                                                          "FN",
+                                                          "N",
+                                                          "TEL",
+                                                          "EMAIL",
+                                                          "ORG",
+                                                          "AGENT",
+                                                          "CATEGORIES",
+                                                          "UID",
+                                                          "KIND",
+                                                          "MEMBER",
+                                                          "X-ABLABEL",
+                                                          "X-ADDRESSBOOKSERVER-KIND",
+                                                          "X-ADDRESSBOOKSERVER-MEMBER"};
 
 /// What of the line stands before its value, and the value.
 struct Line
@@ -66,8 +66,10 @@ bool IsOfInterest(const QByteArray &name)
 /// In no character set that files are written in do these bytes need more than their own, except a parameter's text.
 QString DecodeText(const QByteArray &bytes, const QString &charset = {})
 {
-    if (QStringDecoder decoder(charset.toLatin1().constData()); !charset.isEmpty() && decoder.isValid())
-        return decoder.decode(bytes);
+    if (!charset.isEmpty()) {
+        if (QStringDecoder decoder(charset.toLatin1().constData()); decoder.isValid())
+            return decoder.decode(bytes);
+    }
     return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : TextFile::DecodeCodePage(bytes);
 }
 
@@ -192,7 +194,8 @@ std::optional<Property> Reader::Next()
         }
         Property property;
         property.name = parsed->name.toByteArray().toUpper();
-        const bool isQuotedPrintable = parsed->parameters.toByteArray().toUpper().contains("QUOTED-PRINTABLE");
+        const bool isQuotedPrintable =
+            !parsed->parameters.isEmpty() && parsed->parameters.toByteArray().toUpper().contains("QUOTED-PRINTABLE");
         const bool isOfInterest = IsOfInterest(property.name);
         if (line.isEmpty()) {
             if (isOfInterest)
@@ -211,6 +214,8 @@ std::optional<Property> Reader::Next()
 
 QStringList Split(const QString &value, QChar separator)
 {
+    if (!value.contains(u'\\'))
+        return separator.isNull() ? QStringList(value) : value.split(separator);
     QStringList parts(1);
     for (qsizetype i = 0; i < value.size(); ++i) {
         const QChar c = value[i];

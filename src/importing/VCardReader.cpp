@@ -232,6 +232,7 @@ std::vector<Row> RowsOf(const std::vector<Card> &cards)
             groupsOf[member] += NameOf(card);
     }
     std::vector<Row> rows;
+    rows.reserve(cards.size());
     for (const Card &card : cards) {
         if (!card.isGroup)
             rows.push_back(RowOf(card, card.identity.isEmpty() ? QStringList() : groupsOf.value(card.identity)));
@@ -258,6 +259,7 @@ ContactFile::Content Read(const QByteArray &bytes)
     const std::vector<Row> rows = RowsOf(CardReader(text).ReadAll());
 
     ContactFile::Content content;
+    content.isVCards = true;
     content.table.SetHasHeading(true);
     content.table.SetGroupSeparator(u";"_s);
     std::array<bool, kColumns.size()> isUsed{};

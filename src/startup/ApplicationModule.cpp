@@ -3,6 +3,7 @@
 #include "Compose.h"
 #include "EndSignals.h"
 #include "Error.h"
+#include "ForeignContacts.h"
 #include "LxCountryList.h"
 #include "LxPhoneBook.h"
 #include "PhoneBook.h"
@@ -76,7 +77,10 @@ bool ApplicationModule::Main()
     UpgradeSettings(m_program->settings);
     WindowServices services{m_program->settings, m_prompts, m_seams.shell};
     services.quietTime = m_seams.quietTime.value_or(services.quietTime);
-    m_program->phoneBook.emplace(PhoneBook::Services{m_program->countries, m_seams.clock, services},
+    const auto askForeignContacts = [this, services](const LxPhoneBook &phoneBook, QWidget *owner) {
+        return ForeignContacts::Ask({m_program->countries, m_programFolder, services}, phoneBook, owner);
+    };
+    m_program->phoneBook.emplace(PhoneBook::Services{m_program->countries, m_seams.clock, services, askForeignContacts},
                                  std::make_unique<LxPhoneBook>(m_program->countries, m_seams.clock));
     OpenPhoneBook();
     m_program->compose.emplace(

@@ -181,6 +181,23 @@ private slots:
         const QString suffix = isForSaving ? u"csv"_s : QString();
         QCOMPARE(told, (QStringList{u"Which?"_s, u"CSV (*.csv *)"_s, suffix, request.initialPath}));
     }
+
+    TABLE_TEST(aSavedNameGetsTheExtensionOfTheFilter,
+               (const QString &name, const QString &filter, const QString &extension), {"first", u"/a"_s, {}, u"csv"_s},
+               {"chosen", u"/a"_s, u"Cards (*.vcf)"_s, u"vcf"_s}, {"of the name", u"/a.vcf"_s, {}, u"vcf"_s})
+    {
+        QString told;
+        QTimer::singleShot(0, this, [&] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            if (!filter.isEmpty())
+                emit dialog->filterSelected(filter);
+            told = dialog->defaultSuffix() + dialog->selectedNameFilter().section(u'.', 1);
+            dialog->reject();
+        });
+        (void)WidgetPrompts().AskSaveFile({u"T"_s, {{u"CSV"_s, {u"*.csv"_s}}, {u"Cards"_s, {u"*.vcf"_s}}}, name},
+                                          nullptr);
+        QCOMPARE(told, extension + (name == u"/a.vcf" ? u"vcf)"_s : u"csv)"_s));
+    }
 };
 
 QTEST_MAIN(TestControls)

@@ -29,9 +29,9 @@ public:
     }
 
     /// The next box may have any text that begins so.
-    void ExpectBoxBeginning(const QString &text, PromptIcon icon)
+    void ExpectBoxBeginning(const QString &text, PromptIcon icon, const QString &caption = {})
     {
-        ExpectBox(text, icon);
+        ExpectBox(text, icon, PromptAnswer::Ok, caption);
         m_expected.last().isBeginning = true;
     }
 

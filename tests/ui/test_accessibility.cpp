@@ -8,8 +8,10 @@
 #include "ContactProperties.h"
 #include "DeleteMany.h"
 #include "Import.h"
+#include "ImportAssistant.h"
 #include "LinkLabel.h"
 #include "LxGroupList.h"
+#include "NumberJudge.h"
 #include "PhoneBookFixture.h"
 #include "Rows.h"
 #include "SendResults.h"
@@ -53,6 +55,10 @@ class TestAccessibility final : public QObject
                 return std::make_unique<About>(services, nullptr);
             if (name == u"Import")
                 return std::make_unique<Import>(services, nullptr, nullptr);
+            if (name == u"ImportAssistant")
+                return std::make_unique<ImportAssistant>(
+                    ImportAssistant::Services{countries, NumberJudge::Load(QStringLiteral(PROGRAM_DIR)), services},
+                    Book(), u"a.csv"_s, ContactFile::Read("Name,Mobile\nAnn,07400123456\n"), nullptr);
             if (name == u"DeleteMany")
                 return std::make_unique<DeleteMany>(services, nullptr);
             if (name == u"ChooseGroup") {
@@ -109,8 +115,8 @@ private slots:
     }
 
     TABLE_TEST(everyControlHasANameAndEveryLinkIsOne, (const QString &window), u"Compose", u"PhoneBook",
-               u"ContactProperties", u"ChooseGroup", u"DeleteMany", u"Import", u"AccountDetails", u"SendResults",
-               u"SentMessages", u"About", u"CGIPost")
+               u"ContactProperties", u"ChooseGroup", u"DeleteMany", u"Import", u"ImportAssistant", u"AccountDetails",
+               u"SendResults", u"SentMessages", u"About", u"CGIPost")
     {
         Fixture f;
         QCOMPARE(Faults(*QAccessible::queryAccessibleInterface(&f.Shown(window))).join(u", "), QString());

@@ -1,6 +1,7 @@
 #include "MaintenanceCommands.h"
 
 #include "Attempt.h"
+#include "Candidates.h"
 #include "DeleteMany.h"
 #include "Import.h"
 #include "LxGroup.h"
@@ -10,6 +11,7 @@
 #include "Utils.h"
 
 #include <QFileInfo>
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +23,19 @@ std::optional<MessageBoxRequest> Failure(const QString &caption, const QString &
                                          PromptIcon icon = PromptIcon::Information)
 {
     return MessageBoxRequest{.text = text, .icon = icon, .caption = caption};
+}
+
+std::optional<MessageBoxRequest> NotImported(const QString &why)
+{
+    return Failure(MaintenanceCommands::tr("Import Failed"),
+                   MaintenanceCommands::tr("The contacts could not be imported: %1").arg(why));
+}
+
+/// Where to go with a file that the import of text files cannot read.
+QString OtherWay()
+{
+    return MaintenanceCommands::tr("Files of other programs, such as vCards and spreadsheets with headings or numbers "
+                                   "of several kinds, come in by Contacts, Import from Other Programs...");
 }
 
 } // namespace
@@ -136,14 +151,17 @@ PhoneBookChange MaintenanceCommands::Restore(const LxGroup &chosen) const
 PhoneBookChange MaintenanceCommands::Export(const LxGroup &group) const
 {
     const RememberedFile file(m_services, u"Export Contacts"_s);
-    const QString path = file.AskToSave({.title = tr("Select File to Export to"),
-                                         .filters = {{tr("CSV (Comma delimited)"), {u"*.csv"_s}}},
-                                         .initialPath = Utils::MyDocumentsFolder() + u"/Brevio Contacts"_s,
-                                         .confirmOverwrite = true},
-                                        m_window);
+    const QString path =
+        file.AskToSave({.title = tr("Select File to Export to"),
+                        .filters = {{tr("CSV (Comma delimited)"), {u"*.csv"_s}}, {tr("vCard"), {u"*.vcf"_s}}},
+                        .initialPath = Utils::MyDocumentsFolder() + u"/Brevio Contacts"_s,
+                        .confirmOverwrite = true},
+                       m_window);
     if (path.isEmpty())
         return {};
-    const QString failure = Attempt([&] { m_phoneBook.Export(path, group); });
+    const bool isVCards = path.endsWith(u".vcf"_s, Qt::CaseInsensitive);
+    const auto kind = isVCards ? LxPhoneBook::ExportKind::VCards : LxPhoneBook::ExportKind::Spreadsheet;
+    const QString failure = Attempt([&] { m_phoneBook.Export(path, group, kind); });
     if (!failure.isEmpty())
         return {.failure = Failure(tr("Export Failed"), tr("The phonebook could not be exported: %1").arg(failure))};
     const QString count = QString::number(group.Count());
@@ -181,7 +199,8 @@ PhoneBookChange MaintenanceCommands::ImportFile() const
         const QString line = QString::number(parsed.lineOf[static_cast<size_t>(imported)]);
         change.notices += tr("line %1 of the file stopped the import").arg(line);
         change.failure->details = tr("Line %1 of the file stopped the import. Before it, %2 contacts came in.")
-                                      .arg(line, QString::number(imported));
+                                      .arg(line, QString::number(imported)) +
+                                  u"\r\n\r\n"_s + OtherWay();
     }
     change.notices += parsed.notice;
     return change;
@@ -201,12 +220,11 @@ MaintenanceCommands::ParsedContacts MaintenanceCommands::Parse(const QString &te
 
 PhoneBookChange MaintenanceCommands::ImportContacts(const LxContactList &contacts) const
 {
-    const auto notImported = [](const QString &why) {
-        return Failure(tr("Import Failed"), tr("The contacts could not be imported: %1").arg(why));
-    };
     if (contacts.Count() == 0) {
-        return {.failure = notImported(tr("No line of the file holds a mobile number of a known country and another "
-                                          "field, separated by a comma or a tab."))};
+        PhoneBookChange change{.failure = NotImported(tr("No line of the file holds a mobile number of a known country "
+                                                         "and another field, separated by a comma or a tab."))};
+        change.failure->details = OtherWay();
+        return change;
     }
     LxGroupList &groups = m_phoneBook.Groups();
     LxGroup &group = groups.CreateGroup(groups.UniqueName(tr("Imported")));
@@ -217,6 +235,26 @@ PhoneBookChange MaintenanceCommands::ImportContacts(const LxContactList &contact
         change = {.shown = Shown::Everything};
     }
     if (!failure.isEmpty())
-        change.failure = notImported(failure);
+        change.failure = NotImported(failure);
     return change;
+}
+
+PhoneBookChange MaintenanceCommands::ImportForeign(const ImportChoice &choice) const
+{
+    std::optional<Candidates::Taken> result;
+    const QString failure =
+        Attempt([&] { result = Candidates::Take(choice.candidates, choice.withGroups, m_phoneBook); });
+    if (!failure.isEmpty())
+        return {.failure = NotImported(failure)};
+    if (!result || !result->group)
+        return {};
+    const Candidates::Taken &taken = *result;
+    const QLocale locale;
+    const QString count = locale.toString(taken.contacts);
+    const auto leftOut = static_cast<qlonglong>(choice.candidates.size()) - taken.contacts;
+    QString status = taken.contacts == 1 ? tr("Imported 1 contact to group %1").arg(taken.group->Name())
+                                         : tr("Imported %1 contacts to group %2").arg(count, taken.group->Name());
+    if (leftOut > 0)
+        status += leftOut == 1 ? tr("; 1 was left out") : tr("; %1 were left out").arg(locale.toString(leftOut));
+    return {.shown = Shown::NewGroup, .group = taken.group, .status = status, .command = tr("Import")};
 }

@@ -9,6 +9,7 @@
 
 #include <vector>
 
+struct ImportChoice;
 class Clock;
 class LxCountryList;
 class LxPhoneBook;
@@ -49,6 +50,9 @@ public:
     [[nodiscard]] ParsedContacts Parse(const QString &text) const;
     /// Adds clones of the contacts to a new group "Imported". Where one cannot be added, those before it stay.
     PhoneBookChange ImportContacts(const LxContactList &contacts) const;
+
+    /// Takes in those of another program's file who are ticked: all, or where one cannot be added none.
+    PhoneBookChange ImportForeign(const ImportChoice &choice) const;
 
 private:
     [[nodiscard]] QString AskBackupFile(bool isForRestore) const;

@@ -146,6 +146,7 @@ std::vector<PhoneBook::Command> PhoneBook::TableOfCommands()
         {{ui.mnuBackup}, [&maintenance] { return maintenance.Backup(); }},
         {{ui.mnuRestore}, [this, &maintenance] { return maintenance.Restore(ChosenGroup()); }},
         {{ui.mnuContactsImport, ui.actImport}, [&maintenance] { return maintenance.ImportFile(); }},
+        {{ui.mnuContactsImportOther}, [this] { return ImportOther(); }},
         {{ui.mnuContactsExport}, [this, &maintenance] { return maintenance.Export(ChosenGroup()); }},
         {{ui.mnuOnlineHelp}, help},
         {{ui.mnuExit}, show([this] { UnloadComposeWindows(); })},
@@ -221,6 +222,12 @@ PhoneBookChange PhoneBook::Properties()
 PhoneBookChange PhoneBook::Delete()
 {
     return m_lists->IsInGroups() ? m_commands.DeleteGroup(ChosenGroup()) : m_commands.Delete(Selected());
+}
+
+PhoneBookChange PhoneBook::ImportOther()
+{
+    const std::optional<ImportChoice> choice = m_services.askForeignContacts(*m_phoneBook, this);
+    return choice ? m_maintenance.ImportForeign(*choice) : PhoneBookChange();
 }
 
 void PhoneBook::UnloadComposeWindows()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Candidates.h"
 #include "LxContact.h"
 #include "LxContactList.h"
 #include "LxPhoneBook.h"
@@ -14,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class PhoneBookLists;
@@ -38,6 +40,9 @@ public:
         const LxCountryList &countries;
         const Clock &clock;
         WindowServices window;
+        /// Asks who of another program's file comes in, over the window; none when nobody does. The phone book stays
+        /// as it is.
+        std::function<std::optional<ImportChoice>(const LxPhoneBook &phoneBook, QWidget *owner)> askForeignContacts;
     };
 
     /// What the dialog of a new contact starts with.
@@ -152,6 +157,7 @@ private:
     [[nodiscard]] PhoneBookChange NewContact();
     [[nodiscard]] PhoneBookChange Properties();
     [[nodiscard]] PhoneBookChange Delete();
+    [[nodiscard]] PhoneBookChange ImportOther();
     void UnloadComposeWindows();
 
     Services m_services;

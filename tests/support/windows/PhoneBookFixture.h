@@ -50,6 +50,7 @@ struct PhoneBookFixture : WindowFixture
             {u's', "mnuPopupSelectAllContacts"},
             {u'R', "mnuEditGroupName mnuPopupRenameGroup mnuPopupDeleteGroup"},
             {u'N', "mnuAddContact mnuNewGroup actNewContact actProperties actNewGroup actImport mnuContactsImport "
+                   "mnuContactsImportOther "
                    "mnuContactsExport mnuBackup mnuRestore mnuMergeDuplicates mnuExclude mnuExit mnuOnlineHelp"}};
         QString letters;
         for (const auto &[letter, names] : entries) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Dialogs.h"
+#include "ForeignContacts.h"
 #include "Machine.h"
 #include "PhoneBook.h"
 #include "SampleCountries.h"
@@ -18,7 +19,11 @@ struct PhoneBookWindow
         , services{settings, prompts, machine.shell, std::chrono::milliseconds(0)}
         , newBook(std::make_unique<LxPhoneBook>(countries, machine.clock))
         , book(*newBook)
-        , phoneBook({countries, machine.clock, services}, std::move(newBook))
+        , phoneBook({countries, machine.clock, services,
+                     [this](const LxPhoneBook &from, QWidget *owner) {
+                         return ForeignContacts::Ask({countries, programFolder, services}, from, owner);
+                     }},
+                    std::move(newBook))
     {
     }
 
@@ -45,6 +50,8 @@ struct PhoneBookWindow
     }
 
     LxCountryList countries = SampleCountries();
+    /// Where NumberJudge lies.
+    QString programFolder;
     Settings settings;
     /// What is started may be started again at once.
     const WindowServices services;

@@ -13,6 +13,9 @@ namespace {
 const auto kInvalid = u"Invalid country 0"_s;
 const auto kNothing =
     u"No line of the file holds a mobile number of a known country and another field, separated by a comma or a tab."_s;
+const auto kOtherWay =
+    u"Files of other programs, such as vCards and spreadsheets with headings or numbers of several kinds, come in by "
+    "Contacts, Import from Other Programs..."_s;
 
 struct Fixture : PhoneBookFixture
 {
@@ -159,16 +162,16 @@ private slots:
         {"some without a country", "# all\r\rname\rCy,+447700900123\nDi,07700900124\nEd,+447700900125", kInvalid,
          u"Cy:Imported | Work,Imported"_s,
          u"1 contacts; line 5 of the file stopped the import; lines of the file that hold no contact: 1"_s,
-         u"Line 5 of the file stopped the import. Before it, 1 contacts came in."_s},
+         u"Line 5 of the file stopped the import. Before it, 1 contacts came in.\r\n\r\n"_s},
         {"all without a country", "Di,07700900124", kInvalid, u"| Work"_s,
          u"0 contacts; line 1 of the file stopped the import"_s,
-         u"Line 1 of the file stopped the import. Before it, 0 contacts came in."_s},
+         u"Line 1 of the file stopped the import. Before it, 0 contacts came in.\r\n\r\n"_s},
         {"another separator", "Cy;44;07700900123\nDi;44;07700900124", kNothing, u"| Work"_s, u"4 contacts"_s, {}})
     {
         Fixture f;
         const QString before = f.Print().remove(u"| Work"_s);
         f.prompts.ExpectBox(u"The contacts could not be imported: "_s + failure, PromptIcon::Information,
-                            PromptAnswer::Ok, u"Import Failed"_s, details);
+                            PromptAnswer::Ok, u"Import Failed"_s, details + kOtherWay);
         f.ImportFile(bytes);
         QCOMPARE(f.Print(), before + added);
         QCOMPARE(f.Saved().count('\n'), f.Book().AllContacts().Count());
