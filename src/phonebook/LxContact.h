@@ -1,8 +1,10 @@
 #pragma once
 
 #include "LxGroupList.h"
+#include "NumberText.h"
 
 #include <QString>
+#include <QStringView>
 
 #include <memory>
 
@@ -44,16 +46,17 @@ public:
     void SetCountryCode(int code);
 
     /// The number as typed, in local form.
-    [[nodiscard]] const QString &UserMobile() const { return m_details.userMobile; }
+    [[nodiscard]] QString UserMobile() const { return m_details.userMobile.ToString(); }
+    [[nodiscard]] const NumberText &UserMobileText() const { return m_details.userMobile; }
     /// Keeps a number in local form as it stands. Raises "User mobile was passed a non-local mobile" for any other.
-    void SetUserMobile(const QString &mobile);
+    void SetUserMobile(QStringView mobile);
 
     /// Takes a number in any form. One that begins with "0" is local, in the contact's country; any other is
     /// international, with or without "+", and sets the country too. Raises "Unrecognised country code in mobile".
     void SetMobile(const QString &mobile);
 
     /// The digits within the country, without the trunk zero.
-    [[nodiscard]] const QString &LocalMobile() const { return m_details.localMobile; }
+    [[nodiscard]] QString LocalMobile() const { return m_details.localMobile.ToString(); }
 
     /// "+", the country code and the local digits; empty without a number or a country.
     [[nodiscard]] QString InternationalMobile() const;
@@ -61,6 +64,8 @@ public:
     /// In the order in which the contact joined them. Only LxGroup changes them.
     [[nodiscard]] const LxGroupList &Groups() const { return m_groups; }
     void AddToGroup(LxGroup &group);
+    /// Adds a contact that is in no group yet to all of these, whose list it then shares until either changes.
+    void AddToGroups(const LxGroupList &groups);
     void RemoveFromGroups(const LxGroup &groupToKeep);
 
     /// Leaves every group, and so the phone book.
@@ -84,10 +89,9 @@ private:
         [[nodiscard]] bool operator==(const Details &other) const = default;
 
         QString name;
-        QString userMobile;
-        /// Kept beside the typed form, with which it shares its storage where they are the same, so that searching
-        /// 100,000 contacts does not clean each number again.
-        QString localMobile;
+        NumberText userMobile;
+        /// Kept beside the typed form, so that searching 100,000 contacts does not clean each number again.
+        NumberText localMobile;
         qint16 countryCode = 0;
     };
 

@@ -43,6 +43,9 @@ public:
     /// The first member whose number in international form is exactly this text, or null.
     [[nodiscard]] LxContactPtr FindContactByMobile(const QString &mobile) const;
 
+    /// Gives back the room that is kept for members to come.
+    void Squeeze() { m_members.Squeeze(); }
+
     [[nodiscard]] bool IsMember(const LxContact &contact) const;
 
     /// A group of the same name and members, who thereby join it.
@@ -60,6 +63,9 @@ private:
     friend class LxContact;
     friend class LxGroupList;
     friend class RecordedCommand;
+
+    /// Leaves the contact's list of groups to the caller.
+    void AddNew(const LxContactPtr &contact);
 
     /// Takes all off without a word to the history.
     void Empty();

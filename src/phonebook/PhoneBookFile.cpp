@@ -11,15 +11,15 @@ namespace PhoneBookFile {
 
 std::optional<Record> ParseLine(QStringView line)
 {
-    Encodings::CsvFields fields = Encodings::ParseCSVLine(line);
+    auto fields = Encodings::SplitCSVLine(line);
     if (fields.size() != 3 && fields.size() != 4)
         return std::nullopt;
     bool ok = false;
-    const short code = QStringView(fields[1]).trimmed().toShort(&ok);
+    const short code = fields[1].Text().trimmed().toShort(&ok);
     if (!ok)
         return std::nullopt;
     return Record{std::move(fields[0]), code, std::move(fields[2]),
-                  fields.size() == 4 ? std::move(fields[3]) : QString()};
+                  fields.size() == 4 ? std::move(fields[3]) : Encodings::CsvField()};
 }
 
 void AppendLine(const LxContact &contact, const LxGroup &everyone, TextWriter &writer)
