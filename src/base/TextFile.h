@@ -67,7 +67,7 @@ void ForEachForeignLine(QStringView text, Visitor visit)
 template <typename Visitor>
 void ForEachDecodedLine(const QByteArray &bytes, Visitor visit)
 {
-    constexpr qsizetype kStretch = 1 << 15;
+    constexpr qsizetype kStretch = 1 << 11;
     if (bytes.startsWith(kUtf8Mark)) {
         ForEachLine(Decode(bytes), visit);
         return;

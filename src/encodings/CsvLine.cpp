@@ -1,5 +1,6 @@
 #include "CsvLine.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Encodings {
@@ -13,8 +14,7 @@ enum class State { BeforeString, InsideQuotedString, InsideUnquotedString, After
 /// The position of the first such character from `from` on, or the line's end.
 qsizetype FindEnd(QStringView line, qsizetype from, QChar c)
 {
-    const qsizetype found = line.indexOf(c, from);
-    return found < 0 ? line.size() : found;
+    return std::find(line.begin() + from, line.end(), c) - line.begin();
 }
 
 } // namespace
@@ -73,9 +73,8 @@ QVarLengthArray<CsvField, 4> SplitCSVLine(QStringView line)
             break;
         }
         case State::InsideUnquotedString: {
-            qsizetype end = i;
-            while (end < line.size() && line[end] != kQuote && line[end] != kComma)
-                ++end;
+            const auto isEnd = [](QChar c) { return c == kQuote || c == kComma; };
+            const qsizetype end = std::find_if(line.begin() + i, line.end(), isEnd) - line.begin();
             field.Append(line.sliced(i, end - i));
             i = end + 1;
             if (end < line.size()) {

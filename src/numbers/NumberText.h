@@ -12,6 +12,10 @@ class NumberText final
 public:
     NumberText() = default;
     explicit NumberText(QStringView text);
+    explicit NumberText(QLatin1String ascii)
+        : m_utf8(ascii.data(), static_cast<size_t>(ascii.size()))
+    {
+    }
 
     [[nodiscard]] bool operator==(const NumberText &other) const = default;
     [[nodiscard]] bool operator==(QStringView text) const;

@@ -78,20 +78,20 @@ bool IsLocalNumber(QStringView s)
 std::optional<NumberText> LocalDigits(QStringView s)
 {
     // Nearly all are digits and blanks, and need no text of their own.
-    QVarLengthArray<QChar, 32> digits;
+    QVarLengthArray<char, 32> digits;
     for (const QChar c : s) {
         if (IsDigit(c)) {
-            digits.append(c);
+            digits.append(static_cast<char>(c.unicode()));
         } else if (!IsPunctuation(c)) {
             const QString local = RemoveTrunkZero(CleanPhoneNumber(s.toString()));
             return IsLocalNumber(local) ? std::optional(NumberText(local)) : std::nullopt;
         }
     }
-    QStringView local(digits);
+    QLatin1String local(digits.data(), digits.size());
     if (local.startsWith(u'0'))
         local = local.sliced(1);
     // Two zeros make a number international.
-    return IsLocalNumber(local) ? std::optional(NumberText(local)) : std::nullopt;
+    return local.isEmpty() || local.startsWith(u'0') ? std::nullopt : std::optional(NumberText(local));
 }
 
 bool IsDiallingCode(QStringView s)

@@ -9,9 +9,27 @@
 
 #include <QCoreApplication>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// What QStringView::contains tells where case is ignored, which looks every letter up in a table.
+bool ContainsIgnoringCase(QStringView name, QStringView text)
+{
+    const auto folded = [](QChar c) {
+        return c < u'\u0080' ? (c >= u'A' && c <= u'Z' ? QChar(c.unicode() + (u'a' - u'A')) : c) : c.toCaseFolded();
+    };
+    if (text.isEmpty() || text.front().isSurrogate())
+        return name.contains(text, Qt::CaseInsensitive);
+    const QChar first = folded(text.front());
+    for (qsizetype i = 0; i + text.size() <= name.size(); ++i) {
+        if (folded(name[i]) == first && name.sliced(i, text.size()).compare(text, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
 
 [[noreturn]] void RaiseContactError(const QString &description)
 {
@@ -41,9 +59,11 @@ LxContact::Details &LxContact::ToChange()
     return m_details;
 }
 
-void LxContact::SetName(const QString &name)
+void LxContact::SetName(QString name)
 {
-    ToChange().name = Utils::Cut(name, NameMaxLength);
+    if (name.size() > NameMaxLength)
+        name = Utils::Cut(name, NameMaxLength);
+    ToChange().name = std::move(name);
 }
 
 void LxContact::SetCountryCode(int code)
@@ -91,14 +111,6 @@ QString LxContact::InternationalMobile() const
 void LxContact::AddToGroup(LxGroup &group)
 {
     group.Add(shared_from_this());
-}
-
-void LxContact::AddToGroups(const LxGroupList &groups)
-{
-    const LxContactPtr self = shared_from_this();
-    for (LxGroup *group : groups)
-        group->AddNew(self);
-    m_groups.ShareGroupsOf(groups);
 }
 
 void LxContact::RemoveFromGroups(const LxGroup &groupToKeep)
@@ -164,5 +176,5 @@ bool LxContact::Match(const QString &text, bool exact) const
     if (numberMatches)
         return true;
     return exact ? QStringView(m_details.name).compare(t, Qt::CaseInsensitive) == 0
-                 : QStringView(m_details.name).contains(t, Qt::CaseInsensitive);
+                 : ContainsIgnoringCase(m_details.name, t);
 }

@@ -38,7 +38,7 @@ public:
 
     [[nodiscard]] const QString &Name() const { return m_details.name; }
     /// Keeps the first NameMaxLength characters.
-    void SetName(const QString &name);
+    void SetName(QString name);
 
     /// The dialling code; 0 when none is set.
     [[nodiscard]] qint16 CountryCode() const { return m_details.countryCode; }
@@ -64,8 +64,6 @@ public:
     /// In the order in which the contact joined them. Only LxGroup changes them.
     [[nodiscard]] const LxGroupList &Groups() const { return m_groups; }
     void AddToGroup(LxGroup &group);
-    /// Adds a contact that is in no group yet to all of these, whose list it then shares until either changes.
-    void AddToGroups(const LxGroupList &groups);
     void RemoveFromGroups(const LxGroup &groupToKeep);
 
     /// Leaves every group, and so the phone book.

@@ -36,11 +36,18 @@ void LxGroup::Add(const LxContactPtr &contact)
 {
     if (IsMember(*contact))
         return;
-    AddNew(contact);
+    AddMember(contact);
     contact->m_groups.AddNew(*this);
 }
 
-void LxGroup::AddNew(const LxContactPtr &contact)
+void LxGroup::AddNew(const LxContactPtr &contact, const LxGroupList &groups)
+{
+    for (LxGroup *group : groups)
+        group->AddMember(contact);
+    contact->m_groups.ShareGroupsOf(groups);
+}
+
+void LxGroup::AddMember(const LxContactPtr &contact)
 {
     if (m_history)
         m_history->MembershipChanges(*contact);

@@ -20,8 +20,8 @@
 #include <QHash>
 
 #include <algorithm>
+#include <deque>
 #include <optional>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -54,10 +54,11 @@ public:
     const LxGroupList &GroupsOf(QStringView names)
     {
         // Most lines name the same groups as one before.
-        const auto found = m_byNames.find(QString::fromRawData(names.data(), names.size()));
-        if (found != m_byNames.end())
-            return found->second;
-        LxGroupList &groups = m_byNames[names.toString()];
+        const auto found = m_byNames.constFind(QString::fromRawData(names.data(), names.size()));
+        if (found != m_byNames.constEnd())
+            return m_lists[*found];
+        m_byNames.insert(names.toString(), m_lists.size());
+        LxGroupList &groups = m_lists.emplace_back();
         groups.AddNew(*m_groups.GetFirstGroup());
         if (!names.isEmpty()) {
             for (const QStringView name : names.split(u';'))
@@ -78,7 +79,9 @@ private:
 
     LxGroupList &m_groups;
     QHash<QString, LxGroup *> m_byName;
-    std::unordered_map<QString, LxGroupList> m_byNames;
+    std::deque<LxGroupList> m_lists;
+    /// Where in m_lists the groups of such names stand.
+    QHash<QString, size_t> m_byNames;
 };
 
 LxPhoneBook::LxPhoneBook(const LxCountryList &countries, const Clock &clock)
@@ -245,7 +248,7 @@ bool LxPhoneBook::AddContactOf(QStringView line, GroupFinder &finder) const
     } catch (const Error &) {
         return false;
     }
-    contact->AddToGroups(finder.GroupsOf(record->groups.Text()));
+    LxGroup::AddNew(contact, finder.GroupsOf(record->groups.Text()));
     return true;
 }
 
@@ -294,7 +297,7 @@ LxPhoneBook::ParsedLines LxPhoneBook::ParseContacts(const QString &text)
             return;
         // A heading, or a line of something else, costs its own contact only.
         if (const LxContactPtr contact = isCut ? nullptr : ImportedContactOf(line, names)) {
-            contact->AddToGroups(finder.GroupsOf(names));
+            LxGroup::AddNew(contact, finder.GroupsOf(names));
             parsed.lineOf.push_back(number);
             return;
         }
