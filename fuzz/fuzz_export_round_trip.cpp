@@ -20,10 +20,10 @@ LxContactPtr ContactOf(const PhoneBookFile::Record &record, const LxPhoneBook &p
 {
     const LxContactPtr contact = phoneBook.CreateContact();
     try {
-        contact->SetName(record.name);
+        contact->SetName(record.name.Text().toString());
         if (record.countryCode != 0)
             contact->SetCountryCode(record.countryCode);
-        contact->SetMobile(record.mobile);
+        contact->SetMobile(record.mobile.Text().toString());
     } catch (const Error &) {
         return nullptr;
     }

@@ -33,15 +33,21 @@ QLatin1String LettersOf(QChar c)
     }
 }
 
-} // namespace
-
-QString SortKey(const QString &text)
+bool IsAscii(QChar c)
 {
-    const bool isAscii = std::all_of(text.begin(), text.end(), [](QChar c) { return c < u'\u0080'; });
-    if (isAscii)
-        return text.toLower();
-    QString key;
-    key.reserve(text.size());
+    return c < u'\u0080';
+}
+
+void AppendLower(QStringView ascii, QString &key)
+{
+    const qsizetype before = key.size();
+    key.resize(before + ascii.size());
+    std::transform(ascii.begin(), ascii.end(), key.data() + before,
+                   [](QChar c) { return c >= u'A' && c <= u'Z' ? QChar(c.unicode() + (u'a' - u'A')) : c; });
+}
+
+void AppendFolded(const QString &text, QString &key)
+{
     // Taken apart first: a dotted capital I has no small letter of its own.
     for (const QChar c : text.normalized(QString::NormalizationForm_D).toCaseFolded()) {
         if (c.isMark())
@@ -50,6 +56,22 @@ QString SortKey(const QString &text)
             key += letters;
         else
             key += c;
+    }
+}
+
+} // namespace
+
+QString SortKey(const QString &text)
+{
+    QString key;
+    key.reserve(text.size());
+    // Taking a text apart is slow, and few letters of a name need it.
+    for (auto c = text.begin(); c != text.end();) {
+        const auto others = std::find_if_not(c, text.end(), IsAscii);
+        AppendLower(QStringView(c, others), key);
+        c = std::find_if(others, text.end(), IsAscii);
+        if (c != others)
+            AppendFolded(QString(others, c - others), key);
     }
     return key;
 }

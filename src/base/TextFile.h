@@ -63,6 +63,23 @@ void ForEachForeignLine(QStringView text, Visitor visit)
     }
 }
 
+/// Calls `visit` with every line of Decode(bytes), as ForEachLine does, without holding all of that text at once.
+template <typename Visitor>
+void ForEachDecodedLine(const QByteArray &bytes, Visitor visit)
+{
+    constexpr qsizetype kStretch = 1 << 11;
+    if (bytes.startsWith(kUtf8Mark)) {
+        ForEachLine(Decode(bytes), visit);
+        return;
+    }
+    for (qsizetype start = 0; start < bytes.size();) {
+        const qsizetype lineEnd = bytes.indexOf('\n', start + kStretch);
+        const qsizetype end = lineEnd < 0 ? bytes.size() : lineEnd + 1;
+        ForEachLine(DecodeCodePage(QByteArray::fromRawData(bytes.constData() + start, end - start)), visit);
+        start = end;
+    }
+}
+
 /// The text with every CR, LF, U+0085, U+2028 and U+2029 (CR LF together) turned into one space, as a name in a
 /// file of lines must be.
 [[nodiscard]] QString AsOneLine(QString text);

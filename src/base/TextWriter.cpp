@@ -43,17 +43,30 @@ void TextWriter::Append(QStringView text)
 
 void TextWriter::AppendAsOneLine(QStringView text)
 {
-    // Hardly any text needs more than a copy of printable ASCII.
-    char *const start = Room(text.size());
-    char *out = start;
+    // Hardly any text needs more than a copy, which without a branch on each character is made of many at once.
+    char *out = Room(text.size());
+    bool isAscii = true;
+    bool isLatin = true;
     for (const QChar c : text) {
-        if (c < u' ' || c > u'~')
-            break;
-        *out++ = static_cast<char>(c.unicode());
+        const char16_t unit = c.unicode();
+        *out++ = static_cast<char>(unit);
+        isAscii &= unit >= u' ' && unit <= u'~';
+        isLatin &= (unit >= u' ' && unit <= u'~') || (unit >= 0xA0 && unit <= 0xFF);
     }
-    m_size += out - start;
-    if (const QStringView rest = text.sliced(out - start); !rest.isEmpty())
-        Append(TextFile::AsOneLine(rest.toString()));
+    if (isAscii || (isLatin && !m_isUtf8))
+        m_size += text.size();
+    else
+        Append(TextFile::AsOneLine(text.toString()));
+}
+
+void TextWriter::AppendAsOneLine(QByteArrayView utf8)
+{
+    if (!std::all_of(utf8.begin(), utf8.end(), [](char c) { return c >= ' ' && c <= '~'; })) {
+        AppendAsOneLine(QString::fromUtf8(utf8));
+        return;
+    }
+    std::copy(utf8.begin(), utf8.end(), Room(utf8.size()));
+    m_size += utf8.size();
 }
 
 void TextWriter::SwitchToUtf8()

@@ -21,6 +21,8 @@ public:
     /// Appends the text as TextFile::AsOneLine makes it.
     void AppendAsOneLine(QStringView text);
 
+    void AppendAsOneLine(QByteArrayView utf8);
+
     /// Appends a literal of ASCII characters.
     template <size_t Size>
     void AppendAscii(const char (&literal)[Size])

@@ -1,5 +1,6 @@
 #include "CsvLine.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Encodings {
@@ -10,30 +11,37 @@ constexpr QChar kComma = u',';
 
 enum class State { BeforeString, InsideQuotedString, InsideUnquotedString, AfterString };
 
-/// The position of the first character from `from` on that `isEnd` accepts, or the line's end.
-template <typename Predicate>
-qsizetype FindEnd(QStringView line, qsizetype from, Predicate isEnd)
+/// The position of the first such character from `from` on, or the line's end.
+qsizetype FindEnd(QStringView line, qsizetype from, QChar c)
 {
-    while (from < line.size() && !isEnd(line[from]))
-        ++from;
-    return from;
-}
-
-/// Most fields are one stretch, which then fits its storage exactly.
-void Extend(QString &field, QStringView stretch)
-{
-    if (field.isEmpty())
-        field = stretch.toString();
-    else
-        field += stretch;
+    return std::find(line.begin() + from, line.end(), c) - line.begin();
 }
 
 } // namespace
 
+void CsvField::Append(QStringView stretch)
+{
+    if (Text().isEmpty()) {
+        m_stretch = stretch;
+        return;
+    }
+    if (m_joined.isEmpty())
+        m_joined = m_stretch.toString();
+    m_joined += stretch;
+}
+
 CsvFields ParseCSVLine(QStringView line)
 {
     CsvFields fields;
-    QString field;
+    for (const CsvField &field : SplitCSVLine(line))
+        fields.append(field.Text().toString());
+    return fields;
+}
+
+QVarLengthArray<CsvField, 4> SplitCSVLine(QStringView line)
+{
+    QVarLengthArray<CsvField, 4> fields;
+    CsvField field;
     const auto appendField = [&fields, &field] { fields.append(std::exchange(field, {})); };
     State state = State::BeforeString;
     qsizetype i = 0;
@@ -51,11 +59,12 @@ CsvFields ParseCSVLine(QStringView line)
             }
             break;
         case State::InsideQuotedString: {
-            const qsizetype end = FindEnd(line, i, [](QChar c) { return c == kQuote; });
-            Extend(field, line.sliced(i, end - i));
+            const qsizetype end = FindEnd(line, i, kQuote);
+            field.Append(line.sliced(i, end - i));
             i = end + 1;
             if (i < line.size() && line[i] == kQuote) {
-                field += kQuote;
+                // The second of the two.
+                field.Append(line.sliced(i, 1));
                 ++i;
             } else if (end < line.size()) {
                 appendField();
@@ -64,8 +73,9 @@ CsvFields ParseCSVLine(QStringView line)
             break;
         }
         case State::InsideUnquotedString: {
-            const qsizetype end = FindEnd(line, i, [](QChar c) { return c == kQuote || c == kComma; });
-            field = line.sliced(i, end - i).toString();
+            const auto isEnd = [](QChar c) { return c == kQuote || c == kComma; };
+            const qsizetype end = std::find_if(line.begin() + i, line.end(), isEnd) - line.begin();
+            field.Append(line.sliced(i, end - i));
             i = end + 1;
             if (end < line.size()) {
                 appendField();
@@ -74,7 +84,7 @@ CsvFields ParseCSVLine(QStringView line)
             break;
         }
         case State::AfterString:
-            i = FindEnd(line, i, [](QChar c) { return c == kComma; }) + 1;
+            i = FindEnd(line, i, kComma) + 1;
             if (i <= line.size())
                 state = State::BeforeString;
             break;

@@ -3,6 +3,7 @@
 #include "LxCountryList.h"
 
 #include <QStringBuilder>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <array>
@@ -15,6 +16,12 @@ namespace {
 bool IsDigit(QChar c)
 {
     return c >= u'0' && c <= u'9';
+}
+
+/// What is dropped wherever it stands.
+bool IsPunctuation(QChar c)
+{
+    return c == u'-' || c == u' ' || c == u'.' || c == u'[' || c == u']';
 }
 
 QStringView WithoutPlus(QStringView s)
@@ -34,11 +41,10 @@ int DigitCount(int number)
 
 QString CleanPhoneNumber(const QString &s)
 {
-    const auto isPunctuation = [](QChar c) { return c == u'-' || c == u' ' || c == u'.' || c == u'[' || c == u']'; };
     QString cleaned = s;
     // A number that is clean already, as most stored ones are, stays shared.
     if (!IsAllDigits(s)) {
-        cleaned.removeIf(isPunctuation);
+        cleaned.removeIf(IsPunctuation);
         if (cleaned.contains(u'('))
             cleaned.remove("(0)"_L1).remove(u'(');
         cleaned.remove(u')');
@@ -67,6 +73,25 @@ bool IsValidPhoneNumber(QStringView s)
 bool IsLocalNumber(QStringView s)
 {
     return IsAllDigits(s) && s.front() != u'0';
+}
+
+std::optional<NumberText> LocalDigits(QStringView s)
+{
+    // Nearly all are digits and blanks, and need no text of their own.
+    QVarLengthArray<char, 32> digits;
+    for (const QChar c : s) {
+        if (IsDigit(c)) {
+            digits.append(static_cast<char>(c.unicode()));
+        } else if (!IsPunctuation(c)) {
+            const QString local = RemoveTrunkZero(CleanPhoneNumber(s.toString()));
+            return IsLocalNumber(local) ? std::optional(NumberText(local)) : std::nullopt;
+        }
+    }
+    QLatin1String local(digits.data(), digits.size());
+    if (local.startsWith(u'0'))
+        local = local.sliced(1);
+    // Two zeros make a number international.
+    return local.isEmpty() || local.startsWith(u'0') ? std::nullopt : std::optional(NumberText(local));
 }
 
 bool IsDiallingCode(QStringView s)

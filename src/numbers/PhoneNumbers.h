@@ -1,5 +1,7 @@
 #pragma once
 
+#include "NumberText.h"
+
 #include <QString>
 
 #include <optional>
@@ -33,6 +35,9 @@ struct SplitNumber
 
 /// Digits, of which the first is not "0".
 [[nodiscard]] bool IsLocalNumber(QStringView s);
+
+/// The digits of a number in local form, cleaned and without trunk zero; none for any other.
+[[nodiscard]] std::optional<NumberText> LocalDigits(QStringView s);
 
 /// One to three digits.
 [[nodiscard]] bool IsDiallingCode(QStringView s);

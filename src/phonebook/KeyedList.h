@@ -132,6 +132,8 @@ public:
         return m_slots[static_cast<size_t>(position)];
     }
 
+    void Squeeze() { m_slots.shrink_to_fit(); }
+
     void Clear()
     {
         const ListPlace next = m_nextPlace;

@@ -9,9 +9,27 @@
 
 #include <QCoreApplication>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// What QStringView::contains tells where case is ignored, which looks every letter up in a table.
+bool ContainsIgnoringCase(QStringView name, QStringView text)
+{
+    const auto folded = [](QChar c) {
+        return c < u'\u0080' ? (c >= u'A' && c <= u'Z' ? QChar(c.unicode() + (u'a' - u'A')) : c) : c.toCaseFolded();
+    };
+    if (text.isEmpty() || text.front().isSurrogate())
+        return name.contains(text, Qt::CaseInsensitive);
+    const QChar first = folded(text.front());
+    for (qsizetype i = 0; i + text.size() <= name.size(); ++i) {
+        if (folded(name[i]) == first && name.sliced(i, text.size()).compare(text, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
 
 [[noreturn]] void RaiseContactError(const QString &description)
 {
@@ -41,9 +59,11 @@ LxContact::Details &LxContact::ToChange()
     return m_details;
 }
 
-void LxContact::SetName(const QString &name)
+void LxContact::SetName(QString name)
 {
-    ToChange().name = Utils::Cut(name, NameMaxLength);
+    if (name.size() > NameMaxLength)
+        name = Utils::Cut(name, NameMaxLength);
+    ToChange().name = std::move(name);
 }
 
 void LxContact::SetCountryCode(int code)
@@ -53,14 +73,14 @@ void LxContact::SetCountryCode(int code)
     ToChange().countryCode = static_cast<qint16>(code);
 }
 
-void LxContact::SetUserMobile(const QString &mobile)
+void LxContact::SetUserMobile(QStringView mobile)
 {
-    const QString local = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(mobile));
-    if (!PhoneNumbers::IsLocalNumber(local))
+    const std::optional<NumberText> local = PhoneNumbers::LocalDigits(mobile);
+    if (!local)
         RaiseContactError(QCoreApplication::translate("LxContact", "User mobile was passed a non-local mobile"));
     Details &details = ToChange();
-    details.userMobile = mobile;
-    details.localMobile = local;
+    details.userMobile = NumberText(mobile);
+    details.localMobile = *local;
 }
 
 void LxContact::SetMobile(const QString &mobile)
@@ -77,15 +97,15 @@ void LxContact::SetMobile(const QString &mobile)
         RaiseContactError(QCoreApplication::translate("LxContact", "Unrecognised country code in mobile"));
     Details &details = ToChange();
     details.countryCode = split->code;
-    details.userMobile = split->local;
-    details.localMobile = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(split->local));
+    details.userMobile = NumberText(split->local);
+    details.localMobile = NumberText(PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(split->local)));
 }
 
 QString LxContact::InternationalMobile() const
 {
-    if (m_details.userMobile.isEmpty() || m_details.countryCode == 0)
+    if (m_details.userMobile.IsEmpty() || m_details.countryCode == 0)
         return {};
-    return PhoneNumbers::MakeInternational(m_details.countryCode, m_details.localMobile);
+    return PhoneNumbers::MakeInternational(m_details.countryCode, LocalMobile());
 }
 
 void LxContact::AddToGroup(LxGroup &group)
@@ -115,13 +135,13 @@ LxContactPtr LxContact::Clone() const
     LxContactPtr clone = Create(m_countries);
     clone->SetName(m_details.name);
     clone->SetCountryCode(m_details.countryCode);
-    clone->SetUserMobile(m_details.userMobile);
+    clone->SetUserMobile(UserMobile());
     return clone;
 }
 
 bool LxContact::MatchesInternational(QStringView text, bool exact) const
 {
-    if (m_details.userMobile.isEmpty() || m_details.countryCode == 0)
+    if (m_details.userMobile.IsEmpty() || m_details.countryCode == 0)
         return false;
     // Compared piece by piece, as joining the pieces would be most of the work of a search.
     const QString prefix = PhoneNumbers::MakeInternational(m_details.countryCode, {});
@@ -130,7 +150,7 @@ bool LxContact::MatchesInternational(QStringView text, bool exact) const
     if (!text.startsWith(prefix))
         return false;
     const QStringView rest = text.sliced(prefix.size());
-    return exact ? m_details.localMobile == rest : QStringView(m_details.localMobile).startsWith(rest);
+    return exact ? m_details.localMobile == rest : m_details.localMobile.StartsWith(rest);
 }
 
 bool LxContact::Match(const QString &text, bool exact) const
@@ -139,7 +159,7 @@ bool LxContact::Match(const QString &text, bool exact) const
     if (t.isEmpty() || t == u"0")
         return !exact;
     const auto matchesLocal = [this, exact](QStringView digits) {
-        return exact ? m_details.localMobile == digits : QStringView(m_details.localMobile).startsWith(digits);
+        return exact ? m_details.localMobile == digits : m_details.localMobile.StartsWith(digits);
     };
     const QChar first = t.front();
     bool numberMatches = false;
@@ -156,5 +176,5 @@ bool LxContact::Match(const QString &text, bool exact) const
     if (numberMatches)
         return true;
     return exact ? QStringView(m_details.name).compare(t, Qt::CaseInsensitive) == 0
-                 : QStringView(m_details.name).contains(t, Qt::CaseInsensitive);
+                 : ContainsIgnoringCase(m_details.name, t);
 }

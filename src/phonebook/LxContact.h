@@ -1,8 +1,10 @@
 #pragma once
 
 #include "LxGroupList.h"
+#include "NumberText.h"
 
 #include <QString>
+#include <QStringView>
 
 #include <memory>
 
@@ -36,7 +38,7 @@ public:
 
     [[nodiscard]] const QString &Name() const { return m_details.name; }
     /// Keeps the first NameMaxLength characters.
-    void SetName(const QString &name);
+    void SetName(QString name);
 
     /// The dialling code; 0 when none is set.
     [[nodiscard]] qint16 CountryCode() const { return m_details.countryCode; }
@@ -44,16 +46,17 @@ public:
     void SetCountryCode(int code);
 
     /// The number as typed, in local form.
-    [[nodiscard]] const QString &UserMobile() const { return m_details.userMobile; }
+    [[nodiscard]] QString UserMobile() const { return m_details.userMobile.ToString(); }
+    [[nodiscard]] const NumberText &UserMobileText() const { return m_details.userMobile; }
     /// Keeps a number in local form as it stands. Raises "User mobile was passed a non-local mobile" for any other.
-    void SetUserMobile(const QString &mobile);
+    void SetUserMobile(QStringView mobile);
 
     /// Takes a number in any form. One that begins with "0" is local, in the contact's country; any other is
     /// international, with or without "+", and sets the country too. Raises "Unrecognised country code in mobile".
     void SetMobile(const QString &mobile);
 
     /// The digits within the country, without the trunk zero.
-    [[nodiscard]] const QString &LocalMobile() const { return m_details.localMobile; }
+    [[nodiscard]] QString LocalMobile() const { return m_details.localMobile.ToString(); }
 
     /// "+", the country code and the local digits; empty without a number or a country.
     [[nodiscard]] QString InternationalMobile() const;
@@ -84,10 +87,9 @@ private:
         [[nodiscard]] bool operator==(const Details &other) const = default;
 
         QString name;
-        QString userMobile;
-        /// Kept beside the typed form, with which it shares its storage where they are the same, so that searching
-        /// 100,000 contacts does not clean each number again.
-        QString localMobile;
+        NumberText userMobile;
+        /// Kept beside the typed form, so that searching 100,000 contacts does not clean each number again.
+        NumberText localMobile;
         qint16 countryCode = 0;
     };
 

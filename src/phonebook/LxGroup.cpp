@@ -36,10 +36,22 @@ void LxGroup::Add(const LxContactPtr &contact)
 {
     if (IsMember(*contact))
         return;
+    AddMember(contact);
+    contact->m_groups.AddNew(*this);
+}
+
+void LxGroup::AddNew(const LxContactPtr &contact, const LxGroupList &groups)
+{
+    for (LxGroup *group : groups)
+        group->AddMember(contact);
+    contact->m_groups.ShareGroupsOf(groups);
+}
+
+void LxGroup::AddMember(const LxContactPtr &contact)
+{
     if (m_history)
         m_history->MembershipChanges(*contact);
     m_members.AddNew(contact);
-    contact->m_groups.AddNew(*this);
 }
 
 void LxGroup::Remove(const LxContactPtr &contact)
@@ -63,8 +75,9 @@ void LxGroup::RemoveAllContacts()
 
 void LxGroup::Empty()
 {
+    LxGroupList::Removal removal(*this);
     for (const LxContactPtr &contact : m_members)
-        contact->m_groups.Remove(*this);
+        removal.From(contact->m_groups);
     m_members.Clear();
 }
 

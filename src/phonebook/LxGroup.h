@@ -33,6 +33,8 @@ public:
 
     /// Adding a member again does nothing.
     void Add(const LxContactPtr &contact);
+    /// Adds a contact that is in no group yet to all of these, whose list it then shares until either changes.
+    static void AddNew(const LxContactPtr &contact, const LxGroupList &groups);
     /// Removing what is no member does nothing.
     void Remove(const LxContactPtr &contact);
     void RemoveAllContacts();
@@ -42,6 +44,9 @@ public:
 
     /// The first member whose number in international form is exactly this text, or null.
     [[nodiscard]] LxContactPtr FindContactByMobile(const QString &mobile) const;
+
+    /// Gives back the room that is kept for members to come.
+    void Squeeze() { m_members.Squeeze(); }
 
     [[nodiscard]] bool IsMember(const LxContact &contact) const;
 
@@ -60,6 +65,9 @@ private:
     friend class LxContact;
     friend class LxGroupList;
     friend class RecordedCommand;
+
+    /// Leaves the contact's list of groups to the caller.
+    void AddMember(const LxContactPtr &contact);
 
     /// Takes all off without a word to the history.
     void Empty();

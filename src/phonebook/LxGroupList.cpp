@@ -47,7 +47,7 @@ LxGroupList::Own &LxGroupList::Owned()
 void LxGroupList::ReportTo(PhoneBookHistory &history)
 {
     Owned().history = &history;
-    for (LxGroup *group : m_groups)
+    for (LxGroup *group : *this)
         group->m_history = &history;
 }
 
@@ -60,7 +60,7 @@ std::pair<std::unique_ptr<LxGroup>, int> LxGroupList::TakeOut(const LxGroup &gro
     std::unique_ptr<LxGroup> taken = std::move(*found);
     owned.erase(std::next(found).base());
     const auto place = static_cast<int>(m_groups.lastIndexOf(taken.get()));
-    m_groups.remove(place);
+    m_groups.removeAt(place);
     return {std::move(taken), place};
 }
 
@@ -92,6 +92,22 @@ void LxGroupList::Add(LxGroup &group)
 void LxGroupList::Remove(const LxGroup &group)
 {
     m_groups.removeIf([&group](const LxGroup *other) { return other == &group; });
+}
+
+void LxGroupList::Removal::From(LxGroupList &list)
+{
+    if (list.m_groups.isDetached()) {
+        list.Remove(m_group);
+        return;
+    }
+    const auto [found, isNew] = m_sharedAt.try_emplace(list.m_groups.constData());
+    Shared &shared = found->second;
+    if (isNew) {
+        shared.before = list.m_groups;
+        list.Remove(m_group);
+        shared.after = list.m_groups;
+    }
+    list.m_groups = shared.after;
 }
 
 bool LxGroupList::Contains(const LxGroup &group) const

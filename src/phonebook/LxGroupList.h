@@ -1,9 +1,10 @@
 #pragma once
 
+#include <QList>
 #include <QString>
-#include <QVarLengthArray>
 
 #include <memory>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -43,6 +44,8 @@ public:
     /// Adds a group of which the caller knows that it is not in the list.
     void AddNew(LxGroup &group) { m_groups.append(&group); }
     void Remove(const LxGroup &group);
+    /// Refers to the same groups as the other list, of which it then shares the storage until either changes.
+    void ShareGroupsOf(const LxGroupList &other) { m_groups = other.m_groups; }
     [[nodiscard]] bool Contains(const LxGroup &group) const;
 
     /// Raises number 5, source "Corvane.GroupList", when no group has this identity.
@@ -69,6 +72,28 @@ public:
     [[nodiscard]] auto begin() const { return m_groups.begin(); }
     [[nodiscard]] auto end() const { return m_groups.end(); }
 
+    /// Takes a group off many lists; those that share their storage go on sharing it.
+    class Removal final
+    {
+    public:
+        explicit Removal(const LxGroup &group)
+            : m_group(group)
+        {
+        }
+
+        void From(LxGroupList &list);
+
+    private:
+        struct Shared
+        {
+            QList<LxGroup *> before;
+            QList<LxGroup *> after;
+        };
+
+        const LxGroup &m_group;
+        std::unordered_map<const void *, Shared> m_sharedAt;
+    };
+
 private:
     struct Own
     {
@@ -79,8 +104,8 @@ private:
     [[nodiscard]] LxGroup *Find(int id) const;
     [[nodiscard]] Own &Owned();
 
-    /// Few contacts are in more groups than fit here without storage of their own.
-    QVarLengthArray<LxGroup *, 4> m_groups;
+    /// Shared between the contacts of the same groups as they were loaded.
+    QList<LxGroup *> m_groups;
     /// Apart, as most lists, those of the contacts, own nothing. Null until it is needed.
     std::unique_ptr<Own> m_own;
 };

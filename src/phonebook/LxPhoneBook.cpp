@@ -20,6 +20,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <deque>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -49,23 +50,21 @@ public:
         }
     }
 
-    /// Adds the contact to the groups of these names, joined by ";"; to none for empty text.
-    void AddTo(const QString &names, const LxContactPtr &contact)
+    /// "Everyone" and the groups of these names, joined by ";"; "Everyone" alone for empty text.
+    const LxGroupList &GroupsOf(QStringView names)
     {
-        if (names.isEmpty())
-            return;
-        if (!names.contains(u';')) {
-            FindOne(names).Add(contact);
-            return;
-        }
         // Most lines name the same groups as one before.
-        std::vector<LxGroup *> &groups = m_byNames[names];
-        if (groups.empty()) {
-            for (const QString &name : names.split(u';'))
-                groups.push_back(&FindOne(name));
+        const auto found = m_byNames.constFind(QString::fromRawData(names.data(), names.size()));
+        if (found != m_byNames.constEnd())
+            return m_lists[*found];
+        m_byNames.insert(names.toString(), m_lists.size());
+        LxGroupList &groups = m_lists.emplace_back();
+        groups.AddNew(*m_groups.GetFirstGroup());
+        if (!names.isEmpty()) {
+            for (const QStringView name : names.split(u';'))
+                groups.Add(FindOne(name.toString()));
         }
-        for (LxGroup *group : groups)
-            group->Add(contact);
+        return groups;
     }
 
 private:
@@ -80,7 +79,9 @@ private:
 
     LxGroupList &m_groups;
     QHash<QString, LxGroup *> m_byName;
-    QHash<QString, std::vector<LxGroup *>> m_byNames;
+    std::deque<LxGroupList> m_lists;
+    /// Where in m_lists the groups of such names stand.
+    QHash<QString, size_t> m_byNames;
 };
 
 LxPhoneBook::LxPhoneBook(const LxCountryList &countries, const Clock &clock)
@@ -234,43 +235,34 @@ QString LxPhoneBook::Restore(const QString &name)
     }
 }
 
-LxContactPtr LxPhoneBook::ContactOf(QStringView line, QString &groups) const
+bool LxPhoneBook::AddContactOf(QStringView line, GroupFinder &finder) const
 {
-    std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line);
+    const std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line);
     if (!record)
-        return nullptr;
-    LxContactPtr contact = CreateContact();
+        return false;
+    const LxContactPtr contact = CreateContact();
     try {
-        contact->SetName(record->name);
+        contact->SetName(record->name.Text().toString());
         contact->SetCountryCode(record->countryCode);
-        contact->SetUserMobile(record->mobile);
+        contact->SetUserMobile(record->mobile.Text());
     } catch (const Error &) {
-        return nullptr;
+        return false;
     }
-    groups = std::move(record->groups);
-    return contact;
+    LxGroup::AddNew(contact, finder.GroupsOf(record->groups.Text()));
+    return true;
 }
 
 bool LxPhoneBook::AddContacts(const QByteArray &bytes)
 {
-    const QString text = TextFile::Decode(bytes);
     bool readAll = TextFile::DecodesWhole(bytes);
     GroupFinder finder(m_groups);
-    QString names;
-    TextFile::ForEachLine(text, [&](QStringView line) {
-        const LxContactPtr contact = ContactOf(line, names);
-        if (contact)
-            AddContact(contact, names, finder);
-        else
+    TextFile::ForEachDecodedLine(bytes, [&](QStringView line) {
+        if (!AddContactOf(line, finder))
             readAll = readAll && line.trimmed().isEmpty();
     });
+    for (LxGroup *group : m_groups)
+        group->Squeeze();
     return readAll;
-}
-
-void LxPhoneBook::AddContact(const LxContactPtr &contact, const QString &groups, GroupFinder &finder)
-{
-    AllContacts().Add(contact);
-    finder.AddTo(groups, contact);
 }
 
 LxContactPtr LxPhoneBook::ImportedContactOf(QStringView line, QString &groups) const
@@ -305,7 +297,7 @@ LxPhoneBook::ParsedLines LxPhoneBook::ParseContacts(const QString &text)
             return;
         // A heading, or a line of something else, costs its own contact only.
         if (const LxContactPtr contact = isCut ? nullptr : ImportedContactOf(line, names)) {
-            AddContact(contact, names, finder);
+            LxGroup::AddNew(contact, finder.GroupsOf(names));
             parsed.lineOf.push_back(number);
             return;
         }

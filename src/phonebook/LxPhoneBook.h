@@ -101,11 +101,10 @@ private:
     /// Groups that hold nobody yet, "Everyone" alone.
     [[nodiscard]] static LxGroupList NewGroups();
 
-    /// Adds a contact to "Everyone" and to the groups of these names, joined by ";".
-    void AddContact(const LxContactPtr &contact, const QString &groups, GroupFinder &finder);
-    /// The line's contact; null for a line that breaks the rules. `groups` becomes the names of its groups.
-    [[nodiscard]] LxContactPtr ContactOf(QStringView line, QString &groups) const;
-    /// The same for a line of another program's file.
+    /// Adds the line's contact to the groups that it names; false for a line that breaks the rules.
+    bool AddContactOf(QStringView line, GroupFinder &finder) const;
+    /// The contact of a line of another program's file; null where it holds none. `groups` becomes the names of its
+    /// groups.
     [[nodiscard]] LxContactPtr ImportedContactOf(QStringView line, QString &groups) const;
     /// Adds the contacts of a phone-book file. False when a line that was not blank or bytes that were no text were
     /// skipped.

@@ -3,23 +3,40 @@
 #include "CsvLine.h"
 #include "LxContact.h"
 #include "LxGroup.h"
+#include "PhoneNumbers.h"
 #include "TextWriter.h"
 
+#include <numeric>
 #include <utility>
 
 namespace PhoneBookFile {
+namespace {
+
+std::optional<qint16> CodeOf(QStringView field)
+{
+    // Nearly all are a few digits, for which Qt's way is a long one.
+    constexpr qsizetype kManyDigits = 4;
+    if (field.size() <= kManyDigits && PhoneNumbers::IsAllDigits(field)) {
+        const auto append = [](int number, QChar digit) { return 10 * number + (digit.unicode() - u'0'); };
+        return static_cast<qint16>(std::accumulate(field.begin(), field.end(), 0, append));
+    }
+    bool ok = false;
+    const qint16 code = field.trimmed().toShort(&ok);
+    return ok ? std::optional(code) : std::nullopt;
+}
+
+} // namespace
 
 std::optional<Record> ParseLine(QStringView line)
 {
-    Encodings::CsvFields fields = Encodings::ParseCSVLine(line);
+    auto fields = Encodings::SplitCSVLine(line);
     if (fields.size() != 3 && fields.size() != 4)
         return std::nullopt;
-    bool ok = false;
-    const short code = QStringView(fields[1]).trimmed().toShort(&ok);
-    if (!ok)
+    const std::optional<qint16> code = CodeOf(fields[1].Text());
+    if (!code)
         return std::nullopt;
-    return Record{std::move(fields[0]), code, std::move(fields[2]),
-                  fields.size() == 4 ? std::move(fields[3]) : QString()};
+    return Record{std::move(fields[0]), *code, std::move(fields[2]),
+                  fields.size() == 4 ? std::move(fields[3]) : Encodings::CsvField()};
 }
 
 void AppendLine(const LxContact &contact, const LxGroup &everyone, TextWriter &writer)
@@ -29,7 +46,7 @@ void AppendLine(const LxContact &contact, const LxGroup &everyone, TextWriter &w
     writer.AppendAscii("\",");
     writer.AppendNumber(contact.CountryCode());
     writer.AppendAscii(",\"");
-    writer.AppendAsOneLine(contact.UserMobile());
+    writer.AppendAsOneLine(contact.UserMobileText().Utf8());
     writer.AppendAscii("\"");
     // A contact is in "Everyone" and at least one more group. Names of groups hold no ";".
     if (contact.Groups().Count() >= 2) {

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QString>
+#include "CsvLine.h"
+
+#include <QStringView>
 
 #include <optional>
 
@@ -15,14 +17,15 @@ namespace PhoneBookFile {
 /// One line, read but not yet judged against the country table.
 struct Record
 {
-    QString name;
+    Encodings::CsvField name;
     qint16 countryCode = 0;
-    QString mobile;
+    Encodings::CsvField mobile;
     /// The names of the groups joined by ";"; empty for none.
-    QString groups;
+    Encodings::CsvField groups;
 };
 
-/// The line's record; none when it has not three or four fields or its country code is no 16-bit number.
+/// The line's record, whose fields lie in the line; none when it has not three or four fields or its country code is no
+/// 16-bit number.
 [[nodiscard]] std::optional<Record> ParseLine(QStringView line);
 
 /// Appends the contact's line with its end. Names are written as they stand, a double quote bare, but as one line.

@@ -30,6 +30,16 @@ private slots:
         QCOMPARE(TextFile::Decode(bytes), text);
     }
 
+    void linesAreTheSameHoweverLongTheFile()
+    {
+        QByteArray bytes;
+        for (int length = 0; length < 4100; length += 41)
+            bytes += QByteArray(length, 'x') + (length % 2 == 0 ? "\x80\r\n" : "\n") + "\r\n";
+        QString lines;
+        TextFile::ForEachDecodedLine(bytes, [&](QStringView line) { lines += line.toString() + u'\n'; });
+        QCOMPARE(lines, TextFile::Decode(bytes).remove(u'\r'));
+    }
+
     // Apostrophes stand for double quotes.
     TABLE_TEST(linesAreSplitAtCommasOutsideQuotes, (const QString &line, const QString &fields), u" -> []",
                u"x,,z, -> [x][][z][]", u"'Smith, Jo',44,'0123 -> [Smith, Jo][44][0123]", u"'x'' -> [x']",

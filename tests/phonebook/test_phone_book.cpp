@@ -117,6 +117,14 @@ private slots:
         QCOMPARE(ReadBytes(m_path), saved);
     }
 
+    void contactsOfTheSameGroupsPartSingly()
+    {
+        Open("A,44,1,X;Y\r\nB,44,2,X;Y\r\nC,44,3,X;Y\r\n");
+        m_book->Groups().Lookup(u"X"_s)->Remove(*m_book->AllContacts().begin());
+        m_book->Groups().DestroyGroup(*m_book->Groups().Lookup(u"Y"_s));
+        QCOMPARE(Printed(*m_book), u"A 44 1 []\nB 44 2 [X]\nC 44 3 [X] | Everyone;X"_s);
+    }
+
     TABLE_TEST(aSkippedLineMakesTheSaveKeepTheOldFile, (const QString &line), u"\u0081", u"A,44,1,X,Y", u"A,x,1",
                u"A,65580,1", u"A,44,", u"A,44,+441", u"\"A,44,1")
     {

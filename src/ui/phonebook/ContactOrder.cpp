@@ -8,7 +8,6 @@
 
 #include <QHash>
 #include <QStringEncoder>
-#include <QVarLengthArray>
 #include <QtEndian>
 
 #include <algorithm>
@@ -23,10 +22,10 @@ namespace {
 /// The first bytes of a key as numbers that compare as the bytes do; the end of a key counts as zeros.
 struct KeyHead
 {
-    explicit KeyHead(const QByteArray &key)
+    explicit KeyHead(QByteArrayView key)
     {
         std::array<quint64, 2> numbers{};
-        std::memcpy(numbers.data(), key.constData(), qMin(sizeof(numbers), static_cast<size_t>(key.size())));
+        std::memcpy(numbers.data(), key.data(), qMin(sizeof(numbers), static_cast<size_t>(key.size())));
         first = qFromBigEndian(numbers[0]);
         second = qFromBigEndian(numbers[1]);
     }
@@ -103,40 +102,50 @@ bool ContactOrder::IsFound(const LxContact &contact) const
     return m_findText.isEmpty() || contact.Match(m_findText, false);
 }
 
-QByteArray ContactOrder::SortKeyOf(const LxContact &contact) const
+ContactOrder::Key ContactOrder::MakeSortKey(const LxContact &contact)
 {
     // The text follows its key, so that one comparison settles the order of texts that differ by case or marks alone.
     const QString text = ContactColumns::Text(contact, m_sortColumn, m_phoneBook.AllContacts());
     const QString folded = SortKey(text);
     QStringEncoder utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
-    QVarLengthArray<char, 512> buffer(utf8.requiredSpace(folded.size()) + 1 + utf8.requiredSpace(text.size()));
-    char *end = utf8.appendToBuffer(buffer.data(), folded);
+    const qsizetype start = m_sortKeys.size();
+    m_sortKeys.resize(start + utf8.requiredSpace(folded.size()) + 1 + utf8.requiredSpace(text.size()));
+    char *end = utf8.appendToBuffer(m_sortKeys.data() + start, folded);
     *end++ = '\0';
     end = utf8.appendToBuffer(end, text);
-    return {buffer.constData(), end - buffer.constData()};
+    m_sortKeys.truncate(end - m_sortKeys.constData());
+    return {static_cast<quint32>(start), static_cast<quint32>(m_sortKeys.size() - start)};
+}
+
+QByteArrayView ContactOrder::SortKeyOf(Place place) const
+{
+    const Key &key = m_members[place].key;
+    return QByteArrayView(m_sortKeys).sliced(key.start, key.size);
 }
 
 void ContactOrder::MakeSortKeys()
 {
+    m_sortKeys.clear();
     if (m_sortColumn != ContactColumns::GroupMembership) {
         for (Member &member : m_members)
-            member.sortKey = SortKeyOf(*member.contact);
-        return;
+            member.key = MakeSortKey(*member.contact);
+    } else {
+        // Many contacts are in the same groups, whose names are then joined, and kept, once.
+        QHash<QList<LxGroup *>, Key> keyOf;
+        for (Member &member : m_members) {
+            const LxGroupList &groups = member.contact->Groups();
+            Key &key = keyOf[{groups.begin(), groups.end()}];
+            if (key.size == 0)
+                key = MakeSortKey(*member.contact);
+            member.key = key;
+        }
     }
-    // Many contacts are in the same groups, whose names are then joined, and kept, once.
-    QHash<QList<LxGroup *>, QByteArray> keyOf;
-    for (Member &member : m_members) {
-        const LxGroupList &groups = member.contact->Groups();
-        QByteArray &key = keyOf[{groups.begin(), groups.end()}];
-        if (key.isEmpty())
-            key = SortKeyOf(*member.contact);
-        member.sortKey = key;
-    }
+    m_sortKeys.squeeze();
 }
 
 bool ContactOrder::StandsBefore(Place a, Place b) const
 {
-    const int order = m_members[a].sortKey.compare(m_members[b].sortKey);
+    const int order = SortKeyOf(a).compare(SortKeyOf(b));
     if (order == 0)
         return a < b;
     return (order < 0) == (m_sortOrder == Qt::AscendingOrder);
@@ -153,8 +162,8 @@ void ContactOrder::Sort()
     };
     std::vector<Entry> entries;
     entries.reserve(m_members.size());
-    for (const Member &member : m_members)
-        entries.push_back({KeyHead(member.sortKey), static_cast<Place>(entries.size())});
+    for (Place place = 0; place < m_members.size(); ++place)
+        entries.push_back({KeyHead(SortKeyOf(place)), place});
     std::sort(entries.begin(), entries.end(), [this](const Entry &a, const Entry &b) {
         if (a.head == b.head)
             return StandsBefore(a.place, b.place);
@@ -174,7 +183,7 @@ std::vector<ContactOrder::Place>::const_iterator ContactOrder::SlotIn(const std:
 std::optional<int> ContactOrder::Add(const LxContactPtr &contact)
 {
     const auto place = static_cast<Place>(m_members.size());
-    m_members.push_back({contact, SortKeyOf(*contact)});
+    m_members.push_back({contact, MakeSortKey(*contact)});
     m_order.insert(SlotIn(m_order, place), place);
     if (!IsFound(*contact))
         return std::nullopt;
