@@ -21,9 +21,8 @@ bool Matches(const QRegularExpression &pattern, QStringView text)
 /// Post codes with a hyphen, decimal numbers and addresses of machines.
 bool IsOtherNumber(QStringView text)
 {
-    static const QRegularExpression s_other(
-        QStringLiteral("^(?:\\d{5}-\\d{3,4}|[1-9]\\d*[.,]\\d+|[1-9]\\d{0,2}(?:\\.\\d{1,3}){3})$"));
-    return Matches(s_other, text);
+    static const QRegularExpression s_other(QStringLiteral("^(?:\\d{5}-\\d{3,4}|[1-9]\\d{0,2}(?:\\.\\d{1,3}){3})$"));
+    return IsDecimal(text) || Matches(s_other, text);
 }
 
 enum class PhoneLikeness { None, Weak, Strong };
@@ -254,6 +253,12 @@ NumberLabel LabelOf(QStringView text)
         return NumberLabel::Mobile;
     return ColumnTitles::TellsLandline(plain) || ColumnTitles::TellsOther(plain) ? NumberLabel::Landline
                                                                                  : NumberLabel::None;
+}
+
+bool IsDecimal(QStringView text)
+{
+    static const QRegularExpression s_decimal(QStringLiteral("^[1-9]\\d*[.,]\\d+$"));
+    return Matches(s_decimal, text);
 }
 
 bool IsDate(QStringView text)

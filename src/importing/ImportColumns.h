@@ -38,4 +38,7 @@ namespace ImportColumns {
 /// Whether the text is a day, in the forms in which files give birthdays; as a number it could reach somebody.
 [[nodiscard]] bool IsDate(QStringView text);
 
+/// Whether the text is a number with a fraction.
+[[nodiscard]] bool IsDecimal(QStringView text);
+
 } // namespace ImportColumns

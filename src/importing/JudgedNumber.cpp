@@ -6,6 +6,7 @@
 #include "PlainText.h"
 
 #include <QLocale>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <optional>
@@ -26,6 +27,15 @@ bool HasForeignLetters(const QString &text)
     std::copy_if(text.begin(), text.end(), std::back_inserter(letters), [](QChar c) { return c.isLetter(); });
     letters = letters.toLower();
     return !letters.isEmpty() && letters != "x"_L1 && letters != "ext"_L1;
+}
+
+/// The digits of a number from which a spreadsheet made one with a fraction; every other text as it is.
+QString WithoutEmptyFraction(QString text)
+{
+    static const QRegularExpression s_fraction(u"^\\+?[0-9]{7,}([.,]0+)$"_s);
+    if (const auto match = s_fraction.match(text); match.hasMatch())
+        text.truncate(match.capturedStart(1));
+    return text;
 }
 
 /// Whether the digits were taken for a landline, although they begin with the dialling code of its country.
@@ -92,8 +102,9 @@ JudgedNumber NumberRules::Judge(const QString &number, const QString &country, N
         text = text.sliced(4).trimmed();
     if (text.isEmpty())
         return {};
+    text = WithoutEmptyFraction(text);
     JudgedNumber judged{NumberKind::NotANumber, 0, {}};
-    if (ImportColumns::IsDate(text) || HasForeignLetters(text))
+    if (ImportColumns::IsDate(text) || ImportColumns::IsDecimal(text) || HasForeignLetters(text))
         return judged;
 
     const QString cleaned = PhoneNumbers::CleanPhoneNumber(text);
