@@ -1,5 +1,6 @@
 #include "JudgedNumber.h"
 
+#include "ColumnTitles.h"
 #include "LxCountryList.h"
 #include "NumberJudge.h"
 #include "PhoneNumbers.h"
@@ -9,7 +10,9 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -17,7 +20,28 @@ namespace {
 
 QString NameKey(const QString &country)
 {
-    return country.simplified().toCaseFolded();
+    return ColumnTitles::Plain(country.toCaseFolded());
+}
+
+/// Names that people use and NumberJudge::RegionNames does not have, as NameKey gives them.
+constexpr std::array<std::pair<const char *, const char *>, 10> kMoreNames{{
+    {"AE", "uae|u a e"},
+    {"AT", "a"},
+    {"CZ", "czech republic|tschechische republik|republique tcheque|republica checa|repubblica ceca"},
+    {"DE", "d|brd|bundesrepublik deutschland|federal republic of germany"},
+    {"ES", "e"},
+    {"FR", "f"},
+    {"GB", "u k|great britain|britain|england|scotland|wales|northern ireland|grossbritannien|schottland|nordirland|"
+           "grande bretagne|angleterre|ecosse|gran bretana|inglaterra|escocia|gran bretagna|inghilterra|scozia"},
+    {"IT", "i"},
+    {"NL", "holland|the netherlands|hollande|holanda|olanda"},
+    {"US", "u s|u s a|united states of america|vereinigte staaten von amerika|etats unis d amerique|eeuu|"
+           "estados unidos de america|stati uniti d america"},
+}};
+
+bool HasLetter(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isLetter(); });
 }
 
 /// The library takes letters for the digits on whose keys they stand.
@@ -73,18 +97,28 @@ NumberRules::NumberRules(const NumberJudge &judge, const LxCountryList &countrie
     , m_countries(countries)
     , m_region(region)
 {
-    for (const NumberJudge::Region &known : judge.Regions()) {
-        const QLocale::Territory territory = QLocale::codeToTerritory(known.code);
-        m_regionOfName.insert(NameKey(known.code), known.code);
-        m_regionOfName.insert(NameKey(QLocale::territoryToString(territory)), known.code);
-        for (const QLocale &locale : QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, territory))
-            m_regionOfName.insert(NameKey(locale.nativeTerritoryName()), known.code);
-    }
-    for (const LxCountry &country : countries.Countries()) {
-        const QString key = NameKey(country.CountryName);
-        if (const QString code = judge.RegionOf(country.CountryCode); !code.isEmpty() && !m_regionOfName.contains(key))
+    // The first of several meanings is the plainest: "RU" is a country before it is a name for another in Spanish.
+    const auto add = [this](const QString &name, const QString &code) {
+        if (const QString key = NameKey(name); !key.isEmpty() && !code.isEmpty() && !m_regionOfName.contains(key))
             m_regionOfName.insert(key, code);
+    };
+    const QList<NumberJudge::Region> regions = judge.Regions();
+    for (const NumberJudge::Region &known : regions)
+        add(known.code, known.code);
+    for (const NumberJudge::Region &known : regions) {
+        const QLocale::Territory territory = QLocale::codeToTerritory(known.code);
+        add(QLocale::territoryToString(territory), known.code);
+        for (const QLocale &locale : QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, territory))
+            add(locale.nativeTerritoryName(), known.code);
     }
+    for (const NumberJudge::RegionName &known : judge.RegionNames())
+        add(known.name, known.code);
+    for (const auto &[code, names] : kMoreNames) {
+        for (const QString &name : QString::fromLatin1(names).split(u'|'))
+            add(name, QString::fromLatin1(code));
+    }
+    for (const LxCountry &country : countries.Countries())
+        add(country.CountryName, judge.RegionOf(country.CountryCode));
 }
 
 QString NumberRules::RegionOf(const QString &country) const
@@ -109,6 +143,8 @@ JudgedNumber NumberRules::Judge(const QString &number, const QString &country, N
 
     const QString cleaned = PhoneNumbers::CleanPhoneNumber(text);
     const QString told = country.isEmpty() ? QString() : RegionOf(country);
+    if (told.isEmpty() && HasLetter(country) && !cleaned.startsWith(u'+'))
+        return {NumberKind::UnknownCountry, 0, {}};
     std::optional<NumberJudge::Reading> reading = m_judge.Read(text, told.isEmpty() ? m_region : told);
     const auto isKnown = [&reading] { return reading && reading->type != NumberJudge::Type::Unknown; };
     // Two zeros stand for "+" here, wherever that is.
