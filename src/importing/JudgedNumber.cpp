@@ -164,8 +164,18 @@ JudgedNumber NumberRules::Judge(const QString &number, const QString &country, N
         if (isGuessed)
             reading = guessed;
     }
-    if (!reading || (!isKnown() && !reading->isPossibleMobile))
+    const auto keep = [&](const QString &international) {
+        const auto split = PhoneNumbers::SplitInternational(m_countries, international);
+        if (split && PhoneNumbers::IsLocalNumber(split->local)) {
+            judged.countryCode = split->code;
+            judged.local = split->local;
+        }
+    };
+    if (!reading || (!isKnown() && !reading->isPossibleMobile)) {
+        // A contact may have been given it, and comes back so.
+        keep(cleaned);
         return judged;
+    }
 
     judged.kind = KindOf(reading->type);
     // New ranges come up every year; what is written in full is meant as a number.
@@ -178,12 +188,8 @@ JudgedNumber NumberRules::Judge(const QString &number, const QString &country, N
     if (reading->hasExtension)
         judged.kind = NumberKind::Landline;
 
-    const auto split = PhoneNumbers::SplitInternational(m_countries, reading->international);
-    if (split && PhoneNumbers::IsLocalNumber(split->local)) {
-        judged.countryCode = split->code;
-        judged.local = split->local;
-    } else if (judged.kind != NumberKind::NotANumber) {
+    keep(reading->international);
+    if (!judged.CanBeTaken() && judged.kind != NumberKind::NotANumber)
         judged.kind = NumberKind::NotServed;
-    }
     return judged;
 }

@@ -25,7 +25,7 @@ enum class NumberKind {
 struct JudgedNumber
 {
     NumberKind kind = NumberKind::NoNumber;
-    /// As a contact keeps them; 0 and empty where it could keep none.
+    /// As a contact keeps them; 0 and empty where it could keep none. What is not known as a number may have them.
     qint16 countryCode = 0;
     QString local;
 
