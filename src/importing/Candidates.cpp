@@ -9,7 +9,6 @@
 
 #include <QCoreApplication>
 #include <QHash>
-#include <QSet>
 
 #include <algorithm>
 
@@ -179,18 +178,41 @@ void NumberNames(std::span<Candidate> person)
     }
 }
 
+/// Of those in which a row has one number, only the likeliest mobile stays, where the first was.
 void RemoveRepeated(std::vector<Candidate> &candidates)
 {
-    QSet<QString> ofRow;
-    int row = -1;
-    std::erase_if(candidates, [&](const Candidate &candidate) {
-        if (std::exchange(row, candidate.row) != candidate.row)
+    QHash<QString, size_t> ofRow;
+    size_t count = 0;
+    for (Candidate &candidate : candidates) {
+        if (count > 0 && candidates[count - 1].row != candidate.row)
             ofRow.clear();
         const QString number = candidate.judged.International();
-        const bool isRepeated = !number.isEmpty() && ofRow.contains(number);
-        ofRow.insert(number);
-        return isRepeated;
-    });
+        size_t place = number.isEmpty() ? count : ofRow.value(number, count);
+        if (place == count) {
+            ofRow.insert(number, count++);
+        } else if (candidates[place].judged.kind >= candidate.judged.kind) {
+            continue;
+        }
+        if (&candidates[place] != &candidate)
+            candidates[place] = std::move(candidate);
+    }
+    candidates.resize(count);
+}
+
+/// By each number the first that is likely a mobile, else the first.
+QHash<QString, const Candidate *> FirstOfEach(const std::vector<Candidate> &candidates)
+{
+    QHash<QString, const Candidate *> firsts;
+    firsts.reserve(static_cast<qsizetype>(candidates.size()));
+    for (const Candidate &candidate : candidates) {
+        if (!candidate.judged.CanBeTaken())
+            continue;
+        const Candidate *&first = firsts[candidate.judged.International()];
+        if (!first ||
+            (first->judged.kind < NumberKind::MayBeMobile && candidate.judged.kind >= NumberKind::MayBeMobile))
+            first = &candidate;
+    }
+    return firsts;
 }
 
 /// Finds or makes groups by their names, each in constant time.
@@ -253,8 +275,7 @@ void Settle(std::vector<Candidate> &candidates, const LxPhoneBook &phoneBook)
     known.reserve(phoneBook.AllContacts().Count());
     for (const LxContactPtr &contact : phoneBook.AllContacts())
         known.insert(contact->InternationalMobile(), contact->Name());
-    QHash<QString, int> firstRow;
-    firstRow.reserve(static_cast<qsizetype>(candidates.size()));
+    const QHash<QString, const Candidate *> firsts = FirstOfEach(candidates);
     for (Candidate &candidate : candidates) {
         if (!candidate.judged.CanBeTaken())
             continue;
@@ -263,11 +284,8 @@ void Settle(std::vector<Candidate> &candidates, const LxPhoneBook &phoneBook)
         candidate.isKnown = contact != known.constEnd();
         if (candidate.isKnown)
             candidate.knownAs = *contact;
-        const auto first = firstRow.constFind(number);
-        if (first == firstRow.constEnd())
-            firstRow.insert(number, candidate.row);
-        else
-            candidate.sameAsRow = *first;
+        if (const Candidate *first = firsts.value(number); first != &candidate)
+            candidate.sameAsRow = first->row;
         candidate.isTicked =
             candidate.judged.kind >= NumberKind::MayBeMobile && !candidate.isKnown && candidate.sameAsRow < 0;
     }
