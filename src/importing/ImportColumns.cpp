@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 using ColumnTitles::Meaning;
@@ -117,6 +118,23 @@ private:
     {
         return std::find(m_meanings.begin(), m_meanings.end(), meaning) != m_meanings.end();
     }
+    [[nodiscard]] bool MeansName() const
+    {
+        constexpr std::array kNames{Meaning::Name, Meaning::NameOrFirst, Meaning::NameOrEither, Meaning::FirstName,
+                                    Meaning::LastName};
+        return std::any_of(kNames.begin(), kNames.end(), [this](Meaning meaning) { return Means(meaning); });
+    }
+
+    /// Of what may be the whole name, or what a column of one part leaves.
+    [[nodiscard]] ColumnRole RoleOfName(bool mayBeLast) const
+    {
+        const bool hasFirst = Means(Meaning::FirstName);
+        if (hasFirst == Means(Meaning::LastName))
+            return ColumnRole::Name;
+        if (!hasFirst)
+            return ColumnRole::FirstName;
+        return mayBeLast ? ColumnRole::LastName : ColumnRole::Name;
+    }
 
     /// Of a column that nothing is known of yet.
     [[nodiscard]] bool IsOpen(size_t column) const
@@ -131,9 +149,11 @@ private:
         case Meaning::Name:
             return ColumnRole::Name;
         case Meaning::NameOrFirst:
-            return Means(Meaning::LastName) && !Means(Meaning::FirstName) ? ColumnRole::FirstName : ColumnRole::Name;
-        case Meaning::NameOrLast:
-            return Means(Meaning::FirstName) && !Means(Meaning::LastName) ? ColumnRole::LastName : ColumnRole::Name;
+            return RoleOfName(false);
+        case Meaning::NameOrEither:
+            return RoleOfName(true);
+        case Meaning::FiledAs:
+            return MeansName() ? ColumnRole::Nothing : ColumnRole::Name;
         case Meaning::FirstName:
             return ColumnRole::FirstName;
         case Meaning::LastName:

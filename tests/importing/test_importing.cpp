@@ -87,10 +87,17 @@ private slots:
     // name, M mobile, C country code, G groups, with the label h for home and work, c for mobile, and its column.
     TABLE_TEST(columnsAreProposed, (const QString &table, const QString &proposed),
                u"Name,Mobile/Ann,07400 123456 -> 1 N Mc", u"Name,Vorname,Handy/Lee,Ann,0151 23456789 -> 1 L F Mc",
-               u"nom;prénom;portable/Lee;Zoé;06 12 34 56 78 -> 1 L F Mc", u"Nombre;Móvil/Ana;612345678 -> 1 N Mc",
+               u"Name;Surname;Mobile/Ann;Lee;1 -> 1 F L Mc",
+               u"Anrede;Vor- und Nachname;Handy/Herr;Al Lee;1 -> 1 - N Mc", u"Nachname, Vorname;Tel/Lee, Al;1 -> 1 N M",
+               u"Cognome e nome;Tel/Lee Al;1 -> 1 N M", u"x;Nom Prénom;Tel/Mr;Lee Al;1 -> 1 - N M",
+               u"File As,Last Name,Tel/Lee Al,Lee,1 -> 1 - L M", u"Speichern unter;Tel/Lee Al;1 -> 1 N M",
+               u"File As,Name,Tel/Lee Al,Al,1 -> 1 - N M", u"nom;prénom;portable/Lee;Zoé;06 12 34 56 78 -> 1 L F Mc",
+               u"Nombre;Móvil/Ana;612345678 -> 1 N Mc",
                u"Full Name,Given Name,Surname,Display Name,Mobile/a,b,c,d,1 -> 1 N F L - Mc",
                u"Name,Mobile Email,Mobile Carrier,Mobile Phone Model/a,b,c,d -> 1 N -c -c -c",
                u"Name,Phonetic Name,Telefax,Telefon Firma,Emergency Phone/a,b,1,2,3 -> 1 N - -h -h -h",
+               u"Name,Firmenhandy,Company mobile,Portable société/a,1,2,3 -> 1 N Mc Mc Mc",
+               u"Name,Móvil empresa,Cellulare aziendale,Teléfono del ayudante/a,1,2,3 -> 1 N Mc Mc -h",
                u"Name,Telefon (privat),Rufnummer,Fixe,Tel/a,1,2,3,4 -> 1 N Mh M -h M",
                u"Name,Phone Country Code,Phone Number,Phone Type/Ann,44,07400123456,Home -> 1 N C M3 -",
                u"Who,Ring,Born,Post/Ann Lee,07400 123456,19800131,01310-100/Bo,07400 1234567,19800228,12345-678 -> "
