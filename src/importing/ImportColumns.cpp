@@ -269,10 +269,11 @@ bool LooksLikeHeading(const ContactTable &table)
 NumberLabel LabelOf(QStringView text)
 {
     const QString plain = ColumnTitles::Plain(text);
-    if (ColumnTitles::TellsMobile(plain) && !ColumnTitles::TellsOther(plain))
+    if (ColumnTitles::TellsOther(plain))
+        return NumberLabel::Other;
+    if (ColumnTitles::TellsMobile(plain))
         return NumberLabel::Mobile;
-    return ColumnTitles::TellsLandline(plain) || ColumnTitles::TellsOther(plain) ? NumberLabel::Landline
-                                                                                 : NumberLabel::None;
+    return ColumnTitles::TellsLandline(plain) ? NumberLabel::Landline : NumberLabel::None;
 }
 
 bool IsDecimal(QStringView text)

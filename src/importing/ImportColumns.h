@@ -9,8 +9,9 @@ class ContactTable;
 
 enum class ColumnRole { Nothing, Name, FirstName, LastName, Mobile, CountryCode, Groups };
 
-/// What a file says of a number. It decides where the number alone may be either.
-enum class NumberLabel { None, Mobile, Landline };
+/// What a file says of a number. It decides where the number alone may be a mobile or a landline; Other is a number at
+/// which somebody else or nobody answers, whatever it is.
+enum class NumberLabel { None, Mobile, Landline, Other };
 
 struct ImportColumn
 {

@@ -185,8 +185,8 @@ JudgedNumber NumberRules::Judge(const QString &number, const QString &country, N
         judged.kind = NumberKind::MayBeMobile;
     else if (judged.kind == NumberKind::MayBeMobile && label != NumberLabel::None)
         judged.kind = label == NumberLabel::Mobile ? NumberKind::Mobile : NumberKind::Landline;
-    if (reading->hasExtension)
-        judged.kind = NumberKind::Landline;
+    if (reading->hasExtension || label == NumberLabel::Other)
+        judged.kind = std::min(judged.kind, NumberKind::Landline);
 
     keep(reading->international);
     if (!judged.CanBeTaken() && judged.kind != NumberKind::NotANumber)
