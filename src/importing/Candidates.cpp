@@ -140,11 +140,11 @@ private:
                 continue;
             for (QStringView part : m_table.Cell(row, static_cast<int>(column)).split(separator)) {
                 part = part.trimmed();
-                // A web mail's own groups are marked so; the first holds everyone.
-                const bool isMarked = separator == ":::"_L1 && part.startsWith(u"* ");
-                if (isMarked)
+                const bool isOfWebMail = separator == ":::"_L1;
+                // It marks its own groups so.
+                if (isOfWebMail && part.startsWith(u"* "))
                     part = part.sliced(2);
-                const bool isEveryone = isMarked && part.compare(u"myContacts", Qt::CaseInsensitive) == 0;
+                const bool isEveryone = isOfWebMail && ImportColumns::IsGroupOfAll(part);
                 const QString group = LxGroup::CleanName(CleanName(part));
                 if (!group.isEmpty() && !isEveryone && !groups.contains(group))
                     groups += group;

@@ -276,6 +276,11 @@ NumberLabel LabelOf(QStringView text)
     return ColumnTitles::TellsLandline(plain) ? NumberLabel::Landline : NumberLabel::None;
 }
 
+bool IsGroupOfAll(QStringView group)
+{
+    return group.compare(u"myContacts", Qt::CaseInsensitive) == 0;
+}
+
 bool IsDecimal(QStringView text)
 {
     static const QRegularExpression s_decimal(QStringLiteral("^[1-9]\\d*[.,]\\d+$"));

@@ -36,6 +36,9 @@ namespace ImportColumns {
 /// What a heading, or a word beside a number ("Work", "Handy"), says of it.
 [[nodiscard]] NumberLabel LabelOf(QStringView text);
 
+/// Whether a web mail has everyone in the group of that name, of itself.
+[[nodiscard]] bool IsGroupOfAll(QStringView group);
+
 /// Whether the text is a day, in the forms in which files give birthdays; as a number it could reach somebody.
 [[nodiscard]] bool IsDate(QStringView text);
 

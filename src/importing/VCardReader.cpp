@@ -223,7 +223,8 @@ Row RowOf(const Card &card, const QStringList &moreGroups)
     }
     QStringList groups;
     for (const QString &group : card.groups + moreGroups) {
-        if (const QString cleaned = LxGroup::CleanName(group.trimmed()); !cleaned.isEmpty())
+        const QString cleaned = LxGroup::CleanName(group.trimmed());
+        if (!cleaned.isEmpty() && !ImportColumns::IsGroupOfAll(cleaned))
             groups += cleaned;
     }
     row.back() = groups.join(u';');
