@@ -4,6 +4,7 @@
 #include "LxContact.h"
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
+#include "PhoneNumbers.h"
 #include "TextFile.h"
 #include "Utils.h"
 
@@ -23,6 +24,30 @@ QString CleanName(QStringView name)
     return TextFile::AsOneLine(name.toString()).replace(u'"', u'\'').trimmed();
 }
 
+/// A slash stands within a number too, and separates only what is long enough without the other.
+void AppendSlashed(const QString &text, QStringList &numbers)
+{
+    constexpr qsizetype kShortest = 7;
+    const auto isWhole = [](QStringView part) {
+        const QString number = PhoneNumbers::CleanPhoneNumber(part.trimmed().toString());
+        return std::count_if(number.begin(), number.end(), [](QChar c) { return c.isDigit(); }) >= kShortest;
+    };
+    const auto append = [&numbers](QStringView part) {
+        const QString number = part.trimmed().toString();
+        if (!number.isEmpty() && !numbers.contains(number))
+            numbers += number;
+    };
+    QStringView rest = text;
+    for (qsizetype slash = rest.indexOf(u'/'); slash >= 0; slash = rest.indexOf(u'/', slash + 1)) {
+        if (!isWhole(rest.first(slash)) || !isWhole(rest.sliced(slash + 1)))
+            continue;
+        append(rest.first(slash));
+        rest = rest.sliced(slash + 1);
+        slash = -1;
+    }
+    append(rest);
+}
+
 /// The numbers of a cell. Commas and the like separate only what is long enough on both sides: they also stand for a
 /// pause in dialling.
 QStringList SplitNumbers(QStringView cell)
@@ -31,7 +56,7 @@ QStringList SplitNumbers(QStringView cell)
     QStringList numbers;
     if (cell.isEmpty())
         return numbers;
-    const auto maySeparate = [](QChar c) { return c == u':' || c == u';' || c == u',' || c == u'\n'; };
+    const auto maySeparate = [](QChar c) { return c == u':' || c == u';' || c == u',' || c == u'/' || c == u'\n'; };
     if (std::none_of(cell.begin(), cell.end(), maySeparate))
         return {cell.toString()};
     for (const QStringView part : cell.split(u":::")) {
@@ -42,10 +67,8 @@ QStringList SplitNumbers(QStringView cell)
         const auto isShort = [](const QString &piece) { return piece.size() < kShortest; };
         if (std::any_of(pieces.begin(), pieces.end(), isShort))
             pieces = {part.trimmed().toString()};
-        for (const QString &piece : pieces) {
-            if (!piece.isEmpty() && !numbers.contains(piece))
-                numbers += piece;
-        }
+        for (const QString &piece : pieces)
+            AppendSlashed(piece, numbers);
     }
     return numbers;
 }

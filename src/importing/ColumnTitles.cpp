@@ -77,8 +77,8 @@ bool HasStart(const QString &plain, std::initializer_list<QLatin1String> starts)
 bool TellsNumber(const QString &plain)
 {
     return TellsMobile(plain) || (Holds(plain, {"phone"_L1, "telefon"_L1}) && !plain.contains("phonetic"_L1)) ||
-           HasStart(plain, {"rufnummer"_L1, "festnetz"_L1}) ||
-           HasWord(plain, {"tel"_L1, "fon"_L1, "tlf"_L1, "telf"_L1});
+           HasStart(plain, {"rufnummer"_L1, "festnetz"_L1, "telnr"_L1}) ||
+           HasWord(plain, {"tel"_L1, "fon"_L1, "tlf"_L1, "telf"_L1, "tfno"_L1});
 }
 
 /// What is said of a number but is none.
@@ -130,9 +130,9 @@ QString SeriesOf(const QString &plain)
 
 bool TellsMobile(const QString &plain)
 {
-    return Holds(plain, {"handy"_L1, "mobiltel"_L1}) ||
+    return Holds(plain, {"handy"_L1, "mobiltel"_L1, "whatsapp"_L1, "whats app"_L1}) ||
            HasStart(plain, {"mobil"_L1, "cell"_L1, "celular"_L1, "movil"_L1, "smartphone"_L1}) ||
-           HasWord(plain, {"gsm"_L1, "natel"_L1, "portable"_L1, "portables"_L1, "iphone"_L1, "sms"_L1});
+           HasWord(plain, {"cel"_L1, "gsm"_L1, "natel"_L1, "portable"_L1, "portables"_L1, "iphone"_L1, "sms"_L1});
 }
 
 bool TellsLandline(const QString &plain)

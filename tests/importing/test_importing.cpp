@@ -99,6 +99,7 @@ private slots:
                u"Name,Phonetic Name,Telefax,Telefon Firma,Emergency Phone/a,b,1,2,3 -> 1 N - -o -o -o",
                u"Name,Firmenhandy,Company mobile,Portable société/a,1,2,3 -> 1 N Mc Mc Mc",
                u"Name,Móvil empresa,Cellulare aziendale,Teléfono del ayudante/a,1,2,3 -> 1 N Mc Mc -o",
+               u"Name,Cel.,WhatsApp,Tfno,Telnr/a,1,2,3,4 -> 1 N Mc Mc M M",
                u"Name,Telefon (privat),Rufnummer,Fixe,Tel/a,1,2,3,4 -> 1 N Mh M -h M",
                u"Name,Phone Country Code,Phone Number,Phone Type/Ann,44,07400123456,Home -> 1 N C M3 -",
                u"Who,Ring,Born,Post/Ann Lee,07400 123456,19800131,01310-100/Bo,07400 1234567,19800228,12345-678 -> "
