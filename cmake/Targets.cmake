@@ -37,14 +37,15 @@ function(brevio_library name)
   set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
 endfunction()
 
-# brevio_plugin(NAME SOURCES file...): a plugin of one folder, NAME.so beside the program.
+# brevio_plugin(NAME SOURCES file...): a plugin of one folder, plugins/NAME.so beside the program.
 function(brevio_plugin name)
   cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
   add_library(${name} MODULE ${ARG_SOURCES})
   brevio_link(${name})
   set_target_properties(${name} PROPERTIES
-    AUTOMOC ON PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-  install(TARGETS ${name} DESTINATION ${BREVIO_PROGRAM_DIR} COMPONENT program)
+    AUTOMOC ON PREFIX "" NO_SONAME ON LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/plugins)
+  # In a folder of their own CPack does not take them for libraries that others link.
+  install(TARGETS ${name} DESTINATION ${BREVIO_PROGRAM_DIR}/plugins COMPONENT program)
 endfunction()
 
 # brevio_program(NAME SOURCES file...): a program of one folder.

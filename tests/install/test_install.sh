@@ -34,7 +34,7 @@ for program in brevio brevio-gateway; do
 done
 
 # Nothing links what is loaded when it is wanted.
-plugin=$(dirname "$(realpath "$bin/brevio")")/numberjudge.so
+plugin=$(dirname "$(realpath "$bin/brevio")")/plugins/numberjudge.so
 [[ $(ldd "$plugin") == *libphonenumber* ]] || fail "The plugin is missing: $plugin"
 
 # The settings are written once the country table, which lies beside the program, has been read.
