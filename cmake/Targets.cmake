@@ -7,6 +7,9 @@ target_compile_options(brevio_flags INTERFACE
 target_compile_definitions(brevio_flags INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
   QT_NO_FOREACH QT_NO_CONTEXTLESS_CONNECT)
+# As Debian hardens what it builds.
+target_compile_options(brevio_flags INTERFACE "$<$<CONFIG:Release>:-fstack-protector-strong;-D_FORTIFY_SOURCE=2>")
+target_link_options(brevio_flags INTERFACE $<$<CONFIG:Release>:LINKER:-z,now>)
 if(BREVIO_SANITIZE)
   target_compile_options(brevio_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
     -fno-sanitize-recover=undefined)
