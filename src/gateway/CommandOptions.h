@@ -10,7 +10,7 @@ namespace CommandOptions {
 
 [[nodiscard]] QCommandLineOption Database();
 
-/// The value of that option. Raises number 5, source "Corvane.Gateway", when there is none.
+/// The value of that option. Raises number 5, source kUsageSource, when there is none.
 [[nodiscard]] QString DatabasePath(const QCommandLineParser &options);
 
 } // namespace CommandOptions

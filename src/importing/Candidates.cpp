@@ -1,6 +1,7 @@
 #include "Candidates.h"
 
 #include "ContactTable.h"
+#include "GroupFinder.h"
 #include "LxContact.h"
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
@@ -237,37 +238,6 @@ QHash<QString, const Candidate *> FirstOfEach(const std::vector<Candidate> &cand
     }
     return firsts;
 }
-
-/// Finds or makes groups by their names, each in constant time.
-class GroupFinder final
-{
-public:
-    explicit GroupFinder(LxGroupList &groups)
-        : m_groups(groups)
-    {
-        for (LxGroup *group : groups) {
-            if (!m_byName.contains(group->Name()))
-                m_byName.insert(group->Name(), group);
-        }
-    }
-
-    LxGroup &Find(const QString &name)
-    {
-        LxGroup *&group = m_byName[name];
-        if (!group) {
-            group = &m_groups.CreateNewGroup(name);
-            ++m_newCount;
-        }
-        return *group;
-    }
-
-    [[nodiscard]] int NewCount() const { return m_newCount; }
-
-private:
-    LxGroupList &m_groups;
-    QHash<QString, LxGroup *> m_byName;
-    int m_newCount = 0;
-};
 
 } // namespace
 

@@ -53,9 +53,9 @@ public:
     /// The letters of the (first) region of a dialling code, or empty text.
     [[nodiscard]] virtual QString RegionOf(int diallingCode) const = 0;
 
-    /// Loads the plugin, once, from the folder of the program. Raises number 53, source "Corvane.NumberJudge", with a
-    /// description for the user when it is missing or does not fit.
-    [[nodiscard]] static const NumberJudge &Load(const QString &folder);
+    /// Loads the plugin, once, from the folder "plugins" beside the program. Raises number 53, source
+    /// "Corvane.NumberJudge", with a description for the user when it is missing or does not fit.
+    [[nodiscard]] static const NumberJudge &Load(const QString &programFolder);
 };
 
 #define BREVIO_NUMBER_JUDGE_IID "example.corvane.brevio.NumberJudge/2"
