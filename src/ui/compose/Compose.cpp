@@ -322,7 +322,7 @@ void Compose::ShowSentMessages()
         try {
             message.text = LxMessage::JoinParts(m_services.sentLog.TextsBeside(message.id), message.text);
         } catch (const Error &error) {
-            TellProblem(error.Description(), {}, owner);
+            TellProblem(error.Description(), owner);
             return false;
         }
         return WriteAgain(message, owner);
