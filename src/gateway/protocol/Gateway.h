@@ -2,6 +2,7 @@
 
 #include "MessageStore.h"
 
+#include <chrono>
 #include <mutex>
 
 class LogOnGuard;
@@ -18,6 +19,8 @@ public:
     {
     }
 
+    using Time = std::chrono::steady_clock::time_point;
+
     struct Answer
     {
         int httpStatus;
@@ -29,9 +32,9 @@ public:
     };
 
     /// Answers the form body of one post that came from `remoteAddress`. Nothing is accepted or charged unless the
-    /// whole of it can be read; every accepted message then costs one of the account's messages. Raises what the store
-    /// raises.
-    [[nodiscard]] Answer AnswerPost(QByteArray formBody, const QString &remoteAddress);
+    /// whole of it can be read, and nothing after `deadline`, when the client has gone; every accepted message then
+    /// costs one of the account's messages. Raises what the store raises.
+    [[nodiscard]] Answer AnswerPost(QByteArray formBody, const QString &remoteAddress, Time deadline = Time::max());
 
     /// What answers a post that cannot be read, for `reason`.
     [[nodiscard]] static Answer Unreadable(const QString &reason, int httpStatus = 400);
@@ -43,5 +46,5 @@ private:
     MessageStore &m_store;
     LogOnGuard *const m_guard;
     /// A large request takes several times its size while it is answered.
-    std::mutex m_oneLargeRequest;
+    std::timed_mutex m_oneLargeRequest;
 };

@@ -190,11 +190,11 @@ void GatewayServer::Dispatch(quint64 id, Connection &connection)
 {
     m_answering[id] = connection.Received();
     m_bytesAnswering += connection.Received();
-    Exchange::Request request{{}, connection.HeadSize(), connection.RemoteAddress()};
+    Exchange::Request request{{}, connection.HeadSize(), connection.RemoteAddress(), connection.RequestDeadline()};
     request.bytes = connection.TakeRequest();
-    m_workers->enqueue([this, id, deadline = connection.RequestDeadline(), request = std::move(request)]() mutable {
+    m_workers->enqueue([this, id, request = std::move(request)]() mutable {
         // Nobody waits for an answer that comes so late, but would be charged for it.
-        QByteArray reply = std::chrono::steady_clock::now() > deadline
+        QByteArray reply = std::chrono::steady_clock::now() > request.deadline
                                ? Exchange::Reply(Gateway::Busy(), m_options)
                                : Exchange::Answer(m_gateway, std::move(request), m_options);
         const std::scoped_lock lock(m_mutex);

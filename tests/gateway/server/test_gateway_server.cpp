@@ -219,6 +219,15 @@ private slots:
         for (std::size_t i = 0; i < 9; ++i)
             QCOMPARE(clients[i]->Hear(), i == 0 ? "200 999" : kBusy);
         QCOMPARE(served.accepted, 1);
+        // One large request at a time; the next waits no longer than its client does.
+        Served held{{.requestTime = 600ms}};
+        held.isHeld = true;
+        const QByteArray post = Post({}, Form().replace("Bob", QByteArray(300'000, 'b')));
+        Client first(held, post);
+        QTest::qWait(200);
+        QCOMPARE(Client(held, post).Hear(), kBusy);
+        held.Release();
+        QCOMPARE(first.Hear(), "200 999");
     }
 
     void secure()
@@ -300,13 +309,14 @@ private slots:
     {
         Guarded g;
         Gateway gateway(g.store, &g.guard);
-        const auto post = [&gateway](const QByteArray &password) {
+        const auto post = [&gateway](const QByteArray &password, Gateway::Time deadline = Gateway::Time::max()) {
             const QByteArray session =
                 "<?xml version=\"1.0\"?>\r\n<SESSION>\r\n   <CLIENT>Zo\xEB</CLIENT> \r\n   <PW>" + password +
                 "</PW>\r\n</SESSION>\r\n";
-            return gateway.AnswerPost("XML=" + session.toPercentEncoding(), u"::1"_s);
+            return gateway.AnswerPost("XML=" + session.toPercentEncoding(), u"::1"_s, deadline);
         };
         QCOMPARE(post("right").body, "<LOGON>OK</LOGON>\r\n<BAL>7</BAL>\r\n");
+        QCOMPARE(post("right", std::chrono::steady_clock::now() - 1ms).httpStatus, 503);
         for (int i = 0; i < 5; ++i)
             QVERIFY(post("wrong").body.contains("<ERR>3</ERR>"));
         QVERIFY(post("right").body.contains("<ERR>4</ERR><REASON>Too many wrong passwords; try again in a minute<"));
