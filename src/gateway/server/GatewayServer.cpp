@@ -158,11 +158,17 @@ void GatewayServer::AcceptAll(Time now)
 
 void GatewayServer::MakeRoom()
 {
-    // Who has been sending for longest, as an honest client is done in an instant.
-    const auto oldest = std::find_if(m_connections.begin(), m_connections.end(),
-                                     [](const auto &entry) { return entry.second->IsPolled(); });
-    if (oldest != m_connections.end())
-        m_connections.erase(oldest);
+    // Who has its reply and only stays, else who has been sending for longest, as an honest client is done in an
+    // instant. Never who is owed a reply, which may tell of messages that were charged.
+    auto least = std::find_if(m_connections.begin(), m_connections.end(),
+                              [](const auto &entry) { return entry.second->HasNothingLeft(); });
+    if (least == m_connections.end()) {
+        least = std::find_if(m_connections.begin(), m_connections.end(), [](const auto &entry) {
+            return entry.second->CurrentStage() == Connection::Stage::Reading;
+        });
+    }
+    if (least != m_connections.end())
+        m_connections.erase(least);
 }
 
 void GatewayServer::Tend(quint64 id, Connection &connection, Time now)

@@ -195,6 +195,14 @@ private slots:
         for (std::size_t i = 220; i < clients.size(); ++i)
             QVERIFY(clients[i]->Hear().startsWith("200 "));
         QCOMPARE(served.accepted, 200);
+        // Who has its reply and stays makes room before one who still sends.
+        Served full{{.connections = 2}};
+        Client sends(full, Post().chopped(1)), stays(full, Post());
+        std::this_thread::sleep_for(300ms);
+        QCOMPARE(Client(full, Post()).Hear(), "200 998");
+        sends.Say(Post().last(1));
+        QCOMPARE(sends.Hear(), "200 997");
+        QCOMPARE(stays.Hear(), "200 999");
     }
 
     /// Large bodies over the budget, posts over the queue's limit and those whose turn comes too late are refused.
