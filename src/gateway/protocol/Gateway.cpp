@@ -11,9 +11,9 @@ namespace {
 
 constexpr qsizetype kLargeRequest = 256 * 1024;
 
-Gateway::Answer Refused(int errorNumber, const QString &reason, const QString &user)
+Gateway::Answer Refused(int errorNumber, const QString &reason)
 {
-    return {200, GatewayReply::Refused(errorNumber, reason), user};
+    return {200, GatewayReply::Refused(errorNumber, reason)};
 }
 
 } // namespace
@@ -37,10 +37,9 @@ Gateway::Answer Gateway::AnswerPost(QByteArray formBody, const QString &remoteAd
     case Verdict::Right:
         break;
     case Verdict::Wrong:
-        return Refused(GatewayError::kWrongUserOrPassword, u"Wrong user name or password"_s, request.user);
+        return Refused(GatewayError::kWrongUserOrPassword, u"Wrong user name or password"_s);
     case Verdict::TooMany:
-        return Refused(GatewayError::kTooManyLogOns, u"Too many wrong passwords; try again in a minute"_s,
-                       request.user);
+        return Refused(GatewayError::kTooManyLogOns, u"Too many wrong passwords; try again in a minute"_s);
     case Verdict::Busy:
         return Busy();
     }

@@ -25,7 +25,8 @@ public:
     {
         int httpStatus;
         QByteArray body;
-        /// For the log: who asked, as far as that could be read, and what became of the messages.
+        /// For the log: whose account it was, empty unless the password was right (people type it for the name), and
+        /// what became of the messages.
         QString user = {};
         int accepted = 0;
         int refused = 0;

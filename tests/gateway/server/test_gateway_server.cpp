@@ -324,11 +324,13 @@ private slots:
             return gateway.AnswerPost("XML=" + session.toPercentEncoding(), u"::1"_s, deadline);
         };
         QCOMPARE(post("right").body, "<LOGON>OK</LOGON>\r\n<BAL>7</BAL>\r\n");
+        QCOMPARE(PostLog::Line(post("right")), "post user=\"Zoë\" accepted=0 refused=0 status=200\n");
         QCOMPARE(post("right", std::chrono::steady_clock::now() - 1ms).httpStatus, 503);
-        for (int i = 0; i < 5; ++i)
+        QVERIFY(PostLog::Line(post("wrong")).contains("user=? "));
+        for (int i = 1; i < 5; ++i)
             QVERIFY(post("wrong").body.contains("<ERR>3</ERR>"));
         QVERIFY(post("right").body.contains("<ERR>4</ERR><REASON>Too many wrong passwords; try again in a minute<"));
-        QCOMPARE(PostLog::Line(post("right")), "post user=\"Zoë\" accepted=0 refused=0 status=200\n");
+        QCOMPARE(PostLog::Line(post("right")), "post user=? accepted=0 refused=0 status=200\n");
         QCOMPARE(PostLog::Line({503, {}, u"\n\"\\"_s + QString(99, u'b'), 2, 1}),
                  "post user=\"\\u000a\\u0022\\u005c" + QByteArray(61, 'b') + "\" accepted=2 refused=1 status=503\n");
     }
