@@ -218,6 +218,10 @@ void CheckLine(const Group &line, QStringList &findings)
     const QString name = u"smsc %1"_s.arg(line.value(u"smsc-id"_s, kind));
     if (kind == "fake"_L1)
         findings += u"%1: it plays an operator and delivers nothing."_s.arg(name);
+    if (kind == "smpp"_L1 && !line.contains(u"system-type"_s))
+        findings +=
+            u"%1: system-type is missing, without which Kannel does not start: \"VMA\" suits most operators."_s.arg(
+                name);
     constexpr int kUsualWindow = 10;
     const int window = NumberOf(line, u"max-pending-submits"_s);
     if (kind == "smpp"_L1 && (window < 1 || window > kUsualWindow))
