@@ -14,7 +14,8 @@ namespace {
 
 [[noreturn]] void Refuse(const QString &description)
 {
-    throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, description);
+    throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s,
+                GatewayOptions::tr("%1 Try --help.").arg(description));
 }
 
 quint16 ParsePort(const QString &value)

@@ -50,8 +50,8 @@ QString AskPassword()
     const bool isTerminal = isatty(STDIN_FILENO) != 0;
     const QString password = isTerminal ? AskUnseen(Tr("Password: ")) : ReadLine();
     if (isTerminal && AskUnseen(Tr("Again: ")) != password)
-        ServiceCommands::Refuse(Tr("The two passwords differ."));
+        ServiceCommands::GiveUp(Tr("The two passwords differ."));
     if (password.isEmpty())
-        ServiceCommands::Refuse(Tr("A password is wanted."));
+        ServiceCommands::GiveUp(Tr("A password is wanted."));
     return password;
 }

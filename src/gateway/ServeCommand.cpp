@@ -62,7 +62,7 @@ QString FirstLine(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        ServiceCommands::Refuse(Tr("Cannot read \"%1\": %2.").arg(path, file.errorString()));
+        ServiceCommands::GiveUp(Tr("Cannot read \"%1\": %2.").arg(path, file.errorString()));
     QByteArray line = file.readLine();
     while (line.endsWith('\n') || line.endsWith('\r'))
         line.chop(1);

@@ -27,6 +27,11 @@ QString Usage(const ServiceCommand &command)
 
 void Refuse(const QString &description)
 {
+    GiveUp(Tr("%1 Try --help.").arg(description));
+}
+
+void GiveUp(const QString &description)
+{
     throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, description);
 }
 

@@ -52,7 +52,10 @@ int Run(const ServiceCommand &command, const QStringList &arguments, QTextStream
 /// An argument as a number, named `what` in what is raised.
 [[nodiscard]] qint64 Number(const QString &value, const QString &what, qint64 least, qint64 most);
 
-/// Raises number 5, source "Corvane.Gateway".
+/// Raises number 5, source "Corvane.Gateway", for what was asked for wrongly; it points to the help.
 [[noreturn]] void Refuse(const QString &description);
+
+/// Raises the same for what no help on options helps with.
+[[noreturn]] void GiveUp(const QString &description);
 
 } // namespace ServiceCommands

@@ -32,6 +32,8 @@ for program in brevio brevio-gateway; do
   expect 0 "$program $version" "$bin/$program" --version
   expect 2 "Try --help." "$bin/$program" --bogus
 done
+expect 2 'No such file or directory.' "$bin/brevio-gateway" check-kannel "$scratch/none"
+expect 2 'not "192.0.2.1". Try --help.' "$bin/brevio-gateway" serve --database "$scratch/none" --kannel 192.0.2.1
 
 # Nothing links what is loaded when it is wanted.
 plugin=$(dirname "$(realpath "$bin/brevio")")/numberjudge.so
