@@ -228,7 +228,7 @@ void CheckLine(const Group &line, QStringList &findings)
         findings +=
             u"%1: max-pending-submits is not between 1 and 10; after a crash, as many messages as that may reach "
             "their phones twice, and 1 is the safest."_s.arg(name);
-    // 0, the default, connects anew, after which Kannel sends again what was not answered.
+    // Unset is 1 for SMPP, whatever Kannel's guide says; 0 connects anew first, and then sends again as well.
     const int whenLate = NumberOf(line, u"wait-ack-expire"_s);
     if (whenLate == 1 || (kind == "smpp"_L1 && whenLate != 2))
         findings +=
