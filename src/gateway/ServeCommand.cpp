@@ -11,6 +11,7 @@
 #include "LogOnGuard.h"
 #include "MessageQueue.h"
 #include "ReportListener.h"
+#include "ServiceManager.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -132,6 +133,7 @@ int Serve(const CommandInput &input)
     const QString host =
         serverSettings.address.contains(u':') ? u'[' + serverSettings.address + u']' : serverSettings.address;
     input.out << u"Listening on %1://%2:%3\n"_s.arg(scheme, host).arg(port) << Qt::flush;
+    ServiceManager::TellReady();
     EndSignal::ServeUntilTold(server);
     handOver.Stop();
     reports.Stop();
