@@ -35,6 +35,16 @@ done
 expect 2 'No such file or directory.' "$bin/brevio-gateway" check-kannel "$scratch/none"
 expect 2 'not "192.0.2.1". Try --help.' "$bin/brevio-gateway" serve --database "$scratch/none" --kannel 192.0.2.1
 
+# What started the service waits until it tells that it takes requests.
+echo password >"$scratch/password"
+NOTIFY_SOCKET=$scratch/notify timeout 20 perl -MIO::Socket::UNIX -e '
+  $socket = IO::Socket::UNIX->new(Type => SOCK_DGRAM, Local => $ENV{NOTIFY_SOCKET}) or die;
+  $service = fork || exec @ARGV;
+  $socket->recv($told, 99);
+  kill TERM => $service;
+  exit(waitpid($service, 0) != $service || $? || $told ne "READY=1")' "$bin/brevio-gateway" serve --listen 127.0.0.1:0 \
+  --report-port 0 --database "$scratch/x.db" --kannel-password-file "$scratch/password" >/dev/null || fail "Not told"
+
 # Nothing links what is loaded when it is wanted.
 plugin=$(dirname "$(realpath "$bin/brevio")")/numberjudge.so
 [[ $(ldd "$plugin") == *libphonenumber* ]] || fail "The plugin is missing: $plugin"
