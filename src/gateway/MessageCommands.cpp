@@ -141,7 +141,7 @@ int CheckKannel(const CommandInput &input)
 {
     QFile file(input.arguments[0]);
     if (!file.open(QIODevice::ReadOnly))
-        ServiceCommands::Refuse(Tr("Cannot read \"%1\": %2.").arg(file.fileName(), file.errorString()));
+        ServiceCommands::GiveUp(Tr("Cannot read \"%1\": %2.").arg(file.fileName(), file.errorString()));
     const QStringList findings = KannelConfiguration::Findings(QString::fromUtf8(file.readAll()));
     for (const QString &finding : findings)
         input.out << finding << '\n';

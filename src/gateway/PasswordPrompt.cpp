@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QScopeGuard>
 
+#include <array>
+#include <csignal>
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -28,15 +30,31 @@ QString ReadLine()
     return QString::fromLocal8Bit(line);
 }
 
+/// Of the terminal, as it was. Outside the function for the handler of signals.
+termios g_before = {};
+
+constexpr std::array kEndingSignals = {SIGINT, SIGQUIT, SIGTERM, SIGHUP};
+
+/// The shell would be left with a terminal that shows nothing of what is typed.
+void RestoreAndEnd(int signal)
+{
+    tcsetattr(STDIN_FILENO, TCSANOW, &g_before);
+    std::signal(signal, SIG_DFL);
+    ::raise(signal);
+}
+
 QString AskUnseen(const QString &question)
 {
-    termios before = {};
-    tcgetattr(STDIN_FILENO, &before);
-    termios unseen = before;
+    tcgetattr(STDIN_FILENO, &g_before);
+    termios unseen = g_before;
     unseen.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    for (const int signal : kEndingSignals)
+        std::signal(signal, RestoreAndEnd);
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &unseen);
-    const auto restore = qScopeGuard([&before] {
-        tcsetattr(STDIN_FILENO, TCSAFLUSH, &before);
+    const auto restore = qScopeGuard([] {
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &g_before);
+        for (const int signal : kEndingSignals)
+            std::signal(signal, SIG_DFL);
         std::fputc('\n', stderr);
     });
     std::fputs(question.toLocal8Bit().constData(), stderr);
@@ -50,8 +68,8 @@ QString AskPassword()
     const bool isTerminal = isatty(STDIN_FILENO) != 0;
     const QString password = isTerminal ? AskUnseen(Tr("Password: ")) : ReadLine();
     if (isTerminal && AskUnseen(Tr("Again: ")) != password)
-        ServiceCommands::Refuse(Tr("The two passwords differ."));
+        ServiceCommands::GiveUp(Tr("The two passwords differ."));
     if (password.isEmpty())
-        ServiceCommands::Refuse(Tr("A password is wanted."));
+        ServiceCommands::GiveUp(Tr("A password is wanted."));
     return password;
 }

@@ -11,10 +11,12 @@
 #include "LogOnGuard.h"
 #include "MessageQueue.h"
 #include "ReportListener.h"
+#include "ServiceManager.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTextStream>
 
 #include <cstdio>
@@ -61,7 +63,7 @@ QString FirstLine(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        ServiceCommands::Refuse(Tr("Cannot read \"%1\": %2.").arg(path, file.errorString()));
+        ServiceCommands::GiveUp(Tr("Cannot read \"%1\": %2.").arg(path, file.errorString()));
     QByteArray line = file.readLine();
     while (line.endsWith('\n') || line.endsWith('\r'))
         line.chop(1);
@@ -81,9 +83,15 @@ ServerSettings ReadServerSettings(const QCommandLineParser &options)
     return settings;
 }
 
-KannelEngine::Settings ReadEngineSettings(const QCommandLineParser &options, int reportPort)
+/// Without where it is to report to.
+KannelEngine::Settings ReadEngineSettings(const QCommandLineParser &options)
 {
     const Place place = ReadPlace(options, u"kannel"_s, 13013);
+    // Reports are only heard on loopback, and the password and the texts go to Kannel unencrypted.
+    static const QRegularExpression loopback(u"\\A(localhost|127(\\.[0-9]{1,3}){3})\\z"_s);
+    if (!loopback.match(place.host).hasMatch())
+        ServiceCommands::Refuse(Tr("--kannel wants a Kannel on this machine, such as 127.0.0.1:13013, not \"%1\".")
+                                    .arg(options.value(u"kannel"_s)));
     KannelEngine::Settings settings;
     settings.host = place.host;
     settings.port = place.port;
@@ -92,7 +100,6 @@ KannelEngine::Settings ReadEngineSettings(const QCommandLineParser &options, int
         ServiceCommands::Refuse(Tr("The password of Kannel's sendsms-user is wanted: --kannel-password-file FILE."));
     settings.password = FirstLine(options.value(u"kannel-password-file"_s));
     settings.sender = options.value(u"sender"_s);
-    settings.reportBase = u"http://127.0.0.1:%1"_s.arg(reportPort);
     return settings;
 }
 
@@ -105,6 +112,7 @@ int Serve(const CommandInput &input)
     HandOver::Options handOverOptions;
     handOverOptions.senders = static_cast<int>(ServiceCommands::Number(options, u"senders"_s, 1, 64));
     const qint64 queueLimit = ServiceCommands::Number(options, u"queue-limit"_s, 1, 100'000'000);
+    KannelEngine::Settings engineSettings = ReadEngineSettings(options);
 
     Database database(CommandOptions::DatabasePath(options));
     MessageQueue queue(database);
@@ -112,7 +120,8 @@ int Serve(const CommandInput &input)
     // From the first message on, reports find someone who hears them; to the last one, the senders theirs.
     ReportListener reports(queue, tag, Log);
     reports.Start(reportPort);
-    KannelEngine engine(ReadEngineSettings(options, reports.Port()), tag);
+    engineSettings.reportBase = u"http://127.0.0.1:%1"_s.arg(reports.Port());
+    KannelEngine engine(std::move(engineSettings), tag);
     HandOver handOver(queue, engine, Log, handOverOptions);
     DatabaseStore store(database, queueLimit, [&handOver] { handOver.Wake(); });
     LogOnGuard guard(store);
@@ -124,6 +133,7 @@ int Serve(const CommandInput &input)
     const QString host =
         serverSettings.address.contains(u':') ? u'[' + serverSettings.address + u']' : serverSettings.address;
     input.out << u"Listening on %1://%2:%3\n"_s.arg(scheme, host).arg(port) << Qt::flush;
+    ServiceManager::TellReady();
     EndSignal::ServeUntilTold(server);
     handOver.Stop();
     reports.Stop();
@@ -141,7 +151,8 @@ ServiceCommand ServeCommand()
              {u"listen"_s, Tr("Where to listen."), u"ADDRESS:PORT"_s, u"127.0.0.1:8080"_s},
              {u"tls-certificate"_s, Tr("The certificate to speak TLS with (PEM, with its chain)."), u"FILE"_s},
              {u"tls-key"_s, Tr("Its key (PEM)."), u"FILE"_s},
-             {u"kannel"_s, Tr("Where Kannel's smsbox takes messages."), u"HOST:PORT"_s, u"127.0.0.1:13013"_s},
+             {u"kannel"_s, Tr("Where Kannel's smsbox takes messages, on this machine."), u"HOST:PORT"_s,
+              u"127.0.0.1:13013"_s},
              {u"kannel-user"_s, Tr("The name of its sendsms-user."), u"USER"_s, u"brevio"_s},
              {u"kannel-password-file"_s, Tr("A file whose first line is that user's password."), u"FILE"_s},
              {u"sender"_s, Tr("What messages of accounts without a sender come from."), u"SENDER"_s, u"Brevio"_s},

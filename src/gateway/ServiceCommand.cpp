@@ -30,6 +30,11 @@ void Refuse(const QString &description)
     throw Error(ErrorNumber::kInvalidArgument, kUsageSource, description);
 }
 
+void GiveUp(const QString &description)
+{
+    throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, description);
+}
+
 const ServiceCommand *Find(const QList<ServiceCommand> &commands, const QStringList &arguments)
 {
     const auto found = std::find_if(commands.cbegin(), commands.cend(), [&arguments](const ServiceCommand &command) {

@@ -55,7 +55,10 @@ int Run(const ServiceCommand &command, const QStringList &arguments, QTextStream
 /// An argument as a number, named `what` in what is raised.
 [[nodiscard]] qint64 Number(const QString &value, const QString &what, qint64 least, qint64 most);
 
-/// Raises number 5 with that source.
+/// Raises number 5, source kUsageSource, for what was asked for wrongly; the help is pointed to then.
 [[noreturn]] void Refuse(const QString &description);
+
+/// Raises number 5, source "Corvane.Gateway", for what no help on options helps with.
+[[noreturn]] void GiveUp(const QString &description);
 
 } // namespace ServiceCommands

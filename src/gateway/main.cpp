@@ -21,7 +21,8 @@ namespace {
 
 int Fail(const QString &reason, int exitCode)
 {
-    std::fprintf(stderr, "brevio-gateway: %s\n", reason.toLocal8Bit().constData());
+    const char *const end = reason.endsWith(u'.') ? "" : ".";
+    std::fprintf(stderr, "brevio-gateway: %s%s\n", reason.toLocal8Bit().constData(), end);
     return exitCode;
 }
 

@@ -177,7 +177,8 @@ private slots:
             for (const QByteArray &line :
                  service.Tell({u"messages"_s, u"--json"_s, u"--limit"_s, u"1000000"_s}).trimmed().split('\n')) {
                 const QJsonDocument message = QJsonDocument::fromJson(line);
-                states[message[u"text"].toString().toLatin1()] = message[u"state"].toString();
+                const QString refunded = message[u"refunded"].toBool() ? u" refunded"_s : QString();
+                states[message[u"text"].toString().toLatin1()] = message[u"state"].toString() + refunded;
             }
             return states;
         };
@@ -194,6 +195,7 @@ private slots:
             QVERIFY2(states.contains(text), text + " is not in the store");
         for (auto state = states.begin(); state != states.end(); ++state) {
             const QByteArray about = state.key() + ": " + state.value().toLatin1();
+            QVERIFY2(state.value() != u"failed", about + ", and was not refunded");
             const int least = state.value() == u"delivered" ? 1 : 0;
             QVERIFY2(asked.count(state.key()) >= (victim == u"smsbox" ? 0 : least), about + ", was never handed over");
             QVERIFY2(asked.count(state.key()) <= 1, about + ", handed over twice");
@@ -203,11 +205,12 @@ private slots:
                 QVERIFY2(arrived.count(state.key()) <= 1, about + ", arrived twice");
         }
         const qsizetype unsure = states.values().count(u"unsure"_s);
-        qInfo("%lld accepted, %lld stored, %lld unsure, start-up %lld ms", posters.accepted.size(), states.size(),
-              unsure, startUp);
+        const qsizetype refunded = states.values().count(u"failed refunded"_s);
+        qInfo("%lld accepted, %lld stored, %lld unsure, %lld refunded, start-up %lld ms", posters.accepted.size(),
+              states.size(), unsure, refunded, startUp);
         QVERIFY(service.Tell({u"status"_s}).contains("the balances add up"));
         QCOMPARE(service.Tell({u"account"_s, u"list"_s}).split('\n')[1].trimmed().split(' ')[0].toInt(),
-                 100000 - states.size());
+                 100000 - states.size() + refunded);
     }
 };
 

@@ -32,6 +32,18 @@ for program in brevio brevio-gateway; do
   expect 0 "$program $version" "$bin/$program" --version
   expect 2 "Try --help." "$bin/$program" --bogus
 done
+expect 2 'No such file or directory.' "$bin/brevio-gateway" check-kannel "$scratch/none"
+expect 2 'not "192.0.2.1". Try --help.' "$bin/brevio-gateway" serve --database "$scratch/none" --kannel 192.0.2.1
+
+# What started the service waits until it tells that it takes requests.
+echo password >"$scratch/password"
+NOTIFY_SOCKET=$scratch/notify timeout 20 perl -MIO::Socket::UNIX -e '
+  $socket = IO::Socket::UNIX->new(Type => SOCK_DGRAM, Local => $ENV{NOTIFY_SOCKET}) or die;
+  $service = fork || exec @ARGV;
+  $socket->recv($told, 99);
+  kill TERM => $service;
+  exit(waitpid($service, 0) != $service || $? || $told ne "READY=1")' "$bin/brevio-gateway" serve --listen 127.0.0.1:0 \
+  --report-port 0 --database "$scratch/x.db" --kannel-password-file "$scratch/password" >/dev/null || fail "Not told"
 
 # What no other option would mend does not point to the help.
 output=$("$bin/brevio-gateway" status --database / 2>&1) && fail "A folder was taken for a database"

@@ -73,17 +73,44 @@ bool IsOn(const Group &group, const QString &name)
     return group.contains(name) && !off.contains(group.value(name), Qt::CaseInsensitive);
 }
 
+/// As Kannel reads numbers, so also "0x02".
+int NumberOf(const Group &group, const QString &name, int usual = 0)
+{
+    return group.contains(name) ? group.value(name).toInt(nullptr, 0) : usual;
+}
+
 bool IsLoopback(const QString &address)
 {
     return address == "localhost"_L1 || address == "::1"_L1 || address.startsWith("127."_L1);
 }
 
+bool DeniesAll(const Group &group, const QString &prefix)
+{
+    const QStringList denied = group.value(prefix + "-deny-ip"_L1).split(u';');
+    return std::any_of(denied.begin(), denied.end(), [](const QString &ip) { return ip.trimmed() == "*.*.*.*"_L1; });
+}
+
+QStringList Allowed(const Group &group, const QString &prefix)
+{
+    QStringList allowed = group.value(prefix + "-allow-ip"_L1).split(u';', Qt::SkipEmptyParts);
+    std::transform(allowed.begin(), allowed.end(), allowed.begin(), [](const QString &ip) { return ip.trimmed(); });
+    return allowed;
+}
+
 /// Whether the lists keep all but this machine out: all are denied, and only this machine is then let in.
 bool AllowsThisMachineAlone(const Group &group, const QString &prefix)
 {
-    const QStringList allowed = group.value(prefix + "-allow-ip"_L1).split(u';', Qt::SkipEmptyParts);
-    return group.value(prefix + "-deny-ip"_L1) == "*.*.*.*"_L1 &&
-           std::all_of(allowed.begin(), allowed.end(), [](const QString &ip) { return IsLoopback(ip.trimmed()); });
+    const QStringList allowed = Allowed(group, prefix);
+    return DeniesAll(group, prefix) && std::all_of(allowed.begin(), allowed.end(), IsLoopback);
+}
+
+/// Whether the lists keep this machine out as well. Kannel compares with addresses, and so with no name.
+bool DeniesThisMachine(const Group &group, const QString &prefix)
+{
+    const QStringList allowed = Allowed(group, prefix);
+    return DeniesAll(group, prefix) && std::none_of(allowed.begin(), allowed.end(), [](const QString &ip) {
+               return ip.startsWith("127."_L1) || ip == "*.*.*.*"_L1;
+           });
 }
 
 bool IsBoundToThisMachine(const Group &group, const QString &setting)
@@ -93,7 +120,7 @@ bool IsBoundToThisMachine(const Group &group, const QString &setting)
 
 void CheckLog(const Group &group, const QString &name, QStringList &findings)
 {
-    if (group.contains(u"log-file"_s) && group.value(u"log-level"_s).toInt() < 2)
+    if (group.contains(u"log-file"_s) && NumberOf(group, u"log-level"_s) < 2)
         findings += u"%1: log-level is below 2, so the log holds texts, whole numbers and passwords."_s.arg(name);
     if (group.contains(u"access-log"_s) && !group.contains(u"access-log-format"_s))
         findings += u"%1: access-log keeps the text and the number of every message."_s.arg(name);
@@ -122,10 +149,10 @@ void CheckStore(const Group &core, QStringList &findings)
 
     constexpr int kLargeQueue = 100'000;
     for (const QString &limit : {u"sms-outgoing-queue-limit"_s, u"maximum-queue-length"_s}) {
-        if (core.contains(limit) && core.value(limit).toInt() >= 0 && core.value(limit).toInt() < kLargeQueue)
+        if (const int most = NumberOf(core, limit, -1); most >= 0 && most < kLargeQueue)
             findings += u"core: %1 is below 100000, and what comes beyond it is thrown away."_s.arg(limit);
     }
-    if (core.contains(u"sms-resend-retry"_s) && core.value(u"sms-resend-retry"_s).toInt() >= 0)
+    if (NumberOf(core, u"sms-resend-retry"_s, -1) >= 0)
         findings += u"core: sms-resend-retry gives messages up that the operator does not take for a while: "
                     "leave it out."_s;
 }
@@ -140,6 +167,8 @@ void CheckCore(const Group &core, QStringList &findings)
     if (!IsBoundToThisMachine(core, u"smsbox-interface"_s) && !AllowsThisMachineAlone(core, u"box"_s))
         findings += u"core: the smsbox port is open to the network, where anyone can send: set smsbox-interface to "
                     "127.0.0.1."_s;
+    if (DeniesThisMachine(core, u"box"_s))
+        findings += u"core: box-deny-ip keeps smsbox out: set box-allow-ip to 127.0.0.1."_s;
     if (core.contains(u"wapbox-port"_s))
         findings += u"core: wapbox-port opens a port that nothing here needs: leave it out."_s;
     CheckLog(core, u"core"_s, findings);
@@ -152,8 +181,8 @@ void CheckSmsbox(const Group &smsbox, QStringList &findings)
     if (IsOn(smsbox, u"immediate-sendsms-reply"_s))
         findings += u"smsbox: immediate-sendsms-reply says \"accepted\" before the message is kept: leave it out."_s;
     constexpr qint64 kSecondsOfWeek = 7 * 24 * 3600;
-    const qint64 repeats = smsbox.value(u"http-request-retry"_s).toInt();
-    const qint64 delay = smsbox.value(u"http-queue-delay"_s, u"10"_s).toInt();
+    const qint64 repeats = NumberOf(smsbox, u"http-request-retry"_s);
+    const qint64 delay = NumberOf(smsbox, u"http-queue-delay"_s, 10);
     if (repeats * delay < kSecondsOfWeek)
         findings += u"smsbox: http-request-retry times http-queue-delay is less than a week, and a report is lost when "
                     "the gateway is away for longer: set http-request-retry to 1000000."_s;
@@ -173,6 +202,8 @@ void CheckUser(const Group &user, QStringList &findings)
     if (!AllowsThisMachineAlone(user, u"user"_s))
         findings += u"%1: anyone who has the password can send: set user-deny-ip to \"*.*.*.*\" and user-allow-ip to "
                     "127.0.0.1."_s.arg(name);
+    if (DeniesThisMachine(user, u"user"_s))
+        findings += u"%1: user-deny-ip keeps the gateway out: set user-allow-ip to 127.0.0.1."_s.arg(name);
     if (user.value(u"max-messages"_s, u"1"_s) != "1"_L1)
         findings += u"%1: max-messages is not 1, so one message can cost several, or is dropped at 0."_s.arg(name);
     for (const QString &list : {u"white-list"_s, u"black-list"_s}) {
@@ -187,15 +218,21 @@ void CheckLine(const Group &line, QStringList &findings)
     const QString name = u"smsc %1"_s.arg(line.value(u"smsc-id"_s, kind));
     if (kind == "fake"_L1)
         findings += u"%1: it plays an operator and delivers nothing."_s.arg(name);
+    if (kind == "smpp"_L1 && !line.contains(u"system-type"_s))
+        findings +=
+            u"%1: system-type is missing, without which Kannel does not start: \"VMA\" suits most operators."_s.arg(
+                name);
     constexpr int kUsualWindow = 10;
-    const int window = line.value(u"max-pending-submits"_s).toInt();
+    const int window = NumberOf(line, u"max-pending-submits"_s);
     if (kind == "smpp"_L1 && (window < 1 || window > kUsualWindow))
         findings +=
             u"%1: max-pending-submits is not between 1 and 10; after a crash, as many messages as that may reach "
             "their phones twice, and 1 is the safest."_s.arg(name);
-    if (line.value(u"wait-ack-expire"_s).toInt() == 1)
+    // Unset is 1 for SMPP, whatever Kannel's guide says; 0 connects anew first, and then sends again as well.
+    const int whenLate = NumberOf(line, u"wait-ack-expire"_s);
+    if (whenLate == 1 || (kind == "smpp"_L1 && whenLate != 2))
         findings +=
-            u"%1: wait-ack-expire is 1, so a message whose answer is late is sent again: set it to 2."_s.arg(name);
+            u"%1: wait-ack-expire is not 2, so a message whose answer is late is sent again: set it to 2."_s.arg(name);
     if (kind != "fake"_L1 && line.value(u"throughput"_s).toDouble() <= 0)
         findings +=
             u"%1: throughput is missing, and an operator may refuse what comes faster than was agreed."_s.arg(name);

@@ -3,8 +3,10 @@
 #include "Error.h"
 #include "ReportCall.h"
 
+#include <condition_variable>
 #include <future>
 #include <httplib.h>
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +18,7 @@ constexpr int kBacklog = 1024;
 constexpr std::size_t kThreads = 4;
 /// For the headers and the rest; a report has no body.
 constexpr time_t kReadSeconds = 5;
+constexpr std::chrono::seconds kPause{1};
 
 } // namespace
 
@@ -29,6 +32,9 @@ struct ReportListener::Server
     }
 
     [[nodiscard]] int Answer(const std::string &target) const;
+    [[nodiscard]] int Bind(int wanted);
+    void Serve();
+    void End();
 
     MessageQueue &queue;
     const ReportTag tag;
@@ -36,8 +42,58 @@ struct ReportListener::Server
     httplib::Server http;
     socket_t socket = INVALID_SOCKET;
     int port = 0;
+    std::mutex mutex;
+    std::condition_variable ending;
+    bool mustEnd = false;
     std::future<void> serving;
 };
+
+/// The port, or -1. Port 0 picks one.
+int ReportListener::Server::Bind(int wanted)
+{
+    const int bound = wanted == 0 ? http.bind_to_any_port(kAddress) : http.bind_to_port(kAddress, wanted) ? wanted : -1;
+    if (bound > 0)
+        ::listen(socket, kBacklog);
+    return bound;
+}
+
+void ReportListener::Server::Serve()
+{
+    const auto mustEndWithin = [this](std::chrono::seconds pause) {
+        std::unique_lock lock(mutex);
+        return ending.wait_for(lock, pause, [this] { return mustEnd; });
+    };
+    http.listen_after_bind();
+    // The library gives up for good when the system is short of files or memory for a moment.
+    while (!mustEndWithin(std::chrono::seconds(0))) {
+        log(u"reports are not heard: the system took the port %1 away; it is asked for again"_s.arg(port));
+        do {
+            if (mustEndWithin(kPause))
+                return;
+        } while (Bind(port) < 0);
+        log(u"reports are heard again"_s);
+        http.listen_after_bind();
+    }
+}
+
+void ReportListener::Server::End()
+{
+    if (!serving.valid())
+        return;
+    {
+        const std::scoped_lock lock(mutex);
+        mustEnd = true;
+    }
+    ending.notify_all();
+    // A stop before the library's loop runs is lost.
+    while (serving.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+        if (http.is_running()) {
+            http.stop();
+            break;
+        }
+    }
+    serving.get();
+}
 
 int ReportListener::Server::Answer(const std::string &target) const
 {
@@ -91,15 +147,11 @@ void ReportListener::Start(int port)
         response.status = request.method == "GET" ? server.Answer(request.target) : 403;
         return httplib::Server::HandlerResponse::Handled;
     });
-    server.port = port == 0 ? http.bind_to_any_port(kAddress) : http.bind_to_port(kAddress, port) ? port : -1;
+    server.port = server.Bind(port);
     if (server.port < 0)
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s,
                     u"Cannot listen for reports on port %1 of this machine."_s.arg(port));
-    ::listen(server.socket, kBacklog);
-    server.serving = std::async(std::launch::async, [&http] { http.listen_after_bind(); });
-    // A stop before the server runs is lost.
-    while (!http.is_running() && server.serving.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
-    }
+    server.serving = std::async(std::launch::async, [&server] { server.Serve(); });
 }
 
 int ReportListener::Port() const
@@ -109,8 +161,5 @@ int ReportListener::Port() const
 
 void ReportListener::Stop()
 {
-    if (!m_server->serving.valid())
-        return;
-    m_server->http.stop();
-    m_server->serving.get();
+    m_server->End();
 }

@@ -17,8 +17,9 @@ public:
     ~ReportListener();
 
     /// Listens from now on and answers in threads of its own. Port 0 picks one. The engine keeps the addresses that it
-    /// was given, so a service wants the same port at each start. Raises number 5, source "Corvane.Gateway", when the
-    /// port cannot be had.
+    /// was given, so a service wants the same port at each start. When the system takes the port away later, that is
+    /// logged and the port taken again as soon as it can be had. Raises number 5, source "Corvane.Gateway", when the
+    /// port cannot be had now.
     void Start(int port);
 
     /// The port of Start.

@@ -11,18 +11,18 @@ namespace {
 
 constexpr qsizetype kLargeRequest = 256 * 1024;
 
-Gateway::Answer Refused(int errorNumber, const QString &reason, const QString &user)
+Gateway::Answer Refused(int errorNumber, const QString &reason)
 {
-    return {200, GatewayReply::Refused(errorNumber, reason), user};
+    return {200, GatewayReply::Refused(errorNumber, reason)};
 }
 
 } // namespace
 
-Gateway::Answer Gateway::AnswerPost(QByteArray formBody, const QString &remoteAddress)
+Gateway::Answer Gateway::AnswerPost(QByteArray formBody, const QString &remoteAddress, Time deadline)
 {
     std::unique_lock lock(m_oneLargeRequest, std::defer_lock);
-    if (formBody.size() > kLargeRequest)
-        lock.lock();
+    if (formBody.size() > kLargeRequest && !lock.try_lock_until(deadline))
+        return Busy();
     GatewayRequest request;
     try {
         request = ReadGatewayRequest(std::move(formBody));
@@ -37,13 +37,15 @@ Gateway::Answer Gateway::AnswerPost(QByteArray formBody, const QString &remoteAd
     case Verdict::Right:
         break;
     case Verdict::Wrong:
-        return Refused(GatewayError::kWrongUserOrPassword, u"Wrong user name or password"_s, request.user);
+        return Refused(GatewayError::kWrongUserOrPassword, u"Wrong user name or password"_s);
     case Verdict::TooMany:
-        return Refused(GatewayError::kTooManyLogOns, u"Too many wrong passwords; try again in a minute"_s,
-                       request.user);
+        return Refused(GatewayError::kTooManyLogOns, u"Too many wrong passwords; try again in a minute"_s);
     case Verdict::Busy:
         return Busy();
     }
+    // The turn and the check of the password may have taken long, and nobody would hear what is charged now.
+    if (std::chrono::steady_clock::now() > deadline)
+        return Busy();
     const Acceptance acceptance = m_store.Accept(request);
     const auto accepted =
         static_cast<int>(std::count_if(acceptance.verdicts.cbegin(), acceptance.verdicts.cend(),

@@ -2,6 +2,7 @@
 
 #include "MessageStore.h"
 
+#include <chrono>
 #include <mutex>
 
 class LogOnGuard;
@@ -18,20 +19,23 @@ public:
     {
     }
 
+    using Time = std::chrono::steady_clock::time_point;
+
     struct Answer
     {
         int httpStatus;
         QByteArray body;
-        /// For the log: who asked, as far as that could be read, and what became of the messages.
+        /// For the log: whose account it was, empty unless the password was right (people type it for the name), and
+        /// what became of the messages.
         QString user = {};
         int accepted = 0;
         int refused = 0;
     };
 
     /// Answers the form body of one post that came from `remoteAddress`. Nothing is accepted or charged unless the
-    /// whole of it can be read; every accepted message then costs one of the account's messages. Raises what the store
-    /// raises.
-    [[nodiscard]] Answer AnswerPost(QByteArray formBody, const QString &remoteAddress);
+    /// whole of it can be read, and nothing after `deadline`, when the client has gone; every accepted message then
+    /// costs one of the account's messages. Raises what the store raises.
+    [[nodiscard]] Answer AnswerPost(QByteArray formBody, const QString &remoteAddress, Time deadline = Time::max());
 
     /// What answers a post that cannot be read, for `reason`.
     [[nodiscard]] static Answer Unreadable(const QString &reason, int httpStatus = 400);
@@ -43,5 +47,5 @@ private:
     MessageStore &m_store;
     LogOnGuard *const m_guard;
     /// A large request takes several times its size while it is answered.
-    std::mutex m_oneLargeRequest;
+    std::timed_mutex m_oneLargeRequest;
 };

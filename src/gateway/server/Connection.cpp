@@ -56,6 +56,11 @@ void Connection::Reply(QByteArray reply, Time now)
     WriteOn(now);
 }
 
+bool Connection::HasNothingLeft() const
+{
+    return m_stage == Stage::Ending && !m_transport.HasUnread();
+}
+
 void Connection::ReadOn(Time now)
 {
     char bytes[kTurn];

@@ -56,6 +56,8 @@ public:
 
     /// Whether it waits for its socket and, when that takes too long, for its deadline.
     [[nodiscard]] bool IsPolled() const { return m_stage != Stage::Whole && m_stage != Stage::Refused; }
+    /// Whether its reply has gone and nothing lies there that would make its end tear the reply up.
+    [[nodiscard]] bool HasNothingLeft() const;
     [[nodiscard]] Time Deadline() const { return m_deadline; }
     /// When the request's turn must have come.
     [[nodiscard]] Time RequestDeadline() const { return m_requestDeadline; }

@@ -75,6 +75,7 @@ public:
         m_body = std::move(request.bytes);
         m_body.remove(0, request.headSize);
         m_remoteAddress = std::move(request.remoteAddress);
+        m_deadline = request.deadline;
         bool isClosed = false;
         // The server that reads the body answers an Expect; a part of an answer is nothing to ask for.
         process_request(stream, true, isClosed, [](httplib::Request &parsed) {
@@ -106,7 +107,7 @@ private:
     [[nodiscard]] Gateway::Answer Post()
     {
         try {
-            return m_gateway.AnswerPost(std::move(m_body), m_remoteAddress);
+            return m_gateway.AnswerPost(std::move(m_body), m_remoteAddress, m_deadline);
         } catch (const std::exception &error) {
             std::fprintf(stderr, "post failed: %s\n", error.what());
             return Gateway::Busy();
@@ -132,6 +133,7 @@ private:
     const Exchange::Options m_options;
     QByteArray m_body;
     QString m_remoteAddress;
+    Gateway::Time m_deadline;
 };
 
 } // namespace

@@ -10,6 +10,7 @@ struct Request
     QByteArray bytes; ///< The whole of it.
     qsizetype headSize = 0;
     QString remoteAddress;
+    Gateway::Time deadline = Gateway::Time::max(); ///< For what is accepted and charged.
 };
 struct Options
 {

@@ -158,11 +158,17 @@ void GatewayServer::AcceptAll(Time now)
 
 void GatewayServer::MakeRoom()
 {
-    // Who has been sending for longest, as an honest client is done in an instant.
-    const auto oldest = std::find_if(m_connections.begin(), m_connections.end(),
-                                     [](const auto &entry) { return entry.second->IsPolled(); });
-    if (oldest != m_connections.end())
-        m_connections.erase(oldest);
+    // Who has its reply and only stays, else who has been sending for longest, as an honest client is done in an
+    // instant. Never who is owed a reply, which may tell of messages that were charged.
+    auto least = std::find_if(m_connections.begin(), m_connections.end(),
+                              [](const auto &entry) { return entry.second->HasNothingLeft(); });
+    if (least == m_connections.end()) {
+        least = std::find_if(m_connections.begin(), m_connections.end(), [](const auto &entry) {
+            return entry.second->CurrentStage() == Connection::Stage::Reading;
+        });
+    }
+    if (least != m_connections.end())
+        m_connections.erase(least);
 }
 
 void GatewayServer::Tend(quint64 id, Connection &connection, Time now)
@@ -190,11 +196,11 @@ void GatewayServer::Dispatch(quint64 id, Connection &connection)
 {
     m_answering[id] = connection.Received();
     m_bytesAnswering += connection.Received();
-    Exchange::Request request{{}, connection.HeadSize(), connection.RemoteAddress()};
+    Exchange::Request request{{}, connection.HeadSize(), connection.RemoteAddress(), connection.RequestDeadline()};
     request.bytes = connection.TakeRequest();
-    m_workers->enqueue([this, id, deadline = connection.RequestDeadline(), request = std::move(request)]() mutable {
+    m_workers->enqueue([this, id, request = std::move(request)]() mutable {
         // Nobody waits for an answer that comes so late, but would be charged for it.
-        QByteArray reply = std::chrono::steady_clock::now() > deadline
+        QByteArray reply = std::chrono::steady_clock::now() > request.deadline
                                ? Exchange::Reply(Gateway::Busy(), m_options)
                                : Exchange::Answer(m_gateway, std::move(request), m_options);
         const std::scoped_lock lock(m_mutex);

@@ -25,8 +25,8 @@ QString Quoted(const QString &user)
 QByteArray PostLog::Line(const Gateway::Answer &answer)
 {
     return u"post user=%1 accepted=%2 refused=%3 status=%4\n"_s
-        .arg(Quoted(answer.user), QString::number(answer.accepted), QString::number(answer.refused),
-             QString::number(answer.httpStatus))
+        .arg(answer.user.isEmpty() ? u"?"_s : Quoted(answer.user), QString::number(answer.accepted),
+             QString::number(answer.refused), QString::number(answer.httpStatus))
         .toUtf8();
 }
 

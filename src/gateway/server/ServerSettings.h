@@ -12,8 +12,8 @@ struct ServerSettings
     QString certificatePath = {};                  ///< PEM, with its chain. Empty to serve without TLS.
     QString keyPath = {};                          ///< PEM.
     int threads = 32;
-    /// With what else a process has open, below the 1024 files that it gets by default. One more ends the oldest that
-    /// still reads.
+    /// With what else a process has open, below the 1024 files that it gets by default. One more ends one that has its
+    /// reply, else the oldest that still reads.
     std::size_t connections = 800;
     /// Of whole requests, with those that threads have; one more is refused.
     std::size_t queue = 400;

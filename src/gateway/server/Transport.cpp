@@ -97,6 +97,12 @@ bool Transport::Discard()
     return count > 0 || (count < 0 && errno == EAGAIN);
 }
 
+bool Transport::HasUnread() const
+{
+    char byte = 0;
+    return ::recv(m_socket, &byte, 1, MSG_PEEK) > 0;
+}
+
 qsizetype Transport::Outcome(qsizetype count, short wanted)
 {
     m_awaited = wanted;

@@ -45,6 +45,9 @@ public:
     /// After EndWriting: throws away what still comes; false once the peer has ended too.
     [[nodiscard]] bool Discard();
 
+    /// Whether bytes have come that nobody has read.
+    [[nodiscard]] bool HasUnread() const;
+
     [[nodiscard]] int Socket() const { return m_socket; }
     /// What the socket must be ready for before the last Read or Write is tried again, as poll() has it.
     [[nodiscard]] short Awaited() const { return m_awaited; }

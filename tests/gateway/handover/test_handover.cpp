@@ -6,6 +6,9 @@
 #include <QTcpSocket>
 #include <QTest>
 
+#include <arpa/inet.h>
+#include <sys/socket.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -161,6 +164,25 @@ private slots:
         QTest::qWait(500);
         QCOMPARE(service.States(), u"unsure unsure unsure"_s);
         QCOMPARE(service.engine.calls.size(), 2);
+    }
+
+    void aListenerThatEndsListensAgain()
+    {
+        Service service({u"447700900001"_s});
+        service.handOver.Start();
+        QTRY_COMPARE(service.States(), u"handed-over"_s);
+        service.listener.Start(0);
+        for (int socket = 3; socket < 64; ++socket) {
+            sockaddr_in address{};
+            socklen_t size = sizeof address;
+            const bool isNamed = ::getsockname(socket, reinterpret_cast<sockaddr *>(&address), &size) == 0;
+            if (isNamed && ntohs(address.sin_port) == service.listener.Port())
+                ::shutdown(socket, SHUT_RDWR); // accept() then fails as it does for want of files or memory
+        }
+        QTRY_COMPARE(service.Ask(service.Report("1", 1, 1)), 200);
+        QCOMPARE(service.States(), u"delivered"_s);
+        service.listener.Stop();
+        QCOMPARE(service.Ask(service.Report("1", 1, 1)), 0);
     }
 
     void aLockedDatabaseLosesNothing()

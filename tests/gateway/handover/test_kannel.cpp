@@ -137,7 +137,12 @@ private slots:
                u"max-messages = 1|max-messages = 3 -> sendsms-user brevio: max-messages",
                u"max-pending-submits = 1|max-pending-submits = 50 -> smsc operator: max-pending",
                u"group = smsc\n|group = other\n -> There is no group \"smsc\"",
-               u"throughput|# -> smsc operator: throughput", u"smsbox-port = 13001|include = x -> \"x\" is included")
+               u"wait-ack-expire = 2|wait-ack-expire = 0x01 -> smsc operator: wait-ack-expire",
+               u"wait-ack-expire = 2|wait-ack-expire = 0x02", u"wait-ack-expire = 2|# -> smsc operator: wait-ack",
+               u"user-allow-ip|# -> sendsms-user brevio: user-deny-ip keeps",
+               u"box-allow-ip = \"127.0.0.1|box-allow-ip = \"10.0.0.1 -> core: box-deny-ip keeps",
+               u"system-type|# -> smsc operator: system-type", u"throughput|# -> smsc operator: throughput",
+               u"smsbox-port = 13001|include = x -> \"x\" is included")
     {
         QString text = QString::fromUtf8(ReadBytes(QStringLiteral(KANNEL_CONFIGURATION)));
         QVERIFY(text.contains(change.section(u'|', 0, 0)));

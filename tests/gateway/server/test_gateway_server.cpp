@@ -195,6 +195,14 @@ private slots:
         for (std::size_t i = 220; i < clients.size(); ++i)
             QVERIFY(clients[i]->Hear().startsWith("200 "));
         QCOMPARE(served.accepted, 200);
+        // Who has its reply and stays makes room before one who still sends.
+        Served full{{.connections = 2}};
+        Client sends(full, Post().chopped(1)), stays(full, Post());
+        std::this_thread::sleep_for(300ms);
+        QCOMPARE(Client(full, Post()).Hear(), "200 998");
+        sends.Say(Post().last(1));
+        QCOMPARE(sends.Hear(), "200 997");
+        QCOMPARE(stays.Hear(), "200 999");
     }
 
     /// Large bodies over the budget, posts over the queue's limit and those whose turn comes too late are refused.
@@ -219,6 +227,15 @@ private slots:
         for (std::size_t i = 0; i < 9; ++i)
             QCOMPARE(clients[i]->Hear(), i == 0 ? "200 999" : kBusy);
         QCOMPARE(served.accepted, 1);
+        // One large request at a time; the next waits no longer than its client does.
+        Served held{{.requestTime = 600ms}};
+        held.isHeld = true;
+        const QByteArray post = Post({}, Form().replace("Bob", QByteArray(300'000, 'b')));
+        Client first(held, post);
+        QTest::qWait(200);
+        QCOMPARE(Client(held, post).Hear(), kBusy);
+        held.Release();
+        QCOMPARE(first.Hear(), "200 999");
     }
 
     void secure()
@@ -300,17 +317,20 @@ private slots:
     {
         Guarded g;
         Gateway gateway(g.store, &g.guard);
-        const auto post = [&gateway](const QByteArray &password) {
+        const auto post = [&gateway](const QByteArray &password, Gateway::Time deadline = Gateway::Time::max()) {
             const QByteArray session =
                 "<?xml version=\"1.0\"?>\r\n<SESSION>\r\n   <CLIENT>Zo\xEB</CLIENT> \r\n   <PW>" + password +
                 "</PW>\r\n</SESSION>\r\n";
-            return gateway.AnswerPost("XML=" + session.toPercentEncoding(), u"::1"_s);
+            return gateway.AnswerPost("XML=" + session.toPercentEncoding(), u"::1"_s, deadline);
         };
         QCOMPARE(post("right").body, "<LOGON>OK</LOGON>\r\n<BAL>7</BAL>\r\n");
-        for (int i = 0; i < 5; ++i)
+        QCOMPARE(PostLog::Line(post("right")), "post user=\"Zoë\" accepted=0 refused=0 status=200\n");
+        QCOMPARE(post("right", std::chrono::steady_clock::now() - 1ms).httpStatus, 503);
+        QVERIFY(PostLog::Line(post("wrong")).contains("user=? "));
+        for (int i = 1; i < 5; ++i)
             QVERIFY(post("wrong").body.contains("<ERR>3</ERR>"));
         QVERIFY(post("right").body.contains("<ERR>4</ERR><REASON>Too many wrong passwords; try again in a minute<"));
-        QCOMPARE(PostLog::Line(post("right")), "post user=\"Zoë\" accepted=0 refused=0 status=200\n");
+        QCOMPARE(PostLog::Line(post("right")), "post user=? accepted=0 refused=0 status=200\n");
         QCOMPARE(PostLog::Line({503, {}, u"\n\"\\"_s + QString(99, u'b'), 2, 1}),
                  "post user=\"\\u000a\\u0022\\u005c" + QByteArray(61, 'b') + "\" accepted=2 refused=1 status=503\n");
     }
