@@ -50,7 +50,7 @@ struct Shop
     {
         GatewayRequest request{user, {}, {}, 0, {}};
         for (const QString &text : texts)
-            request.messages.append({number, u"Bob"_s, text});
+            request.messages.append({number, text == u"named" ? QString(101, u'n') : u"Bob"_s, text});
         const Acceptance acceptance = store.Accept(request);
         QStringList told;
         for (const MessageVerdict &verdict : acceptance.verdicts)
@@ -133,6 +133,7 @@ private slots:
     // Credit, queue limit, texts -> what each came to, and the balance.
     TABLE_TEST(whatIsAccepted, (const QString &post, const QString &told), u"5 9 one two -> 1, 2; 3",
                u"1 9 one two -> 1, No messages left; 0", u"5 9 -> ; 5",
+               u"5 9 named two -> Name longer than 100 characters, 1; 4",
                u"1 9 € two -> The text holds a character that cannot be sent, 1; 0",
                u"1 9 long -> Text longer than 160 characters; 1",
                u"5 2 one two three -> 1, 2, Too many messages are waiting; 3")
