@@ -334,8 +334,13 @@ private slots:
 
     void purgeBlanksWhatIsSettledAndOld()
     {
-        Shop shop(NewFile(), 9999);
+        Shop shop(NewFile(), 9999, 9000);
+        QElapsedTimer timer;
+        timer.start();
         shop.Post(QStringList(9000, u"text"_s));
+        const qint64 acceptedIn = timer.restart();
+        QVERIFY(shop.Post(QStringList(9000, u"text"_s)).endsWith(u" waiting; 999"_s) && timer.elapsed() < acceptedIn);
+        QVERIFY(shop.Post(QStringList(10'001, u"text"_s)).endsWith(u"More than 10000 messages at once; 999"_s));
         shop.database.Write([](SQLite::Database &connection) {
             Query(connection, "UPDATE messages SET state = id % 8, changed = changed + (id > 8992)").Run();
             Query(connection, "UPDATE messages SET id = 32767 WHERE id = 9000").Run();
@@ -393,6 +398,8 @@ private slots:
         for (const QString &answer : told)
             QCOMPARE(answer, u"The messages cannot be kept: the database is locked by another program; 9"_s);
         QCOMPARE(shop.Post({u"text"_s}), u"1; 8"_s);
+        other.Write([](SQLite::Database &at) { Query(at, "ALTER TABLE accounts RENAME TO hidden").Run(); });
+        QVERIFY(!Raised([&] { shop.Post({}); }).isEmpty()); // rather than a balance of 0
     }
 
     TABLE_TEST(onAFullDiskNothingIsLost, (int kibibytesLeft), {"0", 0}, {"4", 4}, {"64", 64})
