@@ -24,7 +24,7 @@ const std::string kFirstInLine =
     " WHERE e.account = w.account AND e.number = w.number AND e.id < w.id AND e.state IN (0, 1))";
 
 // Accounts are tried in the order of their turns, and the search ends with the first that has a message.
-const std::string kTake = "SELECT m.id, m.number, m.text, a.id, a.sender, a.per_minute"
+const std::string kTake = "SELECT m.id, m.attempts + 1, m.number, m.text, a.id, a.sender, a.per_minute"
                           " FROM accounts a INDEXED BY by_slot CROSS JOIN messages m ON m.id = (SELECT w.id" +
                           kFirstInLine +
                           " AND w.next_try <= ?1 ORDER BY w.next_try, w.id LIMIT 1)"
@@ -61,13 +61,10 @@ Outcome OutcomeOf(DeliveryReport report)
     return {MessageState::Failed, u"Refused by the operator"_s};
 }
 
-// Whether a report of `next` tells something new of a message that was tried.
+// Whether a report of `next` tells something new of the message's latest hand-over.
 bool MovesOn(MessageState state, MessageState next)
 {
     switch (state) {
-    case MessageState::Queued:
-        // It waits for another try. A failure can only be that of an earlier one.
-        return next != MessageState::Failed;
     case MessageState::Delivered:
         return false;
     case MessageState::Failed:
@@ -104,13 +101,13 @@ std::optional<OutgoingMessage> MessageQueue::TakeNext()
         if (!next.Next())
             return;
         const qint64 id = next.Number(0);
-        const qint64 perMinute = next.Number(5);
+        const qint64 perMinute = next.Number(6);
         Query(connection, "UPDATE messages SET state = 1, attempts = attempts + 1, changed = ?2 WHERE id = ?1", id, now)
             .Run();
-        Query(connection, "UPDATE accounts SET next_slot = ?2 WHERE id = ?1", next.Number(3),
+        Query(connection, "UPDATE accounts SET next_slot = ?2 WHERE id = ?1", next.Number(4),
               now + (perMinute > 0 ? 60'000 / perMinute : 0))
             .Run();
-        message = {id, next.Text(1), next.Text(2), next.Text(4)};
+        message = {id, next.Number(1), next.Text(2), next.Text(3), next.Text(5)};
     });
     return message;
 }
@@ -154,7 +151,7 @@ void MessageQueue::Settle(qint64 id, HandOverResult result, const QString &note)
     });
 }
 
-void MessageQueue::Report(qint64 id, DeliveryReport report)
+void MessageQueue::Report(qint64 id, qint64 attempt, DeliveryReport report)
 {
     m_database.Write([&](SQLite::Database &connection) {
         Query message(connection, "SELECT state, attempts, taken FROM messages WHERE id = ?1", id);
@@ -162,14 +159,19 @@ void MessageQueue::Report(qint64 id, DeliveryReport report)
             return;
         const auto state = static_cast<MessageState>(message.Number(0));
         const Outcome outcome = OutcomeOf(report);
-        if (message.Number(1) == 0 || !MovesOn(state, outcome.state))
+        // What is said of an earlier copy says nothing of the one that goes out now, unless it has arrived.
+        const bool isOfLatest = attempt == message.Number(1) && state != MessageState::Queued;
+        const bool isNews = isOfLatest ? MovesOn(state, outcome.state)
+                                       : report == DeliveryReport::Delivered && state != MessageState::Delivered;
+        if (message.Number(1) == 0 || !isNews)
             return;
         MessageRows::Move(connection, id, outcome.state, outcome.note, m_database.Now());
+        const qint64 taken = message.Number(2) + (state == MessageState::Handing ? 1 : 0);
         if (state == MessageState::Handing)
             MessageRows::NoteTaken(connection, id);
         // A second copy may be with the operator, and one that is there already was not refused at once.
         const bool isWithOperator = state == MessageState::AtOperator || state == MessageState::Buffered;
-        if (report == DeliveryReport::RefusedByOperator && message.Number(2) <= 1 && !isWithOperator)
+        if (report == DeliveryReport::RefusedByOperator && taken <= 1 && !isWithOperator)
             MessageRows::Refund(connection, id);
     });
 }

@@ -46,7 +46,7 @@ struct Service : FilledStore
 
     QByteArray Report(const char *type, qint64 id, qint64 idOfTag)
     {
-        return "GET " + MakeReportAddress("", id, tag.Of(idOfTag)).replace("%d", type);
+        return "GET " + MakeReportAddress("", id, 1, tag.Of(idOfTag, 1)).replace("%d", type);
     }
 
     int Ask(const QByteArray &request)
@@ -86,6 +86,7 @@ private slots:
         for (const auto &[request, expected] : std::initializer_list<std::pair<QByteArray, const char16_t *>>{
                  {service.Report("8", 1, 1), u"200 at-operator handed-over handed-over"},
                  {service.Report("1", 1, 2), u"403 at-operator handed-over handed-over"},
+                 {QByteArray(right).replace("try=1", "try=2"), u"403 at-operator handed-over handed-over"},
                  {QByteArray(right).replace("tag=", "tag=0"), u"403 at-operator handed-over handed-over"},
                  {QByteArray(right).replace(40, 3, "xyz"), u"403 at-operator handed-over handed-over"},
                  {QByteArray(right).replace("GET", "POST"), u"403 at-operator handed-over handed-over"},

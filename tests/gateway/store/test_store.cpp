@@ -81,16 +81,18 @@ struct Shop
     MessageLookup lookup{database};
 };
 
-// Does to message 1 what a word says.
+// Does to message 1 what a word says. A report is of the latest hand-over, or of the one whose number it ends with.
 void Do(Shop &shop, const QString &word)
 {
     static const QStringList results{u"accepted"_s, u"refused"_s, u"not-now"_s, u"unknown"_s};
     static const QStringList reports{u"AT-OPERATOR"_s, u"BUFFERED"_s, u"DELIVERED"_s, u"NOT-DELIVERED"_s,
                                      u"REJECTED"_s};
+    const QString report = word.endsWith(u'1') ? word.chopped(1) : word;
+    const qint64 attempt = word == report ? shop.lookup.List({}, {}, 9).constLast().attempts : 1;
     if (results.contains(word))
         shop.queue.Settle(1, static_cast<HandOverResult>(results.indexOf(word)), word);
-    else if (reports.contains(word))
-        shop.queue.Report(1, static_cast<DeliveryReport>(reports.indexOf(word)));
+    else if (reports.contains(report))
+        shop.queue.Report(1, attempt, static_cast<DeliveryReport>(reports.indexOf(report)));
     else if (word == u"take")
         QCOMPARE(shop.TakeAll(), u"1"_s);
     else if (word == u"restart")
@@ -245,9 +247,13 @@ private slots:
                u"take retry fail -> handing 2!!", u"take accepted DELIVERED retry fail -> delivered 2!!",
                u"fail fail -> failed 3!", u"take unknown retry take refused -> failed 2",
                u"take unknown retry fail -> failed 2", u"take unknown retry DELIVERED -> delivered 2",
-               u"take unknown retry NOT-DELIVERED -> queued 2", u"take restart retry fail -> failed 2",
-               u"take unknown retry take accepted REJECTED -> failed 2", u"take refused retry -> queued 2",
-               u"take refused retry take refused retry fail -> failed 3",
+               u"take unknown retry NOT-DELIVERED -> queued 2",
+               u"take accepted NOT-DELIVERED retry BUFFERED -> queued 2",
+               u"take unknown retry take REJECTED -> failed 2",
+               u"take accepted REJECTED retry take accepted REJECTED1 BUFFERED1 NOT-DELIVERED1 -> handed-over 2",
+               u"take accepted REJECTED retry take DELIVERED1 accepted REJECTED -> delivered 2",
+               u"take restart retry fail -> failed 2", u"take unknown retry take accepted REJECTED -> failed 2",
+               u"take refused retry -> queued 2", u"take refused retry take refused retry fail -> failed 3",
                u"take accepted REJECTED retry take accepted REJECTED -> failed 3",
                u"take refused spend retry -> failed 0!")
     {
@@ -327,7 +333,7 @@ private slots:
         }
         QCOMPARE(told, u".!.!!!."_s);
         QVERIFY(!ReadStatus(shop.database, 15min).lastReport);
-        shop.queue.Report(1, DeliveryReport::AtOperator);
+        shop.queue.Report(1, 1, DeliveryReport::AtOperator);
         const StoreStatus status = ReadStatus(shop.database, 15min);
         QVERIFY(status.lastReport == shop.now && status.oldestQueued == 901s && status.counts[3] == 1);
     }
