@@ -68,11 +68,25 @@ CREATE TABLE messages (
     changed INTEGER NOT NULL,
     note TEXT NOT NULL DEFAULT '',
     taken INTEGER NOT NULL DEFAULT 0,   -- how often the engine has, or may have, taken it
-    refunded INTEGER NOT NULL DEFAULT 0
+    refunded INTEGER NOT NULL DEFAULT 0,
+    is_first INTEGER NOT NULL DEFAULT 0 -- of those of the account to its number that are queued or handing
 ) STRICT;
-CREATE INDEX waiting ON messages (account, next_try, id) WHERE state = 0;
+CREATE INDEX to_take ON messages (account, next_try, id) WHERE state = 0 AND is_first = 1;
 CREATE INDEX in_line ON messages (account, number, id) WHERE state IN (0, 1);
+CREATE UNIQUE INDEX first_in_line ON messages (account, number) WHERE is_first = 1;
 CREATE INDEX by_state ON messages (state, changed);
+CREATE TRIGGER joins_at_end AFTER INSERT ON messages WHEN NOT EXISTS (
+    SELECT 1 FROM messages WHERE account = NEW.account AND number = NEW.number AND is_first = 1)
+BEGIN
+    UPDATE messages SET is_first = 1 WHERE id = NEW.id;
+END;
+CREATE TRIGGER joins_or_leaves AFTER UPDATE OF state ON messages WHEN (OLD.state IN (0, 1)) <> (NEW.state IN (0, 1))
+BEGIN
+    UPDATE messages SET is_first = 0 WHERE account = NEW.account AND number = NEW.number AND is_first = 1;
+    UPDATE messages SET is_first = 1 WHERE id = (
+        SELECT id FROM messages WHERE account = NEW.account AND number = NEW.number AND state IN (0, 1)
+        ORDER BY id LIMIT 1);
+END;
 )";
 
 Error Failure(const QString &reason)

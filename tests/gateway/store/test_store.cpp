@@ -281,6 +281,14 @@ private slots:
         shop.queue.Settle(1, HandOverResult::Unknown, {});
         const auto second = shop.queue.TakeNext();
         QVERIFY(second && second->id == 2 && second->text == u"two" && second->sender == u"Office");
+        shop.queue.Settle(2, HandOverResult::NotNow, {});
+        shop.Post({u"four"_s});
+        shop.now += 2000;
+        shop.lookup.Retry(1); // in its old place
+        for (const QString &next : {u"1"_s, u"2"_s, u"4"_s}) {
+            QCOMPARE(shop.TakeAll(), next);
+            shop.queue.Settle(next.toInt(), HandOverResult::Accepted, {});
+        }
     }
 
     void theWaitDoublesUpToFiveMinutes()
@@ -346,6 +354,11 @@ private slots:
         shop.Post(QStringList(9000, u"text"_s));
         const qint64 acceptedIn = timer.restart();
         QVERIFY(shop.Post(QStringList(9000, u"text"_s)).endsWith(u" waiting; 999"_s) && timer.elapsed() < acceptedIn);
+        QVERIFY(shop.queue.TakeNext()); // the other 8999 wait for it, and cost nothing
+        timer.restart();
+        for (int time = 0; time < 100; ++time)
+            QVERIFY(!shop.queue.TakeNext() && shop.queue.UntilNext(1h) == 1h);
+        QVERIFY(timer.elapsed() < acceptedIn);
         QVERIFY(shop.Post(QStringList(10'001, u"text"_s)).endsWith(u"More than 10000 messages at once; 999"_s));
         shop.database.Write([](SQLite::Database &connection) {
             Query(connection, "UPDATE messages SET state = id % 8, changed = changed + (id > 8992)").Run();
