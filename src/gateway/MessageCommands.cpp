@@ -102,10 +102,12 @@ int Status(const CommandInput &input)
     const StoreStatus status = ReadStatus(database, patience);
     for (std::size_t state = 0; state < status.counts.size(); ++state)
         input.out << u"%1 %2\n"_s.arg(WordOf(static_cast<MessageState>(state)), -12).arg(status.counts[state]);
-    if (status.oldestQueued) {
-        const auto age = std::chrono::duration_cast<std::chrono::seconds>(*status.oldestQueued);
-        input.out << Tr("oldest queued for %1 s").arg(age.count()) << '\n';
-    }
+    const auto tellAge = [&input](const QString &what, std::optional<std::chrono::milliseconds> age) {
+        if (age)
+            input.out << what.arg(std::chrono::duration_cast<std::chrono::seconds>(*age).count()) << '\n';
+    };
+    tellAge(Tr("oldest queued for %1 s"), status.oldestQueued);
+    tellAge(Tr("oldest handed over without a report for %1 s"), status.oldestHandedOver);
     input.out << Tr("last report  %1").arg(status.lastReport ? Time(*status.lastReport) : Tr("none")) << '\n';
     const QList<AccountSums> sums = Audit(database);
     for (const AccountSums &account : sums) {
@@ -122,9 +124,11 @@ int Status(const CommandInput &input)
     const bool isSound = std::all_of(sums.begin(), sums.end(), [](const AccountSums &a) { return a.Agree(); });
     if (isSound)
         input.out << Tr("the balances add up") << '\n';
-    if (status.isStuck)
+    if (status.takesNone)
         input.out << Tr("STUCK: messages wait, and the engine took none") << '\n';
-    return status.isStuck || !isSound ? 1 : 0;
+    if (status.hearsNothing)
+        input.out << Tr("STUCK: messages were handed over, and no report came") << '\n';
+    return status.takesNone || status.hearsNothing || !isSound ? 1 : 0;
 }
 
 int Purge(const CommandInput &input)
@@ -159,7 +163,8 @@ QList<ServiceCommand> MessageCommands()
     const QCommandLineOption user(u"user"_s, Tr("Only those of this user."), u"USER"_s);
     const QCommandLineOption limit(u"limit"_s, Tr("So many at most."), u"N"_s, u"100"_s);
     const QCommandLineOption json(u"json"_s, Tr("A JSON object a line."));
-    const QCommandLineOption stuckAfter(u"stuck-after"_s, Tr("How long messages may wait."), u"MINUTES"_s, u"10"_s);
+    const QCommandLineOption stuckAfter(
+        u"stuck-after"_s, Tr("How long messages may wait for the engine, and for a report."), u"MINUTES"_s, u"10"_s);
     const QCommandLineOption olderThan(u"older-than"_s, Tr("Only what was settled so long ago."), u"DAYS"_s);
     const QString messages = u"messages"_s;
     const QString id = u"ID"_s;

@@ -76,6 +76,14 @@ bool MovesOn(MessageState state, MessageState next)
     }
 }
 
+// What the status tells: the times in the messages themselves change by hand, too.
+void NoteTime(SQLite::Database &connection, const QString &name, qint64 now)
+{
+    Query(connection, "INSERT INTO settings VALUES (?1, ?2) ON CONFLICT DO UPDATE SET value = excluded.value", name,
+          now)
+        .Run();
+}
+
 void MakeAllDue(SQLite::Database &connection, qint64 now)
 {
     Query(connection, "UPDATE messages SET next_try = ?1 WHERE state = 0 AND next_try > ?1", now).Run();
@@ -134,6 +142,7 @@ void MessageQueue::Settle(qint64 id, HandOverResult result, const QString &note)
         case HandOverResult::Accepted:
             MessageRows::Move(connection, id, MessageState::HandedOver, note, now);
             MessageRows::NoteTaken(connection, id);
+            NoteTime(connection, u"last_taken"_s, now);
             break;
         case HandOverResult::Refused:
             MessageRows::Move(connection, id, MessageState::Failed, note, now);
@@ -155,20 +164,24 @@ void MessageQueue::Report(qint64 id, qint64 attempt, DeliveryReport report)
 {
     m_database.Write([&](SQLite::Database &connection) {
         Query message(connection, "SELECT state, attempts, taken FROM messages WHERE id = ?1", id);
-        if (!message.Next())
+        if (!message.Next() || message.Number(1) == 0)
             return;
+        const qint64 now = m_database.Now();
+        NoteTime(connection, u"last_report"_s, now);
         const auto state = static_cast<MessageState>(message.Number(0));
         const Outcome outcome = OutcomeOf(report);
         // What is said of an earlier copy says nothing of the one that goes out now, unless it has arrived.
         const bool isOfLatest = attempt == message.Number(1) && state != MessageState::Queued;
         const bool isNews = isOfLatest ? MovesOn(state, outcome.state)
                                        : report == DeliveryReport::Delivered && state != MessageState::Delivered;
-        if (message.Number(1) == 0 || !isNews)
+        if (!isNews)
             return;
-        MessageRows::Move(connection, id, outcome.state, outcome.note, m_database.Now());
+        MessageRows::Move(connection, id, outcome.state, outcome.note, now);
         const qint64 taken = message.Number(2) + (state == MessageState::Handing ? 1 : 0);
-        if (state == MessageState::Handing)
+        if (state == MessageState::Handing) {
             MessageRows::NoteTaken(connection, id);
+            NoteTime(connection, u"last_taken"_s, now);
+        }
         // A second copy may be with the operator, and one that is there already was not refused at once.
         const bool isWithOperator = state == MessageState::AtOperator || state == MessageState::Buffered;
         if (report == DeliveryReport::RefusedByOperator && taken <= 1 && !isWithOperator)

@@ -326,24 +326,34 @@ private slots:
         QCOMPARE(shop.TakeAll(), u"3"_s);
     }
 
-    void statusTellsWhatIsStuck()
+    // Post, wait, take, accepted or unsure, report of a failure or of success, the clock is set back -> what is stuck
+    // after each: no messages taken (!), no reports (?); seconds since the oldest queued, handed over, the last report.
+    TABLE_TEST(statusTellsWhatIsStuck, (const QString &steps, const QString &told), u"p w t w p w a -> .!.!!!. 901 0 -",
+               u"p t a w -> ...? - 901 -", u"p t a w f -> ...?. - - 0", u"p t a p w d w -> ....!!! 1802 - 901",
+               u"p t a p b t -> ....!? - 0 -", u"p p t u w -> ....! 901 - -", u"p t d p -> .... 0 - 0",
+               u"p t a w f b -> ...?.. - - -7200")
     {
         Shop shop(NewFile(), 9);
-        QString told;
-        for (const QString &step : {u"post"_s, u"wait"_s, u"take"_s, u"wait"_s, u"post"_s, u"wait"_s, u"settle"_s}) {
-            if (step == u"wait")
-                shop.now += 901'000;
-            else if (step == u"settle")
-                shop.queue.Settle(1, HandOverResult::Accepted, {});
-            else
-                step == u"post" ? shop.Post({u"text"_s}) : shop.TakeAll();
-            told += ReadStatus(shop.database, 15min).isStuck ? u'!' : u'.';
+        QString state;
+        StoreStatus status;
+        for (const QString &step : steps.split(u' ')) {
+            shop.now += step == u"w" ? 901'000 : step == u"b" ? -7'200'000 : 0;
+            if (step == u"p")
+                shop.Post({u"text"_s});
+            else if (step == u"t")
+                shop.TakeAll();
+            else if (step == u"a" || step == u"u")
+                shop.queue.Settle(1, step == u"a" ? HandOverResult::Accepted : HandOverResult::Unknown, {});
+            else if (step == u"f" || step == u"d")
+                shop.queue.Report(1, 1, step == u"f" ? DeliveryReport::NotDelivered : DeliveryReport::Delivered);
+            status = ReadStatus(shop.database, 15min);
+            state += status.takesNone ? u'!' : status.hearsNothing ? u'?' : u'.';
         }
-        QCOMPARE(told, u".!.!!!."_s);
-        QVERIFY(!ReadStatus(shop.database, 15min).lastReport);
-        shop.queue.Report(1, 1, DeliveryReport::AtOperator);
-        const StoreStatus status = ReadStatus(shop.database, 15min);
-        QVERIFY(status.lastReport == shop.now && status.oldestQueued == 901s && status.counts[3] == 1);
+        const auto seconds = [](auto time) { return time ? QString::number(*time / 1s) : u"-"_s; };
+        const auto ago = status.lastReport ? std::optional((shop.now - *status.lastReport) * 1ms) : std::nullopt;
+        state +=
+            u' ' + QStringList{seconds(status.oldestQueued), seconds(status.oldestHandedOver), seconds(ago)}.join(u' ');
+        QCOMPARE(state, told);
     }
 
     void purgeBlanksWhatIsSettledAndOld()
