@@ -165,7 +165,7 @@ QList<ServiceCommand> MessageCommands()
     const QCommandLineOption json(u"json"_s, Tr("A JSON object a line."));
     const QCommandLineOption stuckAfter(
         u"stuck-after"_s, Tr("How long messages may wait for the engine, and for a report."), u"MINUTES"_s, u"10"_s);
-    const QCommandLineOption olderThan(u"older-than"_s, Tr("Only what was settled so long ago."), u"DAYS"_s);
+    const QCommandLineOption olderThan(u"older-than"_s, Tr("Only what last changed so long ago."), u"DAYS"_s);
     const QString messages = u"messages"_s;
     const QString id = u"ID"_s;
     return {{{messages, u"retry"_s},
@@ -173,7 +173,11 @@ QList<ServiceCommand> MessageCommands()
              Tr("Queue a failed or unsure message again; an unsure one may arrive twice."),
              {database},
              Retry},
-            {{messages, u"fail"_s}, {id}, Tr("Give up a queued or unsure message."), {database}, Fail},
+            {{messages, u"fail"_s},
+             {id},
+             Tr("Give up a message that is queued or unsure, or of which no more is told."),
+             {database},
+             Fail},
             {{messages}, {}, Tr("Show messages, newest first."), {database, state, user, limit, json}, List},
             {{u"status"_s},
              {},
@@ -182,7 +186,7 @@ QList<ServiceCommand> MessageCommands()
              Status},
             {{u"purge"_s},
              {},
-             Tr("Blank text, name and number of messages settled long ago."),
+             Tr("Blank text, name and number of messages that last changed long ago, but not of queued ones."),
              {database, olderThan},
              Purge},
             {{u"check-kannel"_s},
