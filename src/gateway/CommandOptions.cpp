@@ -14,12 +14,12 @@ QCommandLineOption Database()
     return {u"database"_s, QCoreApplication::translate("CommandOptions", "The database of the service."), u"FILE"_s};
 }
 
-QString DatabasePath(const QCommandLineParser &options)
+::Database OpenDatabase(const QCommandLineParser &options, ::Database::Opening opening)
 {
     const QString path = options.value(u"database"_s);
     if (path.isEmpty())
         ServiceCommands::Refuse(QCoreApplication::translate("CommandOptions", "Which database? --database FILE."));
-    return path;
+    return ::Database(path, opening);
 }
 
 } // namespace CommandOptions

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Database.h"
+
 #include <QCommandLineOption>
 #include <QString>
 
@@ -10,7 +12,9 @@ namespace CommandOptions {
 
 [[nodiscard]] QCommandLineOption Database();
 
-/// The value of that option. Raises number 5, source "Corvane.Gateway", when there is none.
-[[nodiscard]] QString DatabasePath(const QCommandLineParser &options);
+/// Opens the one that the option names. Raises number 5, source "Corvane.Gateway", when it names none, and what opening
+/// raises.
+[[nodiscard]] ::Database OpenDatabase(const QCommandLineParser &options,
+                                      ::Database::Opening opening = ::Database::Opening::Existing);
 
 } // namespace CommandOptions

@@ -1,7 +1,6 @@
 #include "MessageCommands.h"
 
 #include "CommandOptions.h"
-#include "Database.h"
 #include "KannelConfiguration.h"
 #include "MessageLookup.h"
 #include "StoreStatus.h"
@@ -74,7 +73,7 @@ int List(const CommandInput &input)
     if (input.options.isSet(u"user"_s))
         user = input.options.value(u"user"_s);
     const qint64 limit = ServiceCommands::Number(input.options, u"limit"_s, 1, kMostId);
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     const bool isJson = input.options.isSet(u"json"_s);
     for (const MessageLine &line : MessageLookup(database).List(state, user, limit))
         input.out << (isJson ? QString::fromUtf8(AsJson(line)) : AsLine(line)) << '\n';
@@ -83,14 +82,14 @@ int List(const CommandInput &input)
 
 int Retry(const CommandInput &input)
 {
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     MessageLookup(database).Retry(ServiceCommands::Number(input.arguments[0], u"ID"_s, 1, kMostId));
     return 0;
 }
 
 int Fail(const CommandInput &input)
 {
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     MessageLookup(database).Fail(ServiceCommands::Number(input.arguments[0], u"ID"_s, 1, kMostId));
     return 0;
 }
@@ -98,7 +97,9 @@ int Fail(const CommandInput &input)
 int Status(const CommandInput &input)
 {
     const std::chrono::minutes patience(ServiceCommands::Number(input.options, u"stuck-after"_s, 1, 100'000));
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
+    if (input.options.isSet(u"check"_s))
+        database.Check();
     const StoreStatus status = ReadStatus(database, patience);
     for (std::size_t state = 0; state < status.counts.size(); ++state)
         input.out << u"%1 %2\n"_s.arg(WordOf(static_cast<MessageState>(state)), -12).arg(status.counts[state]);
@@ -136,7 +137,7 @@ int Purge(const CommandInput &input)
     if (!input.options.isSet(u"older-than"_s))
         ServiceCommands::Refuse(Tr("A purge wants --older-than DAYS."));
     const auto days = static_cast<int>(ServiceCommands::Number(input.options, u"older-than"_s, 0, 36'500));
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     input.out << Tr("%1 messages blanked").arg(MessageLookup(database).Purge(days)) << '\n';
     return 0;
 }
@@ -166,6 +167,7 @@ QList<ServiceCommand> MessageCommands()
     const QCommandLineOption stuckAfter(
         u"stuck-after"_s, Tr("How long messages may wait for the engine, and for a report."), u"MINUTES"_s, u"10"_s);
     const QCommandLineOption olderThan(u"older-than"_s, Tr("Only what last changed so long ago."), u"DAYS"_s);
+    const QCommandLineOption check(u"check"_s, Tr("Read the whole database, and tell whether it is damaged."));
     const QString messages = u"messages"_s;
     const QString id = u"ID"_s;
     return {{{messages, u"retry"_s},
@@ -182,7 +184,7 @@ QList<ServiceCommand> MessageCommands()
             {{u"status"_s},
              {},
              Tr("Show how the messages stand; ends with 1 when they are stuck."),
-             {database, stuckAfter},
+             {database, stuckAfter, check},
              Status},
             {{u"purge"_s},
              {},

@@ -1,7 +1,6 @@
 #include "ServeCommand.h"
 
 #include "CommandOptions.h"
-#include "Database.h"
 #include "DatabaseStore.h"
 #include "EndSignal.h"
 #include "Gateway.h"
@@ -106,7 +105,8 @@ int Serve(const CommandInput &input)
     handOverOptions.senders = static_cast<int>(ServiceCommands::Number(options, u"senders"_s, 1, 64));
     const qint64 queueLimit = ServiceCommands::Number(options, u"queue-limit"_s, 1, 100'000'000);
 
-    Database database(CommandOptions::DatabasePath(options));
+    Database database = CommandOptions::OpenDatabase(options, Database::Opening::Create);
+    database.HoldForService();
     MessageQueue queue(database);
     const ReportTag tag(database.Secret());
     // From the first message on, reports find someone who hears them; to the last one, the senders theirs.

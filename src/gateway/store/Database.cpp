@@ -18,6 +18,7 @@
 #include <fcntl.h>
 #include <mutex>
 #include <sqlite3.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -169,9 +170,11 @@ bool IsNew(SQLite::Database &connection)
 }
 
 // Reads only, until it is clear that the file is the gateway's own or a new one.
-void Prepare(SQLite::Database &connection)
+void Prepare(SQLite::Database &connection, Database::Opening opening)
 {
     if (IsNew(connection)) {
+        if (opening == Database::Opening::Existing)
+            throw Failure(u"it is empty"_s);
         connection.exec("PRAGMA journal_mode = WAL");
         SQLite::Transaction transaction(connection, SQLite::TransactionBehavior::IMMEDIATE);
         if (IsNew(connection)) {
@@ -183,13 +186,22 @@ void Prepare(SQLite::Database &connection)
         throw Failure(u"it is a database of another program"_s);
     if (Pragma(connection, "PRAGMA user_version") > kVersion)
         throw Failure(u"it was written by a newer version of the gateway"_s);
-    Query check(connection, "PRAGMA quick_check(1)");
-    if (!check.Next() || check.Bytes(0) != "ok")
-        throw Failure(u"the database is damaged (%1)"_s.arg(check.Text(0)));
     connection.exec("PRAGMA journal_mode = WAL");
 }
 
-// A job that raises undoes its own changes alone, unless the whole transaction is lost with it.
+bool IsDamage(const std::exception_ptr &failure)
+{
+    try {
+        std::rethrow_exception(failure);
+    } catch (const SQLite::Exception &exception) {
+        return exception.getErrorCode() == SQLITE_CORRUPT;
+    } catch (...) {
+        return false;
+    }
+}
+
+// A job that raises undoes its own changes alone, unless the whole transaction is lost with it. Nothing is written to a
+// file in which it met damage.
 std::exception_ptr Do(const WriteJob &job, SQLite::Database &writer)
 {
     SQLite::Savepoint savepoint(writer, "job");
@@ -198,9 +210,9 @@ std::exception_ptr Do(const WriteJob &job, SQLite::Database &writer)
         savepoint.release();
         return {};
     } catch (...) {
-        if (sqlite3_get_autocommit(writer.getHandle()))
-            throw;
         const std::exception_ptr failure = std::current_exception();
+        if (sqlite3_get_autocommit(writer.getHandle()) || IsDamage(failure))
+            throw;
         savepoint.rollback();
         return failure;
     }
@@ -211,11 +223,14 @@ std::exception_ptr Do(const WriteJob &job, SQLite::Database &writer)
 struct Database::Connections
 {
     explicit Connections(const QString &path)
-        : writer(QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE, Milliseconds(kWritePatience))
+        : held(path)
+        , writer(QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE, Milliseconds(kWritePatience))
         , reader(QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE, Milliseconds(kReadPatience))
     {
     }
 
+    // Closed last: with any handle of a file the system drops all the locks that the library holds on it.
+    QFile held;
     WriteGroup group;
     SQLite::Database writer;
     bool isDoubtful = false;
@@ -223,15 +238,19 @@ struct Database::Connections
     SQLite::Database reader;
 };
 
-Database::Database(const QString &path, Clock clock)
-    : m_clock(std::move(clock))
-    , m_connections([&path] {
-        CreateFor(path);
+Database::Database(const QString &path, Clock clock, Opening opening)
+    : m_path(path)
+    , m_clock(std::move(clock))
+    , m_connections([&path, opening] {
+        if (opening == Opening::Create)
+            CreateFor(path);
+        else if (!QFileInfo::exists(path))
+            throw Failure(u"There is no such database: %1"_s.arg(path));
         try {
             auto connections = std::make_unique<Connections>(path);
             connections->writer.exec("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL; PRAGMA secure_delete = ON");
             connections->reader.exec("PRAGMA query_only = ON");
-            Prepare(connections->writer);
+            Prepare(connections->writer, opening);
             return connections;
         } catch (const SQLite::Exception &exception) {
             throw Failure(u"%1: %2"_s.arg(path, ReasonOf(exception)));
@@ -249,6 +268,33 @@ Database::Database(const QString &path, Clock clock)
 }
 
 Database::~Database() = default;
+
+void Database::HoldForService()
+{
+    QFile &held = m_connections->held;
+    if (!held.open(QIODevice::ReadOnly))
+        throw Failure(u"%1: %2"_s.arg(m_path, held.errorString()));
+    if (::flock(held.handle(), LOCK_EX | LOCK_NB) != 0)
+        throw Failure(errno == EWOULDBLOCK ? u"%1: another service works with this database"_s.arg(m_path)
+                                           : u"%1: %2"_s.arg(m_path, ReasonOfSystem()));
+    // An orderly end leaves no write-ahead log.
+    const char *const log = sqlite3_filename_wal(sqlite3_db_filename(m_connections->writer.getHandle(), "main"));
+    if (QFileInfo(QFile::decodeName(log)).size() > 0)
+        Check();
+}
+
+void Database::Check()
+{
+    try {
+        Read([](SQLite::Database &connection) {
+            Query check(connection, "PRAGMA quick_check(1)");
+            if (!check.Next() || check.Bytes(0) != "ok")
+                throw Failure(u"the database is damaged (%1)"_s.arg(check.Text(0)));
+        });
+    } catch (const Error &error) {
+        throw Failure(u"%1: %2"_s.arg(m_path, error.Description()));
+    }
+}
 
 void Database::Write(const Work &work)
 {

@@ -404,9 +404,19 @@ private slots:
         else
             bytes = at == -1 ? bytes.first(bytes.size() / 2) : QByteArray(9000, value);
         QVERIFY(WriteBytes(file, bytes));
-        const QString raised = Raised([&] { const Database database(file); });
+        const QString raised = Raised([&] { Database(file).Check(); });
         QVERIFY2(raised.startsWith(u"5 Corvane.Gateway: %1: %2"_s.arg(file, reason)), qPrintable(raised));
+        if (at > 100) { // which is not looked for at every start
+            const QString told = Shop(file).Post({u"text"_s});
+            QVERIFY2(told.contains(u"damaged"_s), qPrintable(told));
+            QCOMPARE(Raised([&] { Database(file).HoldForService(); }), QString());
+            QVERIFY(WriteBytes(file + u"-wal"_s, "left"));
+            QVERIFY(Raised([&] { Database(file).HoldForService(); }).contains(reason));
+        }
         QCOMPARE(ReadBytes(file), bytes);
+        const QString raisedForNone = Raised([&] { Database(file + u"x"_s, Database::Opening::Existing); });
+        QCOMPARE(raisedForNone, u"5 Corvane.Gateway: There is no such database: %1x"_s.arg(file));
+        QVERIFY(!QFileInfo::exists(file + u'x'));
     }
 
     void aLockedDatabaseIsToldSoon()
@@ -430,6 +440,8 @@ private slots:
             QCOMPARE(answer, u"The messages cannot be kept: the database is locked by another program; 9"_s);
         QCOMPARE(shop.Post({u"text"_s}), u"1; 8"_s);
         other.Write([](SQLite::Database &at) { Query(at, "ALTER TABLE accounts RENAME TO hidden").Run(); });
+        shop.database.HoldForService();
+        QVERIFY(Raised([&] { other.HoldForService(); }).endsWith(u"another service works with this database"_s));
         QVERIFY(!Raised([&] { shop.Post({}); }).isEmpty()); // rather than a balance of 0
     }
 
