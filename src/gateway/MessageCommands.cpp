@@ -3,6 +3,7 @@
 #include "CommandOptions.h"
 #include "KannelConfiguration.h"
 #include "MessageLookup.h"
+#include "RestoredCopy.h"
 #include "StoreStatus.h"
 
 #include <QCommandLineParser>
@@ -91,6 +92,14 @@ int Fail(const CommandInput &input)
 {
     Database database = CommandOptions::OpenDatabase(input.options);
     MessageLookup(database).Fail(ServiceCommands::Number(input.arguments[0], u"ID"_s, 1, kMostId));
+    return 0;
+}
+
+int Restored(const CommandInput &input)
+{
+    Database database = CommandOptions::OpenDatabase(input.options);
+    database.HoldForService();
+    input.out << Tr("%1 messages are unsure now").arg(DeclareRestored(database)) << '\n';
     return 0;
 }
 
@@ -186,6 +195,11 @@ QList<ServiceCommand> MessageCommands()
              Tr("Show how the messages stand; ends with 1 when they are stuck."),
              {database, stuckAfter, check},
              Status},
+            {{u"restored"_s},
+             {},
+             Tr("After a copy was put in the database's place: what it has as queued may have gone out since."),
+             {database},
+             Restored},
             {{u"purge"_s},
              {},
              Tr("Blank text, name and number of messages that last changed long ago, but not of queued ones."),

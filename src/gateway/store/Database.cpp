@@ -57,7 +57,7 @@ CREATE TABLE credits (
 ) STRICT;
 CREATE INDEX by_account ON credits (account);
 CREATE TABLE messages (
-    id INTEGER PRIMARY KEY,
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
     account INTEGER NOT NULL REFERENCES accounts (id),
     number TEXT NOT NULL,
     name TEXT NOT NULL,
@@ -72,6 +72,7 @@ CREATE TABLE messages (
     refunded INTEGER NOT NULL DEFAULT 0,
     is_first INTEGER NOT NULL DEFAULT 0 -- of those of the account to its number that are queued or handing
 ) STRICT;
+INSERT INTO sqlite_sequence VALUES ('messages', 0);
 CREATE INDEX to_take ON messages (account, next_try, id) WHERE state = 0 AND is_first = 1;
 CREATE INDEX in_line ON messages (account, number, id) WHERE state IN (0, 1);
 CREATE UNIQUE INDEX first_in_line ON messages (account, number) WHERE is_first = 1;
@@ -156,9 +157,7 @@ qint64 Pragma(SQLite::Database &connection, const char *sql)
 void CreateSchema(SQLite::Database &connection)
 {
     connection.exec(kSchema);
-    QByteArray secret(32, Qt::Uninitialized);
-    QRandomGenerator::system()->generate(secret.begin(), secret.end());
-    Query(connection, "INSERT INTO settings VALUES ('secret', ?1), ('displaced', 0)", secret).Run();
+    Query(connection, "INSERT INTO settings VALUES ('secret', ?1), ('displaced', 0)", Database::MakeSecret()).Run();
     connection.exec("PRAGMA application_id = " + std::to_string(kApplication));
     connection.exec("PRAGMA user_version = " + std::to_string(kVersion));
 }
@@ -362,6 +361,13 @@ void Database::Read(const Work &work)
     } catch (const SQLite::Exception &exception) {
         throw Failure(ReasonOf(exception));
     }
+}
+
+QByteArray Database::MakeSecret()
+{
+    QByteArray secret(32, Qt::Uninitialized);
+    QRandomGenerator::system()->generate(secret.begin(), secret.end());
+    return secret;
 }
 
 qint64 Database::SystemClock()

@@ -51,6 +51,7 @@ public:
 
     /// 32 random bytes, made with the file and kept in it, to key what must not be forged.
     [[nodiscard]] const QByteArray &Secret() const { return m_secret; }
+    [[nodiscard]] static QByteArray MakeSecret();
 
     /// Runs `work`, in this or another thread that writes at the same time, in a transaction that is on the disk when
     /// this returns. When it raises, nothing of it has changed, nor comes back after a crash. Raises what `work` does

@@ -9,6 +9,7 @@
 #include "MessageRules.h"
 #include "Query.h"
 #include "Raised.h"
+#include "RestoredCopy.h"
 #include "Rows.h"
 #include "StoreStatus.h"
 
@@ -388,7 +389,27 @@ private slots:
         QCOMPARE(shop.Post({u"text"_s}), u"1; 998"_s); // replies count from 1 again
     }
 
-    // Byte to change, its new value; -1 for one that is cut in the middle, -2 for text.
+    void aRestoredCopySendsNothingAgain()
+    {
+        const QString file = NewFile();
+        Shop shop(file, 9);
+        Shop empty(NewFile(), 9);
+        shop.Post({u"one"_s, u"two"_s, u"three"_s});
+        shop.TakeAll();
+        shop.queue.Settle(1, HandOverResult::Accepted, {});
+        shop.TakeAll();
+        QVERIFY(DeclareRestored(shop.database) == 2 && DeclareRestored(empty.database) == 0);
+        QCOMPARE(shop.TakeAll(), QString());
+        shop.lookup.Fail(3);
+        QCOMPARE(shop.Post({u"next"_s}), u"16994; 5"_s); // the failed one is not refunded
+        QVERIFY(empty.Post({u"next"_s}).startsWith(u"16991;"_s));
+        QCOMPARE(shop.lookup.List({}, {}, 9).constFirst().id, 1'000'004);
+        QCOMPARE(shop.lookup.List(MessageState::HandedOver, {}, 9).constFirst().id, 1);
+        QVERIFY(shop.SumsAgree() && Shop(file).database.Secret() != shop.database.Secret());
+    }
+
+    // Byte to change, in all later pages too unless it is in the header, its new value; -1 for one that is cut in the
+    // middle, -2 for text.
     TABLE_TEST(filesThatAreNotOpened, (int at, char value, const QString &reason),
                {"text", -2, 'x', u"it is no database, or damaged"_s}, {"cut", -1, 0, u"the database is damaged"_s},
                {"another program's", 71, 9, u"it is a database of another program"_s},
@@ -399,9 +420,9 @@ private slots:
         Shop(file, 500).Post(QStringList(400, u"A text that takes some room"_s));
         QByteArray bytes = ReadBytes(file);
         QVERIFY(bytes.size() > 80'000);
-        if (at >= 0)
-            bytes[at] = value;
-        else
+        for (qsizetype page = at; at >= 0 && page < (at < 100 ? 100 : bytes.size()); page += 4096)
+            bytes[page] = value;
+        if (at < 0)
             bytes = at == -1 ? bytes.first(bytes.size() / 2) : QByteArray(9000, value);
         QVERIFY(WriteBytes(file, bytes));
         const QString raised = Raised([&] { Database(file).Check(); });
