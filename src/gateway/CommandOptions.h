@@ -1,10 +1,9 @@
 #pragma once
 
-#include "Database.h"
-
 #include <QCommandLineOption>
 #include <QString>
 
+class Database;
 class QCommandLineParser;
 
 /// Options that several commands have.
@@ -14,7 +13,9 @@ namespace CommandOptions {
 
 /// Opens the one that the option names. Raises number 5, source "Corvane.Gateway", when it names none, and what opening
 /// raises.
-[[nodiscard]] ::Database OpenDatabase(const QCommandLineParser &options,
-                                      ::Database::Opening opening = ::Database::Opening::Existing);
+[[nodiscard]] ::Database OpenDatabase(const QCommandLineParser &options);
+
+/// The same for one that may not be there yet.
+[[nodiscard]] ::Database OpenOrCreateDatabase(const QCommandLineParser &options);
 
 } // namespace CommandOptions

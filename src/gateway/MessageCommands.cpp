@@ -1,6 +1,7 @@
 #include "MessageCommands.h"
 
 #include "CommandOptions.h"
+#include "Database.h"
 #include "KannelConfiguration.h"
 #include "MessageLookup.h"
 #include "RestoredCopy.h"

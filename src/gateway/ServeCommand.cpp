@@ -1,6 +1,7 @@
 #include "ServeCommand.h"
 
 #include "CommandOptions.h"
+#include "Database.h"
 #include "DatabaseStore.h"
 #include "EndSignal.h"
 #include "Gateway.h"
@@ -105,7 +106,7 @@ int Serve(const CommandInput &input)
     handOverOptions.senders = static_cast<int>(ServiceCommands::Number(options, u"senders"_s, 1, 64));
     const qint64 queueLimit = ServiceCommands::Number(options, u"queue-limit"_s, 1, 100'000'000);
 
-    Database database = CommandOptions::OpenDatabase(options, Database::Opening::Create);
+    Database database = CommandOptions::OpenOrCreateDatabase(options);
     database.HoldForService();
     MessageQueue queue(database);
     const ReportTag tag(database.Secret());
