@@ -139,13 +139,17 @@ private slots:
                u"5 9 named two -> Name longer than 100 characters, 1; 4",
                u"1 9 € two -> The text holds a character that cannot be sent, 1; 0",
                u"1 9 long -> Text longer than 160 characters; 1",
-               u"5 2 one two three -> 1, 2, Too many messages are waiting; 3")
+               u"5 2 one two three -> 1, 2, Too many messages are waiting; 3", u"9 3 one two -> 1, 2; 7")
     {
         QStringList words = post.split(u' ');
         words.replaceInStrings(u"long"_s, QString(161, u'x'));
         Shop shop(NewFile(), words[0].toInt(), words[1].toInt());
         QCOMPARE(shop.Post(words.mid(2)), told);
         QVERIFY(shop.SumsAgree());
+        if (words[1] == u"3") {
+            (void)shop.queue.TakeNext();
+            QCOMPARE(shop.Post({u"and"_s, u"more"_s}), u"3, 4; 5"_s);
+        }
         if (words[1] == u"2") {
             QCOMPARE(shop.Post({u"more"_s}), u"Too many messages are waiting; 3"_s);
             (void)shop.queue.TakeNext();
