@@ -333,12 +333,13 @@ private slots:
         QCOMPARE(shop.TakeAll(), u"3"_s);
     }
 
-    // Post, wait, take, accepted or unsure, report of a failure or of success, the clock is set back -> what is stuck
-    // after each: no messages taken (!), no reports (?); seconds since the oldest queued, handed over, the last report.
+    // Post, wait, take, accepted (the second: A) or unsure, report of a failure or of success, the clock is set back ->
+    // what is stuck after each: no messages taken (!), no reports (?); seconds since the oldest queued, handed over,
+    // the last report.
     TABLE_TEST(statusTellsWhatIsStuck, (const QString &steps, const QString &told), u"p w t w p w a -> .!.!!!. 901 0 -",
                u"p t a w -> ...? - 901 -", u"p t a w f -> ...?. - - 0", u"p t a p w d w -> ....!!! 1802 - 901",
                u"p t a p b t -> ....!? - 0 -", u"p p t u w -> ....! 901 - -", u"p t d p -> .... 0 - 0",
-               u"p t a w f b -> ...?.. - - -7200")
+               u"p t a w f b -> ...?.. - - -7200", u"p p t a d t A w -> .......? - 901 901")
     {
         Shop shop(NewFile(), 9);
         QString state;
@@ -349,8 +350,9 @@ private slots:
                 shop.Post({u"text"_s});
             else if (step == u"t")
                 shop.TakeAll();
-            else if (step == u"a" || step == u"u")
-                shop.queue.Settle(1, step == u"a" ? HandOverResult::Accepted : HandOverResult::Unknown, {});
+            else if (u"auA"_s.contains(step))
+                shop.queue.Settle(step == u"A" ? 2 : 1,
+                                  step == u"u" ? HandOverResult::Unknown : HandOverResult::Accepted, {});
             else if (step == u"f" || step == u"d")
                 shop.queue.Report(1, 1, step == u"f" ? DeliveryReport::NotDelivered : DeliveryReport::Delivered);
             status = ReadStatus(shop.database, 15min);
