@@ -28,7 +28,7 @@ brevio_layer(src/importing
   PUBLIC Qt6::Core
   PRIVATE Brevio::base Brevio::numbers Brevio::phonebook Found::csv)
 # A plugin: what it links is loaded when the first import opens.
-brevio_layer(src/importing/judge PUBLIC Qt6::Core Brevio::importing PRIVATE Found::phonenumber)
+brevio_layer(src/importing/judge PUBLIC Qt6::Core Brevio::importing PRIVATE Found::phonenumber ICU::uc)
 brevio_layer(src/messaging
   PUBLIC Qt6::Core Brevio::base
   PRIVATE Brevio::encodings Brevio::numbers Brevio::phonebook Qt6::Network CURL::libcurl)

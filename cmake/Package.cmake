@@ -28,6 +28,8 @@ by itself.")
 set(CPACK_DEBIAN_GATEWAY_PACKAGE_NAME brevio-gateway)
 set(CPACK_DEBIAN_GATEWAY_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_GATEWAY_PACKAGE_SUGGESTS "kannel, sqlite3")
+set(scripts ${CMAKE_CURRENT_SOURCE_DIR}/data/gateway/package)
+set(CPACK_DEBIAN_GATEWAY_PACKAGE_CONTROL_EXTRA ${scripts}/postinst ${scripts}/prerm ${scripts}/postrm)
 set(CPACK_COMPONENT_GATEWAY_DESCRIPTION "message gateway of an office for Brevio
 The gateway keeps the accounts of an office and the messages that its people
 send with Brevio, hands them to an SMS engine (Kannel), and follows them until

@@ -7,6 +7,9 @@ target_compile_options(brevio_flags INTERFACE
 target_compile_definitions(brevio_flags INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
   QT_NO_FOREACH QT_NO_CONTEXTLESS_CONNECT)
+# As Debian hardens what it builds.
+target_compile_options(brevio_flags INTERFACE "$<$<CONFIG:Release>:-fstack-protector-strong;-D_FORTIFY_SOURCE=2>")
+target_link_options(brevio_flags INTERFACE $<$<CONFIG:Release>:LINKER:-z,now>)
 if(BREVIO_SANITIZE)
   target_compile_options(brevio_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
     -fno-sanitize-recover=undefined)
@@ -37,14 +40,15 @@ function(brevio_library name)
   set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
 endfunction()
 
-# brevio_plugin(NAME SOURCES file...): a plugin of one folder, NAME.so beside the program.
+# brevio_plugin(NAME SOURCES file...): a plugin of one folder, plugins/NAME.so beside the program.
 function(brevio_plugin name)
   cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
   add_library(${name} MODULE ${ARG_SOURCES})
   brevio_link(${name})
   set_target_properties(${name} PROPERTIES
-    AUTOMOC ON PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-  install(TARGETS ${name} DESTINATION ${BREVIO_PROGRAM_DIR} COMPONENT program)
+    AUTOMOC ON PREFIX "" NO_SONAME ON LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/plugins)
+  # In a folder of their own CPack does not take them for libraries that others link.
+  install(TARGETS ${name} DESTINATION ${BREVIO_PROGRAM_DIR}/plugins COMPONENT program)
 endfunction()
 
 # brevio_program(NAME SOURCES file...): a program of one folder.

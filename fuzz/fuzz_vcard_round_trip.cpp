@@ -42,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
         book.AllContacts().Add(contact);
         for (const QString &name : texts[i + 1].split(u'\x02')) {
             const QString group = Kept(LxGroup::CleanName(name));
-            if (!group.isEmpty() && group != book.AllContacts().Name())
+            if (!group.isEmpty() && group != book.AllContacts().Name() && !ImportColumns::IsGroupOfAll(group))
                 book.Groups().CreateGroup(group).Add(contact);
         }
     }

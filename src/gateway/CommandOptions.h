@@ -11,7 +11,7 @@ namespace CommandOptions {
 
 [[nodiscard]] QCommandLineOption Database();
 
-/// Opens the one that the option names. Raises number 5, source "Corvane.Gateway", when it names none, and what opening
+/// Opens the one that the option names. Raises number 5, source kUsageSource, when it names none, and what opening
 /// raises.
 [[nodiscard]] ::Database OpenDatabase(const QCommandLineParser &options);
 

@@ -1,6 +1,6 @@
 #include "GatewayOptions.h"
 
-#include "Error.h"
+#include "ServiceCommand.h"
 #include "Version.h"
 
 #include <QCommandLineParser>
@@ -12,17 +12,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-[[noreturn]] void Refuse(const QString &description)
-{
-    throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, description);
-}
-
 quint16 ParsePort(const QString &value)
 {
     bool isNumber = false;
     const quint16 port = value.toUShort(&isNumber);
     if (!isNumber)
-        Refuse(GatewayOptions::tr("--port wants a number from 0 to 65535, not \"%1\".").arg(value));
+        ServiceCommands::Refuse(GatewayOptions::tr("--port wants a number from 0 to 65535, not \"%1\".").arg(value));
     return port;
 }
 
@@ -35,7 +30,7 @@ GatewayAccount ParseAccount(const QString &value)
     bool isNumber = false;
     const int balance = match.captured(3).toInt(&isNumber);
     if (!isNumber)
-        Refuse(GatewayOptions::tr("--account wants user:password:balance, not \"%1\".").arg(value));
+        ServiceCommands::Refuse(GatewayOptions::tr("--account wants user:password:balance, not \"%1\".").arg(value));
     return {match.captured(1), match.captured(2), balance};
 }
 
@@ -43,7 +38,8 @@ QString ParseRefusedNumber(const QString &value)
 {
     static const QRegularExpression digits(u"\\A[0-9]+\\z"_s);
     if (!digits.match(value).hasMatch())
-        Refuse(GatewayOptions::tr("--fail wants the digits of a number, without \"+\", not \"%1\".").arg(value));
+        ServiceCommands::Refuse(
+            GatewayOptions::tr("--fail wants the digits of a number, without \"+\", not \"%1\".").arg(value));
     return value;
 }
 
@@ -65,9 +61,10 @@ GatewayOptions GatewayOptions::Parse(const QStringList &arguments, const QString
                                     u"FILE"_s);
     parser.addOptions({help, version, port, account, fail, outbox});
     if (!parser.parse(arguments))
-        Refuse(parser.errorText());
+        ServiceCommands::Refuse(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
-        Refuse(tr("There is nothing to do with \"%1\".").arg(parser.positionalArguments().constFirst()));
+        ServiceCommands::Refuse(
+            tr("There is nothing to do with \"%1\".").arg(parser.positionalArguments().constFirst()));
 
     GatewayOptions options;
     if (parser.isSet(help))
@@ -80,13 +77,13 @@ GatewayOptions GatewayOptions::Parse(const QStringList &arguments, const QString
         GatewayAccount parsed = ParseAccount(value);
         const auto hasSameUser = [&parsed](const GatewayAccount &other) { return other.user == parsed.user; };
         if (std::any_of(options.accounts.cbegin(), options.accounts.cend(), hasSameUser))
-            Refuse(tr("--account gives the user \"%1\" twice.").arg(parsed.user));
+            ServiceCommands::Refuse(tr("--account gives the user \"%1\" twice.").arg(parsed.user));
         options.accounts.push_back(std::move(parsed));
     }
     for (const QString &value : parser.values(fail))
         options.refusedNumbers.insert(ParseRefusedNumber(value));
     options.outboxPath = parser.value(outbox);
     if (parser.isSet(outbox) && options.outboxPath.isEmpty())
-        Refuse(tr("--outbox wants the name of a file."));
+        ServiceCommands::Refuse(tr("--outbox wants the name of a file."));
     return options;
 }

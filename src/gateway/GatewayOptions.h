@@ -15,7 +15,7 @@ struct GatewayOptions
     QString answer;     ///< What to print instead of serving, the help or the version; empty to serve.
 
     /// Reads the arguments, the program's name first. The help tells of the service's commands too. Raises number 5,
-    /// source "Corvane.Gateway", when they are wrong, with what to do about it.
+    /// source kUsageSource, when they are wrong, with what to do about it.
     [[nodiscard]] static GatewayOptions Parse(const QStringList &arguments, const QString &helpOnCommands);
 
     Q_DECLARE_TR_FUNCTIONS(GatewayOptions)

@@ -27,7 +27,7 @@ QString Usage(const ServiceCommand &command)
 
 void Refuse(const QString &description)
 {
-    throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, description);
+    throw Error(ErrorNumber::kInvalidArgument, kUsageSource, description);
 }
 
 const ServiceCommand *Find(const QList<ServiceCommand> &commands, const QStringList &arguments)

@@ -35,10 +35,13 @@ struct ServiceCommand
 
 namespace ServiceCommands {
 
+/// The source of errors in what the command line holds, for which the help is worth a look.
+inline const QString kUsageSource = QStringLiteral("Corvane.Gateway.Usage");
+
 /// The command whose words the arguments begin with (the program's name left out); null for none.
 [[nodiscard]] const ServiceCommand *Find(const QList<ServiceCommand> &commands, const QStringList &arguments);
 
-/// Reads the options and runs the command, or shows its help. Raises number 5, source "Corvane.Gateway", when the
+/// Reads the options and runs the command, or shows its help. Raises number 5, source kUsageSource, when the
 /// options or the number of arguments are wrong, and what the command raises.
 int Run(const ServiceCommand &command, const QStringList &arguments, QTextStream &out,
         const std::function<QString()> &readPassword);
@@ -46,13 +49,13 @@ int Run(const ServiceCommand &command, const QStringList &arguments, QTextStream
 /// A line for each command.
 [[nodiscard]] QString Help(const QList<ServiceCommand> &commands);
 
-/// An option's value as a number. Raises number 5, source "Corvane.Gateway", when it is none or out of range.
+/// An option's value as a number. Raises number 5, source kUsageSource, when it is none or out of range.
 [[nodiscard]] qint64 Number(const QCommandLineParser &options, const QString &name, qint64 least, qint64 most);
 
 /// An argument as a number, named `what` in what is raised.
 [[nodiscard]] qint64 Number(const QString &value, const QString &what, qint64 least, qint64 most);
 
-/// Raises number 5, source "Corvane.Gateway".
+/// Raises number 5 with that source.
 [[noreturn]] void Refuse(const QString &description);
 
 } // namespace ServiceCommands

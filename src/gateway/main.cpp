@@ -71,6 +71,8 @@ int main(int argc, char *argv[])
         out << options.answer;
         return 0;
     } catch (const Error &error) {
-        return Fail(QCoreApplication::translate("main", "%1 Try --help.").arg(error.Description()), 2);
+        const bool isUsage = error.Source() == ServiceCommands::kUsageSource;
+        const QString more = isUsage ? u' ' + QCoreApplication::translate("main", "Try --help.") : QString();
+        return Fail(error.Description() + more, 2);
     }
 }

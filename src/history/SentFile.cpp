@@ -5,7 +5,6 @@
 #include "SentStrings.h"
 #include "Utils.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 #include <SQLiteCpp/Database.h>
@@ -41,11 +40,6 @@ INSERT INTO index_state VALUES (0, 0);
 PRAGMA user_version = 1;
 )";
 
-QString Tr(const char *text)
-{
-    return QCoreApplication::translate("SentFile", text);
-}
-
 [[noreturn]] void Raise(const QString &description)
 {
     throw Error(ErrorNumber::kFileAccess, u"Corvane.History"_s, description);
@@ -61,9 +55,9 @@ QString ReasonOf(const SQLite::Exception &error)
     switch (error.getErrorCode()) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        return Tr("The file is in use by another program.");
+        return SentFile::tr("The file is in use by another program.");
     case SQLITE_FULL:
-        return Tr("The disk is full.");
+        return SentFile::tr("The disk is full.");
     default:
         return QString::fromUtf8(error.what());
     }
@@ -86,7 +80,7 @@ void GiveUpUnsettled(SQLite::Database &database)
     if (database.execAndGet("SELECT NOT EXISTS (SELECT 1 FROM message WHERE outcome = 0)").getInt() != 0)
         return;
     SQLite::Transaction transaction(database);
-    const auto reason = SentStrings(database).IdOf(Tr("The program ended before the answer came."));
+    const auto reason = SentStrings(database).IdOf(SentFile::tr("The program ended before the answer came."));
     SQLite::Statement update(database, "UPDATE message SET outcome = ?, reason = ? WHERE outcome = 0");
     update.bind(1, static_cast<int>(SentOutcome::NotKnown));
     update.bind(2, reason);
@@ -132,7 +126,7 @@ void SentFile::Open()
     database->exec("PRAGMA locking_mode = EXCLUSIVE");
     const int version = database->execAndGet("PRAGMA user_version").getInt();
     if (version > kVersion)
-        Raise(Tr("The file was written by a newer version of the program."));
+        Raise(tr("The file was written by a newer version of the program."));
     database->exec("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA secure_delete = ON;"
                    "PRAGMA cache_size = -16384");
     if (version == 0) {
@@ -152,8 +146,8 @@ void SentFile::SetAside()
     m_database.reset();
     QString kept;
     if (!Utils::SetAside(m_path, kept))
-        Raise(Tr("The file is damaged, and could not be renamed to %1.").arg(kept));
-    m_notice = Tr("The sent messages could not be read and are kept as %1").arg(kept);
+        Raise(tr("The file is damaged, and could not be renamed to %1.").arg(kept));
+    m_notice = tr("The sent messages could not be read and are kept as %1").arg(kept);
 }
 
 void SentFile::Remove()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <functional>
@@ -13,6 +14,8 @@ class Database;
 /// is first needed.
 class SentFile final
 {
+    Q_DECLARE_TR_FUNCTIONS(SentFile)
+
 public:
     explicit SentFile(QString path);
     ~SentFile();

@@ -1,15 +1,16 @@
 #include "Candidates.h"
 
 #include "ContactTable.h"
+#include "GroupFinder.h"
 #include "LxContact.h"
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
+#include "PhoneNumbers.h"
 #include "TextFile.h"
 #include "Utils.h"
 
 #include <QCoreApplication>
 #include <QHash>
-#include <QSet>
 
 #include <algorithm>
 
@@ -24,6 +25,30 @@ QString CleanName(QStringView name)
     return TextFile::AsOneLine(name.toString()).replace(u'"', u'\'').trimmed();
 }
 
+/// A slash stands within a number too, and separates only what is long enough without the other.
+void AppendSlashed(const QString &text, QStringList &numbers)
+{
+    constexpr qsizetype kShortest = 7;
+    const auto isWhole = [](QStringView part) {
+        const QString number = PhoneNumbers::CleanPhoneNumber(part.trimmed().toString());
+        return std::count_if(number.begin(), number.end(), [](QChar c) { return c.isDigit(); }) >= kShortest;
+    };
+    const auto append = [&numbers](QStringView part) {
+        const QString number = part.trimmed().toString();
+        if (!number.isEmpty() && !numbers.contains(number))
+            numbers += number;
+    };
+    QStringView rest = text;
+    for (qsizetype slash = rest.indexOf(u'/'); slash >= 0; slash = rest.indexOf(u'/', slash + 1)) {
+        if (!isWhole(rest.first(slash)) || !isWhole(rest.sliced(slash + 1)))
+            continue;
+        append(rest.first(slash));
+        rest = rest.sliced(slash + 1);
+        slash = -1;
+    }
+    append(rest);
+}
+
 /// The numbers of a cell. Commas and the like separate only what is long enough on both sides: they also stand for a
 /// pause in dialling.
 QStringList SplitNumbers(QStringView cell)
@@ -32,7 +57,7 @@ QStringList SplitNumbers(QStringView cell)
     QStringList numbers;
     if (cell.isEmpty())
         return numbers;
-    const auto maySeparate = [](QChar c) { return c == u':' || c == u';' || c == u',' || c == u'\n'; };
+    const auto maySeparate = [](QChar c) { return c == u':' || c == u';' || c == u',' || c == u'/' || c == u'\n'; };
     if (std::none_of(cell.begin(), cell.end(), maySeparate))
         return {cell.toString()};
     for (const QStringView part : cell.split(u":::")) {
@@ -43,10 +68,8 @@ QStringList SplitNumbers(QStringView cell)
         const auto isShort = [](const QString &piece) { return piece.size() < kShortest; };
         if (std::any_of(pieces.begin(), pieces.end(), isShort))
             pieces = {part.trimmed().toString()};
-        for (const QString &piece : pieces) {
-            if (!piece.isEmpty() && !numbers.contains(piece))
-                numbers += piece;
-        }
+        for (const QString &piece : pieces)
+            AppendSlashed(piece, numbers);
     }
     return numbers;
 }
@@ -141,11 +164,11 @@ private:
                 continue;
             for (QStringView part : m_table.Cell(row, static_cast<int>(column)).split(separator)) {
                 part = part.trimmed();
-                // A web mail's own groups are marked so; the first holds everyone.
-                const bool isMarked = separator == ":::"_L1 && part.startsWith(u"* ");
-                if (isMarked)
+                const bool isOfWebMail = separator == ":::"_L1;
+                // It marks its own groups so.
+                if (isOfWebMail && part.startsWith(u"* "))
                     part = part.sliced(2);
-                const bool isEveryone = isMarked && part.compare(u"myContacts", Qt::CaseInsensitive) == 0;
+                const bool isEveryone = isOfWebMail && ImportColumns::IsGroupOfAll(part);
                 const QString group = LxGroup::CleanName(CleanName(part));
                 if (!group.isEmpty() && !isEveryone && !groups.contains(group))
                     groups += group;
@@ -179,50 +202,42 @@ void NumberNames(std::span<Candidate> person)
     }
 }
 
+/// Of those in which a row has one number, only the likeliest mobile stays, where the first was.
 void RemoveRepeated(std::vector<Candidate> &candidates)
 {
-    QSet<QString> ofRow;
-    int row = -1;
-    std::erase_if(candidates, [&](const Candidate &candidate) {
-        if (std::exchange(row, candidate.row) != candidate.row)
+    QHash<QString, size_t> ofRow;
+    size_t count = 0;
+    for (Candidate &candidate : candidates) {
+        if (count > 0 && candidates[count - 1].row != candidate.row)
             ofRow.clear();
         const QString number = candidate.judged.International();
-        const bool isRepeated = !number.isEmpty() && ofRow.contains(number);
-        ofRow.insert(number);
-        return isRepeated;
-    });
+        size_t place = number.isEmpty() ? count : ofRow.value(number, count);
+        if (place == count) {
+            ofRow.insert(number, count++);
+        } else if (candidates[place].judged.kind >= candidate.judged.kind) {
+            continue;
+        }
+        if (&candidates[place] != &candidate)
+            candidates[place] = std::move(candidate);
+    }
+    candidates.resize(count);
 }
 
-/// Finds or makes groups by their names, each in constant time.
-class GroupFinder final
+/// By each number the first that is likely a mobile, else the first.
+QHash<QString, const Candidate *> FirstOfEach(const std::vector<Candidate> &candidates)
 {
-public:
-    explicit GroupFinder(LxGroupList &groups)
-        : m_groups(groups)
-    {
-        for (LxGroup *group : groups) {
-            if (!m_byName.contains(group->Name()))
-                m_byName.insert(group->Name(), group);
-        }
+    QHash<QString, const Candidate *> firsts;
+    firsts.reserve(static_cast<qsizetype>(candidates.size()));
+    for (const Candidate &candidate : candidates) {
+        if (!candidate.judged.CanBeTaken())
+            continue;
+        const Candidate *&first = firsts[candidate.judged.International()];
+        if (!first ||
+            (first->judged.kind < NumberKind::MayBeMobile && candidate.judged.kind >= NumberKind::MayBeMobile))
+            first = &candidate;
     }
-
-    LxGroup &Find(const QString &name)
-    {
-        LxGroup *&group = m_byName[name];
-        if (!group) {
-            group = &m_groups.CreateNewGroup(name);
-            ++m_newCount;
-        }
-        return *group;
-    }
-
-    [[nodiscard]] int NewCount() const { return m_newCount; }
-
-private:
-    LxGroupList &m_groups;
-    QHash<QString, LxGroup *> m_byName;
-    int m_newCount = 0;
-};
+    return firsts;
+}
 
 } // namespace
 
@@ -253,8 +268,7 @@ void Settle(std::vector<Candidate> &candidates, const LxPhoneBook &phoneBook)
     known.reserve(phoneBook.AllContacts().Count());
     for (const LxContactPtr &contact : phoneBook.AllContacts())
         known.insert(contact->InternationalMobile(), contact->Name());
-    QHash<QString, int> firstRow;
-    firstRow.reserve(static_cast<qsizetype>(candidates.size()));
+    const QHash<QString, const Candidate *> firsts = FirstOfEach(candidates);
     for (Candidate &candidate : candidates) {
         if (!candidate.judged.CanBeTaken())
             continue;
@@ -263,11 +277,8 @@ void Settle(std::vector<Candidate> &candidates, const LxPhoneBook &phoneBook)
         candidate.isKnown = contact != known.constEnd();
         if (candidate.isKnown)
             candidate.knownAs = *contact;
-        const auto first = firstRow.constFind(number);
-        if (first == firstRow.constEnd())
-            firstRow.insert(number, candidate.row);
-        else
-            candidate.sameAsRow = *first;
+        if (const Candidate *first = firsts.value(number); first != &candidate)
+            candidate.sameAsRow = first->row;
         candidate.isTicked =
             candidate.judged.kind >= NumberKind::MayBeMobile && !candidate.isKnown && candidate.sameAsRow < 0;
     }

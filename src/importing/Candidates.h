@@ -30,7 +30,7 @@ struct Candidate
     /// Whether the phone book has the number, and the contact that has it.
     bool isKnown = false;
     QString knownAs;
-    /// The row that has the number first, where that is another; else -1.
+    /// The row that has the number first, as a mobile if any has, where that is another; else -1.
     int sameAsRow = -1;
     bool isTicked = false;
 };
@@ -55,7 +55,7 @@ namespace Candidates {
 /// False when it was cancelled; then some are judged.
 bool Judge(std::span<Candidate> candidates, const NumberRules &rules, const std::atomic<bool> &isCancelled);
 
-/// Once all are judged: leaves out numbers that a row has twice, tells which are in the phone book or in an earlier
+/// Once all are judged: leaves out numbers that a row has twice, tells which are in the phone book or in another
 /// row, ticks mobiles and those that may be, which are neither, and numbers the names of a person's several contacts
 /// "Ann Lee", "Ann Lee (2)", the ticked ones first.
 void Settle(std::vector<Candidate> &candidates, const LxPhoneBook &phoneBook);

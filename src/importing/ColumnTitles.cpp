@@ -19,13 +19,19 @@ const QHash<QString, Meaning> &WholeTitles()
             for (const QString &title : QString::fromLatin1(titles).split(u'|'))
                 meanings.insert(title, meaning);
         };
-        add(Meaning::NameOrLast, "name|nom|namen|names");
+        add(Meaning::NameOrEither, "name|nom|namen|names");
         add(Meaning::NameOrFirst, "nombre|nome");
-        add(Meaning::Name, "full name|fullname|display name|displayname|contact name|contact|file as|fn|person|"
+        add(Meaning::Name, "full name|fullname|display name|displayname|contact name|contact|fn|person|"
                            "anzeigename|angezeigter name|vollstandiger name|ganzer name|kontakt|kontaktname|"
-                           "speichern unter|nom complet|nom affiche|nom a afficher|nom du contact|afficher comme|"
+                           "nom complet|nom affiche|nom a afficher|nom du contact|afficher comme|"
                            "nombre completo|nombre para mostrar|nombre mostrado|nombre del contacto|contacto|"
-                           "nome completo|nome visualizzato|nominativo|nome contatto|contatto");
+                           "nome completo|nome visualizzato|nominativo|nome contatto|contatto|"
+                           "first and last name|first name last name|last name first name|vor und nachname|"
+                           "vorname nachname|nachname vorname|name vorname|vorname name|nom et prenom|nom prenom|"
+                           "prenom nom|prenom et nom|nom et prenoms|nombre y apellidos|nombre y apellido|"
+                           "nombre apellidos|apellidos y nombre|apellidos nombre|mostrar como|nome e cognome|"
+                           "nome cognome|cognome e nome|cognome nome");
+        add(Meaning::FiledAs, "file as|filed as|speichern unter|classer sous|archivar como|archivia come");
         add(Meaning::FirstName, "first name|firstname|first|given name|givenname|forename|vorname|rufname|prenom|"
                                 "nombre de pila|primer nombre|nome di battesimo|primo nome");
         add(Meaning::LastName, "last name|lastname|last|surname|family name|familyname|nachname|familienname|zuname|"
@@ -71,8 +77,8 @@ bool HasStart(const QString &plain, std::initializer_list<QLatin1String> starts)
 bool TellsNumber(const QString &plain)
 {
     return TellsMobile(plain) || (Holds(plain, {"phone"_L1, "telefon"_L1}) && !plain.contains("phonetic"_L1)) ||
-           HasStart(plain, {"rufnummer"_L1, "festnetz"_L1}) ||
-           HasWord(plain, {"tel"_L1, "fon"_L1, "tlf"_L1, "telf"_L1});
+           HasStart(plain, {"rufnummer"_L1, "festnetz"_L1, "telnr"_L1}) ||
+           HasWord(plain, {"tel"_L1, "fon"_L1, "tlf"_L1, "telf"_L1, "tfno"_L1});
 }
 
 /// What is said of a number but is none.
@@ -124,8 +130,9 @@ QString SeriesOf(const QString &plain)
 
 bool TellsMobile(const QString &plain)
 {
-    return HasStart(plain, {"mobil"_L1, "handy"_L1, "cell"_L1, "celular"_L1, "movil"_L1, "smartphone"_L1}) ||
-           HasWord(plain, {"gsm"_L1, "natel"_L1, "portable"_L1, "portables"_L1, "iphone"_L1, "sms"_L1});
+    return Holds(plain, {"handy"_L1, "mobiltel"_L1, "whatsapp"_L1, "whats app"_L1}) ||
+           HasStart(plain, {"mobil"_L1, "cell"_L1, "celular"_L1, "movil"_L1, "smartphone"_L1}) ||
+           HasWord(plain, {"cel"_L1, "gsm"_L1, "natel"_L1, "portable"_L1, "portables"_L1, "iphone"_L1, "sms"_L1});
 }
 
 bool TellsLandline(const QString &plain)
@@ -141,11 +148,12 @@ bool TellsLandline(const QString &plain)
 
 bool TellsOther(const QString &plain)
 {
-    return Holds(plain, {"fax"_L1, "pager"_L1, "telex"_L1}) ||
-           HasStart(plain, {"assist"_L1,  "asist"_L1,    "secret"_L1,    "sekret"_L1, "segret"_L1,   "callback"_L1,
-                            "ruckruf"_L1, "ruckmeld"_L1, "rappel"_L1,    "radio"_L1,  "emergenc"_L1, "emergenz"_L1,
-                            "notfall"_L1, "urgenc"_L1,   "horbehind"_L1, "compan"_L1, "firm"_L1,     "societ"_L1,
-                            "empresa"_L1, "aziend"_L1,   "beeper"_L1}) ||
+    // A company's mobile is in the hands of one person.
+    const bool isShared = HasStart(plain, {"compan"_L1, "firm"_L1, "societ"_L1, "empresa"_L1, "aziend"_L1});
+    return (isShared && !TellsMobile(plain)) || Holds(plain, {"fax"_L1, "pager"_L1, "telex"_L1}) ||
+           HasStart(plain, {"assist"_L1, "asist"_L1, "secret"_L1, "sekret"_L1, "segret"_L1, "callback"_L1, "ruckruf"_L1,
+                            "ruckmeld"_L1, "rappel"_L1, "radio"_L1, "emergenc"_L1, "emergenz"_L1, "notfall"_L1,
+                            "urgenc"_L1, "horbehind"_L1, "ayudant"_L1, "beeper"_L1}) ||
            HasWord(plain, {"isdn"_L1, "tty"_L1, "tdd"_L1, "ttytdd"_L1, "funk"_L1});
 }
 

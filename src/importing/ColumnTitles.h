@@ -9,9 +9,11 @@ namespace ColumnTitles {
 enum class Meaning {
     None,
     Name,
-    /// A whole name where no other column has part of it, else the part.
+    /// A whole name where no other column has part of it, else the other part.
     NameOrFirst,
-    NameOrLast,
+    NameOrEither,
+    /// How a program sorts people, which serves where nothing else names them.
+    FiledAs,
     FirstName,
     LastName,
     Number,

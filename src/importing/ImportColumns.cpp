@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 using ColumnTitles::Meaning;
@@ -21,9 +22,8 @@ bool Matches(const QRegularExpression &pattern, QStringView text)
 /// Post codes with a hyphen, decimal numbers and addresses of machines.
 bool IsOtherNumber(QStringView text)
 {
-    static const QRegularExpression s_other(
-        QStringLiteral("^(?:\\d{5}-\\d{3,4}|[1-9]\\d*[.,]\\d+|[1-9]\\d{0,2}(?:\\.\\d{1,3}){3})$"));
-    return Matches(s_other, text);
+    static const QRegularExpression s_other(QStringLiteral("^(?:\\d{5}-\\d{3,4}|[1-9]\\d{0,2}(?:\\.\\d{1,3}){3})$"));
+    return IsDecimal(text) || Matches(s_other, text);
 }
 
 enum class PhoneLikeness { None, Weak, Strong };
@@ -118,6 +118,23 @@ private:
     {
         return std::find(m_meanings.begin(), m_meanings.end(), meaning) != m_meanings.end();
     }
+    [[nodiscard]] bool MeansName() const
+    {
+        constexpr std::array kNames{Meaning::Name, Meaning::NameOrFirst, Meaning::NameOrEither, Meaning::FirstName,
+                                    Meaning::LastName};
+        return std::any_of(kNames.begin(), kNames.end(), [this](Meaning meaning) { return Means(meaning); });
+    }
+
+    /// Of what may be the whole name, or what a column of one part leaves.
+    [[nodiscard]] ColumnRole RoleOfName(bool mayBeLast) const
+    {
+        const bool hasFirst = Means(Meaning::FirstName);
+        if (hasFirst == Means(Meaning::LastName))
+            return ColumnRole::Name;
+        if (!hasFirst)
+            return ColumnRole::FirstName;
+        return mayBeLast ? ColumnRole::LastName : ColumnRole::Name;
+    }
 
     /// Of a column that nothing is known of yet.
     [[nodiscard]] bool IsOpen(size_t column) const
@@ -132,9 +149,11 @@ private:
         case Meaning::Name:
             return ColumnRole::Name;
         case Meaning::NameOrFirst:
-            return Means(Meaning::LastName) && !Means(Meaning::FirstName) ? ColumnRole::FirstName : ColumnRole::Name;
-        case Meaning::NameOrLast:
-            return Means(Meaning::FirstName) && !Means(Meaning::LastName) ? ColumnRole::LastName : ColumnRole::Name;
+            return RoleOfName(false);
+        case Meaning::NameOrEither:
+            return RoleOfName(true);
+        case Meaning::FiledAs:
+            return MeansName() ? ColumnRole::Nothing : ColumnRole::Name;
         case Meaning::FirstName:
             return ColumnRole::FirstName;
         case Meaning::LastName:
@@ -250,10 +269,22 @@ bool LooksLikeHeading(const ContactTable &table)
 NumberLabel LabelOf(QStringView text)
 {
     const QString plain = ColumnTitles::Plain(text);
-    if (ColumnTitles::TellsMobile(plain) && !ColumnTitles::TellsOther(plain))
+    if (ColumnTitles::TellsOther(plain))
+        return NumberLabel::Other;
+    if (ColumnTitles::TellsMobile(plain))
         return NumberLabel::Mobile;
-    return ColumnTitles::TellsLandline(plain) || ColumnTitles::TellsOther(plain) ? NumberLabel::Landline
-                                                                                 : NumberLabel::None;
+    return ColumnTitles::TellsLandline(plain) ? NumberLabel::Landline : NumberLabel::None;
+}
+
+bool IsGroupOfAll(QStringView group)
+{
+    return group.compare(u"myContacts", Qt::CaseInsensitive) == 0;
+}
+
+bool IsDecimal(QStringView text)
+{
+    static const QRegularExpression s_decimal(QStringLiteral("^[1-9]\\d*[.,]\\d+$"));
+    return Matches(s_decimal, text);
 }
 
 bool IsDate(QStringView text)

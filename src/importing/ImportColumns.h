@@ -9,8 +9,9 @@ class ContactTable;
 
 enum class ColumnRole { Nothing, Name, FirstName, LastName, Mobile, CountryCode, Groups };
 
-/// What a file says of a number. It decides where the number alone may be either.
-enum class NumberLabel { None, Mobile, Landline };
+/// What a file says of a number. It decides where the number alone may be a mobile or a landline; Other is a number at
+/// which somebody else or nobody answers, whatever it is.
+enum class NumberLabel { None, Mobile, Landline, Other };
 
 struct ImportColumn
 {
@@ -35,7 +36,13 @@ namespace ImportColumns {
 /// What a heading, or a word beside a number ("Work", "Handy"), says of it.
 [[nodiscard]] NumberLabel LabelOf(QStringView text);
 
+/// Whether a web mail has everyone in the group of that name, of itself.
+[[nodiscard]] bool IsGroupOfAll(QStringView group);
+
 /// Whether the text is a day, in the forms in which files give birthdays; as a number it could reach somebody.
 [[nodiscard]] bool IsDate(QStringView text);
+
+/// Whether the text is a number with a fraction.
+[[nodiscard]] bool IsDecimal(QStringView text);
 
 } // namespace ImportColumns

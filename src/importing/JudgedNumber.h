@@ -14,6 +14,8 @@ enum class NumberKind {
     /// A number that the phone book cannot hold, of a country that the program does not know or with a zero in front
     /// that counts.
     NotServed,
+    /// In national form, of a country that its row tells and that is not understood.
+    UnknownCountry,
     Landline,
     MayBeMobile,
     Mobile
@@ -23,7 +25,7 @@ enum class NumberKind {
 struct JudgedNumber
 {
     NumberKind kind = NumberKind::NoNumber;
-    /// As a contact keeps them; 0 and empty where it could keep none.
+    /// As a contact keeps them; 0 and empty where it could keep none. What is not known as a number may have them.
     qint16 countryCode = 0;
     QString local;
 
@@ -39,9 +41,10 @@ public:
     /// `region` is where numbers in national form belong, in two letters. All must outlive the object.
     NumberRules(const NumberJudge &judge, const LxCountryList &countries, const QString &region);
 
-    /// `country` is what the row says of its country, and then goes before the region: a dialling code, two letters, or
-    /// a name in English or in the country's own language; empty or anything else leaves it to the region. A label
-    /// decides for a number that may be a mobile or a landline.
+    /// `country` is what the row says of its country, and then goes before the region: a dialling code, two or three
+    /// letters, or a name in a language of NumberJudge::RegionNames or the country's own; without letters or digits it
+    /// says nothing. A label decides for a number that may be a mobile or a landline, and
+    /// makes one at which somebody else answers no better than a landline.
     [[nodiscard]] JudgedNumber Judge(const QString &number, const QString &country, NumberLabel label) const;
 
     /// The two letters of a country, as above, or empty text.

@@ -7,10 +7,10 @@
 
 using namespace Qt::StringLiterals;
 
-const NumberJudge &NumberJudge::Load(const QString &folder)
+const NumberJudge &NumberJudge::Load(const QString &programFolder)
 {
     // A plugin that was loaded before is the same object, which lives until the program ends.
-    QPluginLoader loader(folder + u"/numberjudge.so"_s);
+    QPluginLoader loader(programFolder + u"/plugins/numberjudge.so"_s);
     if (const auto *judge = qobject_cast<NumberJudge *>(loader.instance()))
         return *judge;
     throw Error(ErrorNumber::kFileNotFound, u"Corvane.NumberJudge"_s,

@@ -31,6 +31,13 @@ public:
         int diallingCode = 0;
     };
 
+    struct RegionName
+    {
+        QString name;
+        /// Of the region.
+        QString code;
+    };
+
     virtual ~NumberJudge() = default;
 
     /// The number as dialled in the region; none when it cannot be one.
@@ -39,13 +46,17 @@ public:
     /// Every region that Read knows, by its letters.
     [[nodiscard]] virtual QList<Region> Regions() const = 0;
 
+    /// What regions are called in English, German, French, Spanish and Italian, in full and for short, and by three
+    /// letters. Some names are of several regions.
+    [[nodiscard]] virtual QList<RegionName> RegionNames() const = 0;
+
     /// The letters of the (first) region of a dialling code, or empty text.
     [[nodiscard]] virtual QString RegionOf(int diallingCode) const = 0;
 
-    /// Loads the plugin, once, from the folder of the program. Raises number 53, source "Corvane.NumberJudge", with a
-    /// description for the user when it is missing or does not fit.
-    [[nodiscard]] static const NumberJudge &Load(const QString &folder);
+    /// Loads the plugin, once, from the folder "plugins" beside the program. Raises number 53, source
+    /// "Corvane.NumberJudge", with a description for the user when it is missing or does not fit.
+    [[nodiscard]] static const NumberJudge &Load(const QString &programFolder);
 };
 
-#define BREVIO_NUMBER_JUDGE_IID "example.corvane.brevio.NumberJudge/1"
+#define BREVIO_NUMBER_JUDGE_IID "example.corvane.brevio.NumberJudge/2"
 Q_DECLARE_INTERFACE(NumberJudge, BREVIO_NUMBER_JUDGE_IID)

@@ -63,12 +63,15 @@ bool IsOfInterest(const QByteArray &name)
     return std::find(kNamesOfInterest.begin(), kNamesOfInterest.end(), name) != kNamesOfInterest.end();
 }
 
-/// In no character set that files are written in do these bytes need more than their own, except a parameter's text.
+/// In no character set that files are written in do these bytes need more than their own, except a parameter's text. A
+/// set that is not theirs is passed over.
 QString DecodeText(const QByteArray &bytes, const QString &charset = {})
 {
     if (!charset.isEmpty()) {
-        if (QStringDecoder decoder(charset.toLatin1().constData()); decoder.isValid())
-            return decoder.decode(bytes);
+        QStringDecoder decoder(charset.toLatin1().constData(), QStringDecoder::Flag::Stateless);
+        const QString text = decoder.isValid() ? decoder.decode(bytes) : QString();
+        if (decoder.isValid() && !decoder.hasError())
+            return text;
     }
     return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : TextFile::DecodeCodePage(bytes);
 }

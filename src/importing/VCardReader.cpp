@@ -74,7 +74,8 @@ std::optional<NumberLabel> LabelOf(const Property &tel)
         return NumberLabel::Mobile;
     if (hasAny({"FAX"_L1, "PAGER"_L1, "MODEM"_L1, "BBS"_L1, "ISDN"_L1, "TEXTPHONE"_L1}))
         return std::nullopt;
-    return hasAny({"HOME"_L1, "WORK"_L1, "MAIN"_L1}) ? NumberLabel::Landline : NumberLabel::None;
+    // Programs make up types of their own.
+    return ImportColumns::LabelOf(types.join(u' '));
 }
 
 void AddNumber(Card &card, const Property &tel)
@@ -196,11 +197,12 @@ struct Column
     const char *heading;
     ImportColumn column;
 };
-constexpr std::array<Column, 5> kColumns{{
+constexpr std::array<Column, 6> kColumns{{
     {QT_TRANSLATE_NOOP("VCardReader", "Name"), {ColumnRole::Name}},
     {QT_TRANSLATE_NOOP("VCardReader", "Mobile"), {ColumnRole::Mobile, NumberLabel::Mobile}},
     {QT_TRANSLATE_NOOP("VCardReader", "Phone"), {ColumnRole::Mobile, NumberLabel::None}},
     {QT_TRANSLATE_NOOP("VCardReader", "Home or work"), {ColumnRole::Mobile, NumberLabel::Landline}},
+    {QT_TRANSLATE_NOOP("VCardReader", "Other"), {ColumnRole::Mobile, NumberLabel::Other}},
     {QT_TRANSLATE_NOOP("VCardReader", "Groups"), {ColumnRole::Groups}},
 }};
 using Row = std::array<QString, kColumns.size()>;
@@ -212,12 +214,17 @@ Row RowOf(const Card &card, const QStringList &moreGroups)
     for (const Number &number : card.numbers) {
         const QString own = number.group.isEmpty() ? QString() : card.labels.value(number.group);
         const NumberLabel label = own.isEmpty() ? number.label : ImportColumns::LabelOf(own);
-        QString &cell = row[label == NumberLabel::Mobile ? 1 : label == NumberLabel::None ? 2 : 3];
+        const auto isFor = [label](const Column &other) {
+            return other.column.role == ColumnRole::Mobile && other.column.label == label;
+        };
+        QString &cell =
+            row[static_cast<size_t>(std::find_if(kColumns.begin(), kColumns.end(), isFor) - kColumns.begin())];
         cell += (cell.isEmpty() ? QString() : u" ::: "_s) + number.text;
     }
     QStringList groups;
     for (const QString &group : card.groups + moreGroups) {
-        if (const QString cleaned = LxGroup::CleanName(group.trimmed()); !cleaned.isEmpty())
+        const QString cleaned = LxGroup::CleanName(group.trimmed());
+        if (!cleaned.isEmpty() && !ImportColumns::IsGroupOfAll(cleaned))
             groups += cleaned;
     }
     row.back() = groups.join(u';');

@@ -1,5 +1,6 @@
 #include "HttpClient.h"
 
+#include "HttpFailure.h"
 #include "WireAddress.h"
 
 #include <QFile>
@@ -45,11 +46,8 @@ struct HttpClient::Transfer
     Transfer &operator=(const Transfer &) = delete;
 
     [[nodiscard]] QString SetUp();
+    /// What to tell the user about the end of the transfer; empty when all is well.
     [[nodiscard]] QString FailureOf(CURLcode code) const;
-    [[nodiscard]] QString FailureOfTls(CURLcode code) const;
-    [[nodiscard]] QString FailureOfProxy() const;
-    [[nodiscard]] QString FailureOfReply() const;
-    [[nodiscard]] QString ShownStatus() const;
     [[nodiscard]] RequestLeft Left() const;
     void NoteHeader(QByteArrayView line);
     void Watch(curl_socket_t socket, int what);
@@ -244,88 +242,18 @@ size_t HttpClient::Transfer::OnBody(char *bytes, size_t, size_t count, void *sel
     return count;
 }
 
-/// What to tell the user about the end of the transfer; empty when all is well.
 QString HttpClient::Transfer::FailureOf(CURLcode code) const
 {
-    const QString peer = request.proxy ? tr("the proxy %1").arg(request.proxy->host) : request.host;
-    switch (code) {
-    case CURLE_OK:
-        return FailureOfReply();
-    case CURLE_COULDNT_RESOLVE_HOST:
-    case CURLE_COULDNT_RESOLVE_PROXY:
-        return tr("The address of %1 could not be found").arg(peer);
-    case CURLE_COULDNT_CONNECT: {
-        long number = 0;
-        curl_easy_getinfo(easy.get(), CURLINFO_OS_ERRNO, &number);
-        const QString reason = number == 0 ? QString() : u": "_s + qt_error_string(static_cast<int>(number));
-        return tr("Could not connect to %1").arg(peer) + reason;
-    }
-    case CURLE_GOT_NOTHING:
-        return tr("The connection was closed without a reply");
-    case CURLE_PARTIAL_FILE:
-        return tr("The reply was cut short");
-    case CURLE_SEND_ERROR:
-    case CURLE_RECV_ERROR:
-        return !isConnected && !status.isEmpty() ? FailureOfProxy() : tr("The connection was broken");
-    case CURLE_PEER_FAILED_VERIFICATION:
-    case CURLE_SSL_CACERT_BADFILE:
-    case CURLE_SSL_CONNECT_ERROR:
-        return FailureOfTls(code);
-    case CURLE_UNSUPPORTED_PROTOCOL:
-    case CURLE_WEIRD_SERVER_REPLY:
-        return tr("The reply is not an HTTP reply");
-    case CURLE_WRITE_ERROR:
-        if (isTooLong)
-            return tr("The reply is longer than %1 megabytes").arg(kMaxReplyBytes >> 20);
-        break;
-    default:
-        break;
-    }
-    return tr("The transfer failed: %1").arg(QString::fromUtf8(curl_easy_strerror(code)));
-}
-
-QString HttpClient::Transfer::FailureOfTls(CURLcode code) const
-{
-    const QString text = QString::fromUtf8(errorText);
-    // "SSL certificate problem: certificate has expired", "error setting certificate file: /a/b.pem"
-    const QString detail = text.section(u": "_s, 1);
-    if (code == CURLE_PEER_FAILED_VERIFICATION)
-        return tr("The gateway's certificate is not valid: %1").arg(detail);
-    if (code == CURLE_SSL_CACERT_BADFILE)
-        return tr("The certificates that are trusted could not be read: %1").arg(detail);
-    // "OpenSSL/3.0.8: error:0A00010B:SSL routines::wrong version number",
-    // "OpenSSL SSL_connect: SSL_ERROR_SYSCALL in connection to 127.0.0.1:443"
-    const QString reason = text.section(u" in connection"_s, 0, 0).section(u':', -1).trimmed();
-    const bool wasClosed = reason == "SSL_ERROR_SYSCALL"_L1;
-    return tr("No secure connection to %1 could be made: %2")
-        .arg(request.host, wasClosed ? tr("it was closed") : reason);
-}
-
-QString HttpClient::Transfer::FailureOfProxy() const
-{
-    if (status.startsWith("407"))
-        return tr("The proxy asks for a password, which is not supported: %1").arg(ShownStatus());
-    return tr("The proxy does not connect to %1: %2").arg(request.host, ShownStatus());
-}
-
-QString HttpClient::Transfer::FailureOfReply() const
-{
-    // libcurl takes a connection that ends within the header for an empty reply.
-    if (!isHeaderWhole)
-        return tr("The reply was cut short");
-    long code = 0;
-    curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &code);
-    if ((code >= 200 && code <= 299) || (request.stillCounts && request.stillCounts(client.m_reply)))
-        return {};
-    if (code == 407 && request.proxy && !request.tls)
-        return FailureOfProxy();
-    return tr("The server answered: %1").arg(ShownStatus());
-}
-
-QString HttpClient::Transfer::ShownStatus() const
-{
-    constexpr int kMaxShown = 80;
-    return QString::fromLatin1(status.left(kMaxShown));
+    HttpFailure::Facts facts;
+    facts.code = code;
+    facts.errorText = errorText;
+    facts.status = status;
+    facts.isConnected = isConnected;
+    facts.isHeaderWhole = isHeaderWhole;
+    facts.isTooLong = isTooLong;
+    curl_easy_getinfo(easy.get(), CURLINFO_OS_ERRNO, &facts.systemError);
+    curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &facts.httpCode);
+    return HttpFailure::Describe(request, facts, client.m_reply);
 }
 
 RequestLeft HttpClient::Transfer::Left() const

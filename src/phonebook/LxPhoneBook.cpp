@@ -3,6 +3,7 @@
 #include "Clock.h"
 #include "Error.h"
 #include "ExportFile.h"
+#include "GroupFinder.h"
 #include "ImportLine.h"
 #include "KeptCopies.h"
 #include "LxCountryList.h"
@@ -37,21 +38,18 @@ bool IsSameFile(const QString &a, const QString &b)
 
 } // namespace
 
-/// Finds or makes the groups that lines name, each in constant time: a file may name a group of its own on every line.
-class LxPhoneBook::GroupFinder final
+/// The lists of groups that lines name.
+class LxPhoneBook::NamedGroups final
 {
 public:
-    explicit GroupFinder(LxGroupList &groups)
-        : m_groups(groups)
+    explicit NamedGroups(LxGroupList &groups)
+        : m_everyone(*groups.GetFirstGroup())
+        , m_finder(groups)
     {
-        for (LxGroup *group : groups) {
-            if (!m_byName.contains(group->Name()))
-                m_byName.insert(group->Name(), group);
-        }
     }
 
     /// "Everyone" and the groups of these names, joined by ";"; "Everyone" alone for empty text.
-    const LxGroupList &GroupsOf(QStringView names)
+    const LxGroupList &Of(QStringView names)
     {
         // Most lines name the same groups as one before.
         const auto found = m_byNames.constFind(QString::fromRawData(names.data(), names.size()));
@@ -59,26 +57,17 @@ public:
             return m_lists[*found];
         m_byNames.insert(names.toString(), m_lists.size());
         LxGroupList &groups = m_lists.emplace_back();
-        groups.AddNew(*m_groups.GetFirstGroup());
+        groups.AddNew(m_everyone);
         if (!names.isEmpty()) {
             for (const QStringView name : names.split(u';'))
-                groups.Add(FindOne(name.toString()));
+                groups.Add(m_finder.Find(name.toString()));
         }
         return groups;
     }
 
 private:
-    LxGroup &FindOne(const QString &name)
-    {
-        const QString cleaned = LxGroup::CleanName(name);
-        LxGroup *&group = m_byName[cleaned];
-        if (!group)
-            group = &m_groups.CreateNewGroup(cleaned);
-        return *group;
-    }
-
-    LxGroupList &m_groups;
-    QHash<QString, LxGroup *> m_byName;
+    LxGroup &m_everyone;
+    GroupFinder m_finder;
     std::deque<LxGroupList> m_lists;
     /// Where in m_lists the groups of such names stand.
     QHash<QString, size_t> m_byNames;
@@ -235,7 +224,7 @@ QString LxPhoneBook::Restore(const QString &name)
     }
 }
 
-bool LxPhoneBook::AddContactOf(QStringView line, GroupFinder &finder) const
+bool LxPhoneBook::AddContactOf(QStringView line, NamedGroups &groups) const
 {
     const std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line);
     if (!record)
@@ -248,16 +237,16 @@ bool LxPhoneBook::AddContactOf(QStringView line, GroupFinder &finder) const
     } catch (const Error &) {
         return false;
     }
-    LxGroup::AddNew(contact, finder.GroupsOf(record->groups.Text()));
+    LxGroup::AddNew(contact, groups.Of(record->groups.Text()));
     return true;
 }
 
 bool LxPhoneBook::AddContacts(const QByteArray &bytes)
 {
     bool readAll = TextFile::DecodesWhole(bytes);
-    GroupFinder finder(m_groups);
+    NamedGroups groups(m_groups);
     TextFile::ForEachDecodedLine(bytes, [&](QStringView line) {
-        if (!AddContactOf(line, finder))
+        if (!AddContactOf(line, groups))
             readAll = readAll && line.trimmed().isEmpty();
     });
     for (LxGroup *group : m_groups)
@@ -286,7 +275,7 @@ LxContactPtr LxPhoneBook::ImportedContactOf(QStringView line, QString &groups) c
 LxPhoneBook::ParsedLines LxPhoneBook::ParseContacts(const QString &text)
 {
     ParsedLines parsed;
-    GroupFinder finder(m_groups);
+    NamedGroups groups(m_groups);
     QString names;
     int number = 0;
     TextFile::ForEachForeignLine(text, [&](QStringView line) {
@@ -297,7 +286,7 @@ LxPhoneBook::ParsedLines LxPhoneBook::ParseContacts(const QString &text)
             return;
         // A heading, or a line of something else, costs its own contact only.
         if (const LxContactPtr contact = isCut ? nullptr : ImportedContactOf(line, names)) {
-            LxGroup::AddNew(contact, finder.GroupsOf(names));
+            LxGroup::AddNew(contact, groups.Of(names));
             parsed.lineOf.push_back(number);
             return;
         }

@@ -96,13 +96,13 @@ public:
     [[nodiscard]] static QString DefaultFileName();
 
 private:
-    class GroupFinder;
+    class NamedGroups;
 
     /// Groups that hold nobody yet, "Everyone" alone.
     [[nodiscard]] static LxGroupList NewGroups();
 
     /// Adds the line's contact to the groups that it names; false for a line that breaks the rules.
-    bool AddContactOf(QStringView line, GroupFinder &finder) const;
+    bool AddContactOf(QStringView line, NamedGroups &groups) const;
     /// The contact of a line of another program's file; null where it holds none. `groups` becomes the names of its
     /// groups.
     [[nodiscard]] LxContactPtr ImportedContactOf(QStringView line, QString &groups) const;

@@ -8,11 +8,13 @@ include(${root}/cmake/Layers.cmake)
 # operating system.
 set(free "^[a-z_0-9]+$|^Q[A-Za-z0-9]+$|^(fcntl|malloc|pwd|termios|unistd)\\.h$|^(netinet|sys)/[a-z]+\\.h$")
 # Who brings the other headers of the system's folder.
-set(libraries CURL::libcurl Found::csv Found::phonenumber OpenSSL::SSL PkgConfig::CRYPT PkgConfig::HTTPLIB SQLiteCpp)
+set(libraries
+    CURL::libcurl Found::csv Found::phonenumber ICU::uc OpenSSL::SSL PkgConfig::CRYPT PkgConfig::HTTPLIB SQLiteCpp)
 set(headers_of_CURL::libcurl "^curl/")
 set(headers_of_OpenSSL::SSL "^openssl/")
 set(headers_of_Found::csv "^csv\\.h$")
 set(headers_of_Found::phonenumber "^phonenumbers/")
+set(headers_of_ICU::uc "^unicode/")
 set(headers_of_PkgConfig::CRYPT "^crypt\\.h$")
 set(headers_of_PkgConfig::HTTPLIB "^httplib\\.h$")
 set(headers_of_SQLiteCpp "^SQLiteCpp/|^sqlite3\\.h$")

@@ -37,7 +37,7 @@ class TestImporting final : public QObject
 
     [[nodiscard]] static QString Line(const Candidate &candidate)
     {
-        static const QStringList s_kinds{u"NoNumber"_s, u"NotANumber"_s,  u"NotServed"_s,
+        static const QStringList s_kinds{u"NoNumber"_s, u"NotANumber"_s,  u"NotServed"_s, u"UnknownCountry"_s,
                                          u"Landline"_s, u"MayBeMobile"_s, u"Mobile"_s};
         return (candidate.isTicked ? u"x "_s : u"- "_s) + s_kinds[static_cast<int>(candidate.judged.kind)] + u": "_s +
                candidate.name + u' ' + candidate.judged.International() + u" ["_s + candidate.groups.join(u';') + u']' +
@@ -84,13 +84,22 @@ private slots:
     }
 
     // Rows of a table end with "/". How many hold people, and what the columns are for: N name, F first name, L last
-    // name, M mobile, C country code, G groups, with the label h for home and work, c for mobile, and its column.
+    // name, M mobile, C country code, G groups, with the label h for home and work, c for mobile, o for others, and its
+    // column.
     TABLE_TEST(columnsAreProposed, (const QString &table, const QString &proposed),
                u"Name,Mobile/Ann,07400 123456 -> 1 N Mc", u"Name,Vorname,Handy/Lee,Ann,0151 23456789 -> 1 L F Mc",
-               u"nom;prénom;portable/Lee;Zoé;06 12 34 56 78 -> 1 L F Mc", u"Nombre;Móvil/Ana;612345678 -> 1 N Mc",
+               u"Name;Surname;Mobile/Ann;Lee;1 -> 1 F L Mc",
+               u"Anrede;Vor- und Nachname;Handy/Herr;Al Lee;1 -> 1 - N Mc", u"Nachname, Vorname;Tel/Lee, Al;1 -> 1 N M",
+               u"Cognome e nome;Tel/Lee Al;1 -> 1 N M", u"x;Nom Prénom;Tel/Mr;Lee Al;1 -> 1 - N M",
+               u"File As,Last Name,Tel/Lee Al,Lee,1 -> 1 - L M", u"Speichern unter;Tel/Lee Al;1 -> 1 N M",
+               u"File As,Name,Tel/Lee Al,Al,1 -> 1 - N M", u"nom;prénom;portable/Lee;Zoé;06 12 34 56 78 -> 1 L F Mc",
+               u"Nombre;Móvil/Ana;612345678 -> 1 N Mc",
                u"Full Name,Given Name,Surname,Display Name,Mobile/a,b,c,d,1 -> 1 N F L - Mc",
                u"Name,Mobile Email,Mobile Carrier,Mobile Phone Model/a,b,c,d -> 1 N -c -c -c",
-               u"Name,Phonetic Name,Telefax,Telefon Firma,Emergency Phone/a,b,1,2,3 -> 1 N - -h -h -h",
+               u"Name,Phonetic Name,Telefax,Telefon Firma,Emergency Phone/a,b,1,2,3 -> 1 N - -o -o -o",
+               u"Name,Firmenhandy,Company mobile,Portable société/a,1,2,3 -> 1 N Mc Mc Mc",
+               u"Name,Móvil empresa,Cellulare aziendale,Teléfono del ayudante/a,1,2,3 -> 1 N Mc Mc -o",
+               u"Name,Cel.,WhatsApp,Tfno,Telnr/a,1,2,3,4 -> 1 N Mc Mc M M",
                u"Name,Telefon (privat),Rufnummer,Fixe,Tel/a,1,2,3,4 -> 1 N Mh M -h M",
                u"Name,Phone Country Code,Phone Number,Phone Type/Ann,44,07400123456,Home -> 1 N C M3 -",
                u"Who,Ring,Born,Post/Ann Lee,07400 123456,19800131,01310-100/Bo,07400 1234567,19800228,12345-678 -> "
@@ -106,22 +115,30 @@ private slots:
         QString printed = QString::number(content.table.RowCount());
         for (const ImportColumn &column : content.columns) {
             printed += u' ' + QString(u"-NFLMCG"[static_cast<int>(column.role)]) +
-                       QStringList{QString(), u"c"_s, u"h"_s}[static_cast<int>(column.label)] +
+                       QStringList{QString(), u"c"_s, u"h"_s, u"o"_s}[static_cast<int>(column.label)] +
                        (column.labelColumn < 0 ? QString() : QString::number(column.labelColumn));
         }
         QCOMPARE(printed, proposed);
     }
 
-    // A number, its country and whether its label is 1, mobile, or 2, home or work; what it is, seen from Germany.
-    TABLE_TEST(numbersAreJudged, (const QString &text, const QString &judged), u"+12015550123||1 -> 5 +12015550123",
-               u"+12015550123||2 -> 3 +12015550123", u"0151 23456789||2 -> 5 +4915123456789",
-               u"030 123456||1 -> 3 +4930123456", u"06 12 34 56 78|fr -> 5 +33612345678",
-               u"512 345 678|Polska -> 5 +48512345678", u"07400 123456|united kingdom -> 5 +447400123456",
-               u"+447400123456|FR -> 5 +447400123456", u"210-1234|+1876 -> 5 +18762101234",
-               u"TEL: +44 (0)7400 123456 -> 5 +447400123456", u"0151 23456789 x 12 -> 3 +4915123456789",
-               u"０１５１ ２３４５６７８９ -> 5 +4915123456789", u"0900 1 123456||1 -> 3 +499001123456",
-               u"+447700900123||2 -> 3 +447700900123", u"0151 CALLBOSS -> 1 ", u"31.01.1980|DK -> 1 ", u"0151 -> 1 ",
-               u"+44 7400 123456 7890 1234 -> 1 ", u"+888 123 456 78901 -> 2 ", u"\u200B|DE -> 0 ")
+    // A number, its country and whether its label is 1, mobile, 2, home or work, or 3, somebody else's; what it is,
+    // seen from Germany.
+    TABLE_TEST(numbersAreJudged, (const QString &text, const QString &judged), u"+12015550123||1 -> 6 +12015550123",
+               u"+12015550123||2 -> 4 +12015550123", u"0151 23456789||2 -> 6 +4915123456789",
+               u"030 123456||1 -> 4 +4930123456", u"0151 23456789||3 -> 4 +4915123456789", u"0151||3 -> 1 ",
+               u"06 12 34 56 78|fr -> 6 +33612345678", u"512 345 678|Polska -> 6 +48512345678",
+               u"07400 123456|united kingdom -> 6 +447400123456", u"+447400123456|FR -> 6 +447400123456",
+               u"07400 123456|England -> 6 +447400123456", u"201 555 0123|U.S.A.|1 -> 6 +12015550123",
+               u"06 12 34 56 78|FRANKREICH -> 6 +33612345678", u"612345678|España -> 6 +34612345678",
+               u"8 912 345-67-89|RU -> 6 +79123456789", u"07400 123456|Royaume-Uni -> 6 +447400123456",
+               u"0151 23456789|Nowhere -> 3 ", u"4915123456789|Nowhere -> 3 ",
+               u"+44 7400 123456|Nowhere -> 6 +447400123456", u"210-1234|+1876 -> 6 +18762101234",
+               u"TEL: +44 (0)7400 123456 -> 6 +447400123456", u"0151 23456789 x 12 -> 4 +4915123456789",
+               u"０１５１ ２３４５６７８９ -> 6 +4915123456789", u"0900 1 123456||1 -> 4 +499001123456",
+               u"+447700900123||2 -> 4 +447700900123", u"0151 CALLBOSS -> 1 ", u"31.01.1980|DK -> 1 ", u"0151 -> 1 ",
+               u"+44 7400 123456 7890 1234 -> 1 +44740012345678901234", u"+44 79111 -> 1 +4479111", u"+44 -> 1 ",
+               u"491512345678.9 -> 1 ", u"4915123456789.0 -> 5 +4915123456789", u"491512345678,90 -> 1 ",
+               u"+888 123 456 78901 -> 2 ", u"\u200B|DE -> 0 ")
     {
         const QStringList cells = text.split(u'|') + QStringList{QString(), QString()};
         const JudgedNumber number = NumberRules(m_judge, m_countries, u"DE"_s)

@@ -33,8 +33,12 @@ for program in brevio brevio-gateway; do
   expect 2 "Try --help." "$bin/$program" --bogus
 done
 
+# What no other option would mend does not point to the help.
+output=$("$bin/brevio-gateway" status --database / 2>&1) && fail "A folder was taken for a database"
+[[ $output == *"/: "* && $output != *--help* ]] || fail "Of a folder in place of a database: $output"
+
 # Nothing links what is loaded when it is wanted.
-plugin=$(dirname "$(realpath "$bin/brevio")")/numberjudge.so
+plugin=$(dirname "$(realpath "$bin/brevio")")/plugins/numberjudge.so
 [[ $(ldd "$plugin") == *libphonenumber* ]] || fail "The plugin is missing: $plugin"
 
 # The settings are written once the country table, which lies beside the program, has been read.

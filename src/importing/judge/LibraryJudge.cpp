@@ -1,7 +1,10 @@
 #include "LibraryJudge.h"
 
 #include <phonenumbers/phonenumberutil.h>
+#include <unicode/locdspnm.h>
+#include <unicode/locid.h>
 
+#include <memory>
 #include <set>
 #include <string>
 
@@ -56,6 +59,28 @@ QList<NumberJudge::Region> LibraryJudge::Regions() const
     for (const std::string &code : codes)
         regions.append({QString::fromStdString(code), Library().GetCountryCodeForRegion(code)});
     return regions;
+}
+
+QList<NumberJudge::RegionName> LibraryJudge::RegionNames() const
+{
+    std::set<std::string> codes;
+    Library().GetSupportedRegions(&codes);
+    QList<RegionName> names;
+    for (const std::string &code : codes)
+        names.append(
+            {QString::fromLatin1(icu::Locale("", code.c_str()).getISO3Country()), QString::fromStdString(code)});
+    for (const char *language : {"en", "de", "fr", "es", "it"}) {
+        for (UDisplayContext length : {UDISPCTX_LENGTH_FULL, UDISPCTX_LENGTH_SHORT}) {
+            const std::unique_ptr<icu::LocaleDisplayNames> words(
+                icu::LocaleDisplayNames::createInstance(icu::Locale(language), &length, 1));
+            for (const std::string &code : codes) {
+                icu::UnicodeString name;
+                words->regionDisplayName(code.c_str(), name);
+                names.append({QString::fromUtf16(name.getBuffer(), name.length()), QString::fromStdString(code)});
+            }
+        }
+    }
+    return names;
 }
 
 QString LibraryJudge::RegionOf(int diallingCode) const

@@ -14,5 +14,6 @@ class LibraryJudge final : public QObject, public NumberJudge
 public:
     [[nodiscard]] std::optional<Reading> Read(const QString &number, const QString &region) const override;
     [[nodiscard]] QList<Region> Regions() const override;
+    [[nodiscard]] QList<RegionName> RegionNames() const override;
     [[nodiscard]] QString RegionOf(int diallingCode) const override;
 };

@@ -6,6 +6,7 @@
 #include "Error.h"
 #include "LxGroup.h"
 #include "OrderPage.h"
+#include "OutcomeTexts.h"
 #include "PhoneBook.h"
 #include "PhoneNumbers.h"
 #include "Prompts.h"
@@ -30,28 +31,6 @@ namespace {
 
 const QString kSection = u"Compose"_s;
 const QString kTextKey = u"Text"_s;
-
-/// What the details of a failure add where nobody can know; empty where nothing went out.
-QString MayHaveBeenTaken(const SendingSMS::SendOutcome &outcome)
-{
-    if (!SendingSMS::HasUnknown(outcome.requests))
-        return {};
-    const QString warning =
-        outcome.left == RequestLeft::Whole
-            ? Compose::tr("The whole request had gone out by then, so the gateway may have taken the message.")
-            : Compose::tr("Some of the request had gone out by then, so the gateway may have taken the message.");
-    return "\r\n\r\n"_L1 + warning;
-}
-
-/// What the status says beside the outcome when nobody can know what became of the message. Where some of it went out,
-/// the window of the results tells.
-QString WhatIsNotKnown(const SendingSMS::SendOutcome &outcome)
-{
-    using enum SendingSMS::SendStatus;
-    if (outcome.status == Sent || outcome.status == SomeFailed || !SendingSMS::HasUnknown(outcome.requests))
-        return {};
-    return outcome.isNoted ? Compose::tr(", see Sent Messages") : Compose::tr("; the gateway may have taken it");
-}
 
 } // namespace
 
@@ -208,7 +187,7 @@ void Compose::Send()
         try {
             SendNow();
         } catch (const Error &error) {
-            TellProblem(error.Description());
+            TellProblem(error.Description(), this);
             SetStatus(tr("Message failed"));
         }
     });
@@ -218,7 +197,7 @@ void Compose::Send()
 void Compose::SendNow()
 {
     if (m_message.Text().isEmpty()) {
-        TellProblem(tr("Please enter a text message."));
+        TellProblem(tr("Please enter a text message."), this);
         m_ui->txtTextMessage->setFocus();
         return;
     }
@@ -277,8 +256,7 @@ void Compose::OfferToBuyMessages()
 
 void Compose::Tell(const SendingSMS::SendOutcome &outcome)
 {
-    TellFailure(outcome, this);
-    ShowOutcome(outcome);
+    ShowOutcome(outcome, this);
     if (outcome.status != SendingSMS::SendStatus::SomeFailed)
         return;
     const auto sendAgain = [this](const LxMessageRequests &failed, QWidget *owner) { return SendAgain(failed, owner); };
@@ -287,41 +265,13 @@ void Compose::Tell(const SendingSMS::SendOutcome &outcome)
     results.exec();
 }
 
-void Compose::TellFailure(const SendingSMS::SendOutcome &outcome, QWidget *owner)
+void Compose::ShowOutcome(const SendingSMS::SendOutcome &outcome, QWidget *owner)
 {
-    using enum SendingSMS::SendStatus;
-    switch (outcome.status) {
-    case Sent:
-    case Cancelled:
-    case SomeFailed:
-        break;
-    case EmptyGroup:
-        TellProblem(tr("Group contains no contacts. Message was not sent.\r\n\r\n"
-                       "Please add some contacts to this group."),
-                    {}, owner);
-        break;
-    case TransferFailed:
-        TellProblem(tr("Could not connect over the internet to Corvane. Message was not sent.\r\n\r\n"
-                       "Please check you are connected to the internet."),
-                    outcome.reason + MayHaveBeenTaken(outcome), owner);
-        break;
-    case Refused:
-        TellProblem(tr("Your message could not be sent:\r\n\r\n%1").arg(outcome.reason),
-                    MayHaveBeenTaken(outcome).trimmed(), owner);
-        break;
-    }
-}
-
-void Compose::ShowOutcome(const SendingSMS::SendOutcome &outcome)
-{
-    const bool isSent = outcome.status == SendingSMS::SendStatus::Sent;
-    if (isSent && !SendingSMS::HasUnknown(outcome.requests))
+    if (const auto box = OutcomeTexts::FailureBox(outcome))
+        m_services.window.prompts.ShowMessageBox(*box, owner);
+    if (outcome.status == SendingSMS::SendStatus::Sent && !SendingSMS::HasUnknown(outcome.requests))
         m_sentText = m_message.Text();
-    QString status = isSent ? tr("Message sent") : tr("Message failed");
-    if (outcome.balance >= 0)
-        status = (isSent ? tr("Message sent. %1 messages remaining") : tr("Message failed. %1 messages remaining"))
-                     .arg(outcome.balance);
-    status += WhatIsNotKnown(outcome);
+    QString status = OutcomeTexts::Status(outcome);
     if (const QString notice = m_services.gateway.notes.TakeNotice(); !notice.isEmpty())
         status += "; "_L1 + notice;
     SetStatus(status);
@@ -333,19 +283,17 @@ LxMessageRequests Compose::SendAgain(const LxMessageRequests &failed, QWidget *o
         const QString to = failed.size() == 1 ? failed.front().Name : tr("%1 messages").arg(failed.size());
         const SendingSMS::SendOutcome outcome =
             SendingSMS::SendRequests(m_services.gateway, m_account.Get(), failed, to, owner);
-        TellFailure(outcome, owner);
-        ShowOutcome(outcome);
+        ShowOutcome(outcome, owner);
         return outcome.requests;
     } catch (const Error &error) {
-        TellProblem(error.Description(), {}, owner);
+        TellProblem(error.Description(), owner);
         return failed;
     }
 }
 
-void Compose::TellProblem(const QString &text, const QString &details, QWidget *owner)
+void Compose::TellProblem(const QString &text, QWidget *owner)
 {
-    m_services.window.prompts.ShowMessageBox({.text = text, .icon = PromptIcon::Exclamation, .details = details},
-                                             owner);
+    m_services.window.prompts.ShowMessageBox({text, PromptIcon::Exclamation}, owner);
 }
 
 void Compose::ShowPhoneBook()
@@ -374,7 +322,7 @@ void Compose::ShowSentMessages()
         try {
             message.text = LxMessage::JoinParts(m_services.sentLog.TextsBeside(message.id), message.text);
         } catch (const Error &error) {
-            TellProblem(error.Description(), {}, owner);
+            TellProblem(error.Description(), owner);
             return false;
         }
         return WriteAgain(message, owner);
@@ -423,7 +371,7 @@ void Compose::RefreshBalance()
         if (reply.code == SendingSMS::ResultCode::kSuccess && reply.balance >= 0)
             SetStatus(tr("%1 Messages Remaining").arg(reply.balance));
     } catch (const Error &error) {
-        TellProblem(error.Description());
+        TellProblem(error.Description(), this);
     }
 }
 

@@ -67,13 +67,11 @@ private:
     [[nodiscard]] LxContactPtr NewRecipient(const QString &typed);
     void OfferToBuyMessages();
     void Tell(const SendingSMS::SendOutcome &outcome);
-    /// Why nothing, or perhaps nothing, was sent.
-    void TellFailure(const SendingSMS::SendOutcome &outcome, QWidget *owner);
-    void ShowOutcome(const SendingSMS::SendOutcome &outcome);
+    /// In a box where nothing, or perhaps nothing, was sent, and in the status bar.
+    void ShowOutcome(const SendingSMS::SendOutcome &outcome, QWidget *owner);
     /// For the window of results: gives the messages back with what became of them now.
     [[nodiscard]] LxMessageRequests SendAgain(const LxMessageRequests &failed, QWidget *owner);
-    void TellProblem(const QString &text, const QString &details, QWidget *owner);
-    void TellProblem(const QString &text) { TellProblem(text, {}, this); }
+    void TellProblem(const QString &text, QWidget *owner);
 
     void ShowPhoneBook();
     void ShowAccount();

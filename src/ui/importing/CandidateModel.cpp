@@ -79,8 +79,10 @@ QString CandidateModel::NameOf(Kind kind)
         return tr("may be mobile");
     case Kind::Landline:
         return tr("landline");
+    case Kind::UnknownCountry:
+        return tr("country not understood");
     case Kind::NotServed:
-        return tr("country not in the table");
+        return tr("cannot be kept in the phone book");
     case Kind::NotANumber:
         return tr("not a number");
     case Kind::NoNumber:
@@ -109,6 +111,8 @@ CandidateModel::Kind CandidateModel::KindOf(NumberKind kind)
         return Kind::MayBeMobile;
     case NumberKind::Landline:
         return Kind::Landline;
+    case NumberKind::UnknownCountry:
+        return Kind::UnknownCountry;
     case NumberKind::NotServed:
         return Kind::NotServed;
     case NumberKind::NotANumber:

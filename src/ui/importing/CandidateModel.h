@@ -19,8 +19,18 @@ public:
     enum Column { Name, Number, What, Where, Groups, ColumnCount };
 
     /// What a candidate is: one of these.
-    enum class Kind { Mobile, MayBeMobile, Landline, NotServed, NotANumber, NoNumber, InPhoneBook, TwiceInFile };
-    static constexpr size_t kKindCount = 8;
+    enum class Kind {
+        Mobile,
+        MayBeMobile,
+        Landline,
+        UnknownCountry,
+        NotServed,
+        NotANumber,
+        NoNumber,
+        InPhoneBook,
+        TwiceInFile
+    };
+    static constexpr size_t kKindCount = 9;
 
     using QAbstractTableModel::QAbstractTableModel;
 

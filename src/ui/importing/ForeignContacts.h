@@ -16,7 +16,7 @@ namespace ForeignContacts {
 struct Services
 {
     const LxCountryList &countries;
-    /// Where the plugin of NumberJudge lies.
+    /// As NumberJudge::Load takes it.
     const QString &programFolder;
     WindowServices window;
 };

@@ -43,7 +43,8 @@ ImportAssistant::ImportAssistant(const Services &services, const LxPhoneBook &ph
 {
     m_ui->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
-    m_ui->lblFile->setText(tr("%1: %2 rows").arg(fileName, Number(m_table->Content().table.RowCount())));
+    const int rows = m_table->Content().table.RowCount();
+    m_ui->lblFile->setText(rows == 1 ? tr("%1: 1 row").arg(fileName) : tr("%1: %2 rows").arg(fileName, Number(rows)));
     // A card has no first row.
     m_ui->chkHeading->setVisible(!m_table->Content().isVCards);
     m_ui->chkHeading->setChecked(m_table->Content().table.HasHeading());

@@ -5,13 +5,11 @@
 #include "Error.h"
 #include "Icons.h"
 #include "PhoneBookLists.h"
+#include "PhoneBookMenus.h"
 #include "RowKeys.h"
 #include "UndoActions.h"
-#include "VendorPages.h"
-#include "VendorSite.h"
 #include "ui_PhoneBook.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QLayout>
 #include <QScopedValueRollback>
@@ -26,7 +24,6 @@ PhoneBook::PhoneBook(const Services &services, std::unique_ptr<LxPhoneBook> phon
     , m_phoneBook(std::move(phoneBook))
     , m_commands(*m_phoneBook, services.countries, services.window, this)
     , m_maintenance(*m_phoneBook, services.countries, services.clock, services.window, this)
-    , m_help(services.window.quietTime)
     , m_notices(services.window.settings)
 {
     setObjectName(u"PhoneBook"_s);
@@ -58,7 +55,6 @@ void PhoneBook::BuildControls()
     // What is typed there is taken, and all is saved.
     new QShortcut(QKeySequence(u"Ctrl+W"_s), this, this, &PhoneBook::close);
     ConnectLists();
-    m_table = TableOfCommands();
     ConnectCommands();
     Accessibility::AnnounceStatus(*m_ui->sbStatusBar);
     Status(tr("Ready"));
@@ -96,74 +92,13 @@ void PhoneBook::ConnectLists()
             [this](const QPoint &position) { PopUp(*m_ui->mnuPopupGroups, *m_ui->lvwGroups, position); });
 }
 
-/// A new command is one row here and one function of the command classes.
-std::vector<PhoneBook::Command> PhoneBook::TableOfCommands()
-{
-    using namespace MenuRules;
-    const Ui::PhoneBook &ui = *m_ui;
-    const PhoneBookCommands &commands = m_commands;
-    const MaintenanceCommands &maintenance = m_maintenance;
-    const auto newGroup = [&commands] { return commands.CreateGroup({}); };
-    const auto newGroupOfSelected = [this, &commands] { return commands.CreateGroup(Selected()); };
-    const auto addToGroup = [this, &commands] { return commands.AddToExistingGroup(Selected(), ChosenGroup()); };
-    const auto leaveAllGroups = [this, &commands] { return commands.RemoveFromAllGroups(Selected()); };
-    const auto leaveThisGroup = [this, &commands] { return commands.RemoveFromGroup(Selected(), ChosenGroup()); };
-    const auto show = [](auto work) {
-        return [work] {
-            work();
-            return PhoneBookChange();
-        };
-    };
-    const auto selectAll = show([list = ui.lvwContacts] { list->selectAll(); });
-    const auto editName = show([list = ui.lvwGroups] { list->EditCurrentName(); });
-    const auto help =
-        show([this] { m_help.Start([this] { VendorPages::Open(VendorSite::kHelpPath, m_services.window, this); }); });
-    return {
-        {{ui.mnuAddContact, ui.mnuPopupNewContact, ui.actNewContact}, [this] { return NewContact(); }},
-        {{ui.mnuEditContact, ui.mnuPopupEditContact}, [this] { return Properties(); }, CanActOnContacts},
-        {{ui.actProperties}, [this] { return Properties(); }},
-        {{ui.mnuDelete}, [this] { return Delete(); }, CanDelete},
-        {{ui.mnuPopupDeleteContacts}, [=, this] { return m_commands.Delete(Selected()); }, CanActOnContacts},
-        {{ui.mnuPopupDeleteGroup}, [=, this] { return m_commands.DeleteGroup(ChosenGroup()); }, CanChangeGroup},
-        {{ui.mnuNewGroup, ui.mnuPopupNewGroup, ui.actNewGroup}, newGroup},
-        {{ui.mnuEditGroupName, ui.mnuPopupRenameGroup}, editName, CanChangeGroup},
-        {{ui.mnuAddContactsTo->menuAction(), ui.mnuPopupAddContactsTo->menuAction()}, nullptr, CanActOnContacts},
-        {{ui.mnuAddContactsToNewGroup, ui.mnuPopupAddContactsToNewGroup}, newGroupOfSelected, CanActOnContacts},
-        {{ui.mnuAddContactsToExistingGroup, ui.mnuPopupAddContactsToExistingGroup}, addToGroup, CanAddToExistingGroup},
-        {{ui.mnuRemoveContactsFrom->menuAction(), ui.mnuPopupRemoveContactsFrom->menuAction()},
-         nullptr,
-         CanRemoveFromGroups},
-        {{ui.mnuRemoveContactsFromAllGroups, ui.mnuPopupRemoveContactsFromAllGroups},
-         leaveAllGroups,
-         CanRemoveFromGroups},
-        {{ui.mnuRemoveContactsFromThisGroup, ui.mnuPopupRemoveContactsFromThisGroup},
-         leaveThisGroup,
-         CanRemoveFromThisGroup},
-        {{ui.mnuSelectAllContacts}, selectAll, CanSelectAll},
-        {{ui.mnuPopupSelectAllContacts}, selectAll, HasRows},
-        {{ui.mnuMergeDuplicates}, [&maintenance] { return maintenance.MergeDuplicates(); }},
-        {{ui.mnuExclude}, [&maintenance] { return maintenance.DeleteByList(); }},
-        {{ui.mnuBackup}, [&maintenance] { return maintenance.Backup(); }},
-        {{ui.mnuRestore}, [this, &maintenance] { return maintenance.Restore(ChosenGroup()); }},
-        {{ui.mnuContactsImport, ui.actImport}, [&maintenance] { return maintenance.ImportFile(); }},
-        {{ui.mnuContactsImportOther}, [this] { return ImportOther(); }},
-        {{ui.mnuContactsExport}, [this, &maintenance] { return maintenance.Export(ChosenGroup()); }},
-        {{ui.mnuOnlineHelp}, help},
-        {{ui.mnuExit}, show([this] { UnloadComposeWindows(); })},
-    };
-}
-
 void PhoneBook::ConnectCommands()
 {
-    for (const Command &command : m_table) {
-        for (const QAction *starter : command.starters) {
-            if (command.run)
-                connect(starter, &QAction::triggered, this, [this, run = command.run] {
-                    m_lists->CommitEditors();
-                    Run(run);
-                });
-        }
-    }
+    m_menus = new PhoneBookMenus({*m_ui, m_services, *m_phoneBook, *m_lists, m_commands, m_maintenance}, this);
+    connect(m_menus, &PhoneBookMenus::CommandGiven, this, [this](const PhoneBookMenus::Work &work) {
+        m_lists->CommitEditors();
+        Run(work);
+    });
     m_undo = new UndoActions(*m_ui->mnuUndo, *m_ui->mnuRedo, m_phoneBook->History(), m_services.window.quietTime, this);
     connect(m_undo, &UndoActions::UndoAsked, this, [this] {
         m_lists->CommitEditors();
@@ -179,16 +114,11 @@ void PhoneBook::ConnectCommands()
 
 void PhoneBook::EnableCommands()
 {
-    const MenuRules::Situation now = m_lists->CurrentSituation();
-    for (const Command &command : m_table) {
-        for (QAction *starter : command.starters)
-            starter->setEnabled(command.mayRun(now));
-    }
+    m_menus->Enable();
     m_undo->Refresh();
 }
 
-template <typename Work>
-PhoneBookChange PhoneBook::Run(Work command)
+PhoneBookChange PhoneBook::Run(const std::function<PhoneBookChange()> &command)
 {
     PhoneBookChange change;
     {
@@ -206,38 +136,6 @@ void PhoneBook::PopUp(QMenu &menu, const QTreeView &list, const QPoint &position
 {
     EnableCommands();
     menu.popup(list.viewport()->mapToGlobal(position));
-}
-
-PhoneBookChange PhoneBook::NewContact()
-{
-    return m_commands.EditNew(m_phoneBook->CreateHomeContact(), {}, {}, &ChosenGroup(), this);
-}
-
-PhoneBookChange PhoneBook::Properties()
-{
-    const LxContactList selected = Selected();
-    return selected.Count() == 0 ? NewContact() : m_commands.Edit(*selected.begin(), this);
-}
-
-PhoneBookChange PhoneBook::Delete()
-{
-    return m_lists->IsInGroups() ? m_commands.DeleteGroup(ChosenGroup()) : m_commands.Delete(Selected());
-}
-
-PhoneBookChange PhoneBook::ImportOther()
-{
-    const std::optional<ImportChoice> choice = m_services.askForeignContacts(*m_phoneBook, this);
-    return choice ? m_maintenance.ImportForeign(*choice) : PhoneBookChange();
-}
-
-void PhoneBook::UnloadComposeWindows()
-{
-    // From the last to the first, as closing one may close others.
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (auto window = windows.crbegin(); window != windows.crend(); ++window) {
-        if ((*window)->objectName() == "Compose"_L1)
-            (*window)->close();
-    }
 }
 
 void PhoneBook::LoadData()

@@ -5,10 +5,8 @@
 #include "LxContactList.h"
 #include "LxPhoneBook.h"
 #include "MaintenanceCommands.h"
-#include "MenuRules.h"
 #include "Notices.h"
 #include "PhoneBookCommands.h"
-#include "StartGuard.h"
 #include "WindowServices.h"
 
 #include <QMainWindow>
@@ -16,9 +14,9 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <vector>
 
 class PhoneBookLists;
+class PhoneBookMenus;
 class QMenu;
 class QTreeView;
 class UndoActions;
@@ -122,19 +120,9 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    /// One row of the table of commands.
-    struct Command
-    {
-        std::vector<QAction *> starters;
-        /// Null for a mere menu of other commands.
-        std::function<PhoneBookChange()> run;
-        bool (*mayRun)(const MenuRules::Situation &) = &MenuRules::Always;
-    };
-
     void BuildControls();
     void FitBar();
     void ConnectLists();
-    [[nodiscard]] std::vector<Command> TableOfCommands();
     void ConnectCommands();
     void EnableCommands();
     void PopUp(QMenu &menu, const QTreeView &list, const QPoint &position);
@@ -144,8 +132,7 @@ private:
     bool CommitAndSave();
 
     /// Runs a command, records what it changes as one thing to undo, and shows it. Returns what the command did.
-    template <typename Work>
-    PhoneBookChange Run(Work command);
+    PhoneBookChange Run(const std::function<PhoneBookChange()> &command);
 
     /// Shows what a command changed, saves it and tells what there is to tell.
     void Show(const PhoneBookChange &change);
@@ -154,21 +141,14 @@ private:
     [[nodiscard]] LxGroup &ChosenGroup() const;
     [[nodiscard]] LxContactList Selected() const;
 
-    [[nodiscard]] PhoneBookChange NewContact();
-    [[nodiscard]] PhoneBookChange Properties();
-    [[nodiscard]] PhoneBookChange Delete();
-    [[nodiscard]] PhoneBookChange ImportOther();
-    void UnloadComposeWindows();
-
     Services m_services;
     std::unique_ptr<LxPhoneBook> m_phoneBook;
     PhoneBookCommands m_commands;
     MaintenanceCommands m_maintenance;
-    StartGuard m_help;
     /// The controls and their models are made when the window is first shown; most runs never show it.
     std::unique_ptr<Ui::PhoneBook> m_ui;
     PhoneBookLists *m_lists = nullptr;
-    std::vector<Command> m_table;
+    PhoneBookMenus *m_menus = nullptr;
     UndoActions *m_undo = nullptr;
     /// Between the window's showing and its closing, when the lists show the phone book.
     bool m_isLoaded = false;

@@ -107,7 +107,7 @@ private slots:
         "x Cy (2) +447400123457 mobile  Club, Work/o Di +442079460000 landline  Club/"
         "o Élan 2 +447971001234 mobile in the phone book as Élan Club/"
         "o Cy again +447400123456 mobile in the file as Cy /x Ed +12015550123 mobile  /"
-        ". Fay 06 12 34 56 79 not a number  Club/. Gil +49 1512 3456789 country not in the table  /"
+        ". Fay 06 12 34 56 79 not a number  Club/. Gil +49 1512 3456789 cannot be kept in the phone book  /"
         ". Hal  no number  /3 of 9 ticked/Imported 3 contacts to group Imported; 6 were left out | "
         "Cy:Imported+Club+Work Cy (2):Imported+Club+Work Ed:Imported | Work,Imported,Club",
         u"wait, cboShow landline, list, status, cmdTick, cboShow mobile, cmdUntick, cmdOK -> "
