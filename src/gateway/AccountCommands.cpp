@@ -20,14 +20,14 @@ QString Tr(const char *text)
 int Add(const CommandInput &input)
 {
     const auto perMinute = static_cast<int>(ServiceCommands::Number(input.options, u"per-minute"_s, 0, 100'000));
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenOrCreateDatabase(input.options);
     Accounts(database).Add(input.arguments[0], input.readPassword(), input.options.value(u"sender"_s), perMinute);
     return 0;
 }
 
 int SetPassword(const CommandInput &input)
 {
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     Accounts(database).SetPassword(input.arguments[0], input.readPassword());
     return 0;
 }
@@ -40,7 +40,7 @@ int Credit(const CommandInput &input)
     const QString why = input.options.value(u"reason"_s);
     if (by.isEmpty() || why.isEmpty())
         ServiceCommands::Refuse(Tr("A credit wants --by and --reason, which are kept beside it."));
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     const qint64 balance = Accounts(database).Credit(input.arguments[0], amount, by, why);
     input.out << Tr("%1 has %2 messages now.").arg(input.arguments[0]).arg(balance) << '\n';
     return 0;
@@ -48,14 +48,14 @@ int Credit(const CommandInput &input)
 
 int Close(const CommandInput &input)
 {
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     Accounts(database).Close(input.arguments[0]);
     return 0;
 }
 
 int List(const CommandInput &input)
 {
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     input.out << Tr("balance  accepted  queued  per minute  sender           user") << '\n';
     for (const AccountLine &account : Accounts(database).List()) {
         const QString perMinute = account.perMinute > 0 ? QString::number(account.perMinute) : u"-"_s;

@@ -1,5 +1,6 @@
 #include "CommandOptions.h"
 
+#include "Database.h"
 #include "ServiceCommand.h"
 
 #include <QCommandLineParser>
@@ -8,11 +9,7 @@
 using namespace Qt::StringLiterals;
 
 namespace CommandOptions {
-
-QCommandLineOption Database()
-{
-    return {u"database"_s, QCoreApplication::translate("CommandOptions", "The database of the service."), u"FILE"_s};
-}
+namespace {
 
 QString DatabasePath(const QCommandLineParser &options)
 {
@@ -20,6 +17,23 @@ QString DatabasePath(const QCommandLineParser &options)
     if (path.isEmpty())
         ServiceCommands::Refuse(QCoreApplication::translate("CommandOptions", "Which database? --database FILE."));
     return path;
+}
+
+} // namespace
+
+QCommandLineOption Database()
+{
+    return {u"database"_s, QCoreApplication::translate("CommandOptions", "The database of the service."), u"FILE"_s};
+}
+
+::Database OpenDatabase(const QCommandLineParser &options)
+{
+    return ::Database(DatabasePath(options), ::Database::Opening::Existing);
+}
+
+::Database OpenOrCreateDatabase(const QCommandLineParser &options)
+{
+    return ::Database(DatabasePath(options), ::Database::Opening::Create);
 }
 
 } // namespace CommandOptions

@@ -3,6 +3,7 @@
 #include <QCommandLineOption>
 #include <QString>
 
+class Database;
 class QCommandLineParser;
 
 /// Options that several commands have.
@@ -10,7 +11,11 @@ namespace CommandOptions {
 
 [[nodiscard]] QCommandLineOption Database();
 
-/// The value of that option. Raises number 5, source kUsageSource, when there is none.
-[[nodiscard]] QString DatabasePath(const QCommandLineParser &options);
+/// Opens the one that the option names. Raises number 5, source kUsageSource, when it names none, and what opening
+/// raises.
+[[nodiscard]] ::Database OpenDatabase(const QCommandLineParser &options);
+
+/// The same for one that may not be there yet.
+[[nodiscard]] ::Database OpenOrCreateDatabase(const QCommandLineParser &options);
 
 } // namespace CommandOptions

@@ -4,6 +4,7 @@
 #include "Database.h"
 #include "KannelConfiguration.h"
 #include "MessageLookup.h"
+#include "RestoredCopy.h"
 #include "StoreStatus.h"
 
 #include <QCommandLineParser>
@@ -74,7 +75,7 @@ int List(const CommandInput &input)
     if (input.options.isSet(u"user"_s))
         user = input.options.value(u"user"_s);
     const qint64 limit = ServiceCommands::Number(input.options, u"limit"_s, 1, kMostId);
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     const bool isJson = input.options.isSet(u"json"_s);
     for (const MessageLine &line : MessageLookup(database).List(state, user, limit))
         input.out << (isJson ? QString::fromUtf8(AsJson(line)) : AsLine(line)) << '\n';
@@ -83,29 +84,41 @@ int List(const CommandInput &input)
 
 int Retry(const CommandInput &input)
 {
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     MessageLookup(database).Retry(ServiceCommands::Number(input.arguments[0], u"ID"_s, 1, kMostId));
     return 0;
 }
 
 int Fail(const CommandInput &input)
 {
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     MessageLookup(database).Fail(ServiceCommands::Number(input.arguments[0], u"ID"_s, 1, kMostId));
+    return 0;
+}
+
+int Restored(const CommandInput &input)
+{
+    Database database = CommandOptions::OpenDatabase(input.options);
+    database.HoldForService();
+    input.out << Tr("%1 messages are unsure now").arg(DeclareRestored(database)) << '\n';
     return 0;
 }
 
 int Status(const CommandInput &input)
 {
     const std::chrono::minutes patience(ServiceCommands::Number(input.options, u"stuck-after"_s, 1, 100'000));
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
+    if (input.options.isSet(u"check"_s))
+        database.Check();
     const StoreStatus status = ReadStatus(database, patience);
     for (std::size_t state = 0; state < status.counts.size(); ++state)
         input.out << u"%1 %2\n"_s.arg(WordOf(static_cast<MessageState>(state)), -12).arg(status.counts[state]);
-    if (status.oldestQueued) {
-        const auto age = std::chrono::duration_cast<std::chrono::seconds>(*status.oldestQueued);
-        input.out << Tr("oldest queued for %1 s").arg(age.count()) << '\n';
-    }
+    const auto tellAge = [&input](const QString &what, std::optional<std::chrono::milliseconds> age) {
+        if (age)
+            input.out << what.arg(std::chrono::duration_cast<std::chrono::seconds>(*age).count()) << '\n';
+    };
+    tellAge(Tr("oldest queued for %1 s"), status.oldestQueued);
+    tellAge(Tr("oldest handed over without a report for %1 s"), status.oldestHandedOver);
     input.out << Tr("last report  %1").arg(status.lastReport ? Time(*status.lastReport) : Tr("none")) << '\n';
     const QList<AccountSums> sums = Audit(database);
     for (const AccountSums &account : sums) {
@@ -122,9 +135,11 @@ int Status(const CommandInput &input)
     const bool isSound = std::all_of(sums.begin(), sums.end(), [](const AccountSums &a) { return a.Agree(); });
     if (isSound)
         input.out << Tr("the balances add up") << '\n';
-    if (status.isStuck)
+    if (status.takesNone)
         input.out << Tr("STUCK: messages wait, and the engine took none") << '\n';
-    return status.isStuck || !isSound ? 1 : 0;
+    if (status.hearsNothing)
+        input.out << Tr("STUCK: messages were handed over, and no report came") << '\n';
+    return status.takesNone || status.hearsNothing || !isSound ? 1 : 0;
 }
 
 int Purge(const CommandInput &input)
@@ -132,7 +147,7 @@ int Purge(const CommandInput &input)
     if (!input.options.isSet(u"older-than"_s))
         ServiceCommands::Refuse(Tr("A purge wants --older-than DAYS."));
     const auto days = static_cast<int>(ServiceCommands::Number(input.options, u"older-than"_s, 0, 36'500));
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database = CommandOptions::OpenDatabase(input.options);
     input.out << Tr("%1 messages blanked").arg(MessageLookup(database).Purge(days)) << '\n';
     return 0;
 }
@@ -159,8 +174,10 @@ QList<ServiceCommand> MessageCommands()
     const QCommandLineOption user(u"user"_s, Tr("Only those of this user."), u"USER"_s);
     const QCommandLineOption limit(u"limit"_s, Tr("So many at most."), u"N"_s, u"100"_s);
     const QCommandLineOption json(u"json"_s, Tr("A JSON object a line."));
-    const QCommandLineOption stuckAfter(u"stuck-after"_s, Tr("How long messages may wait."), u"MINUTES"_s, u"10"_s);
-    const QCommandLineOption olderThan(u"older-than"_s, Tr("Only what was settled so long ago."), u"DAYS"_s);
+    const QCommandLineOption stuckAfter(
+        u"stuck-after"_s, Tr("How long messages may wait for the engine, and for a report."), u"MINUTES"_s, u"10"_s);
+    const QCommandLineOption olderThan(u"older-than"_s, Tr("Only what last changed so long ago."), u"DAYS"_s);
+    const QCommandLineOption check(u"check"_s, Tr("Read the whole database, and tell whether it is damaged."));
     const QString messages = u"messages"_s;
     const QString id = u"ID"_s;
     return {{{messages, u"retry"_s},
@@ -168,16 +185,25 @@ QList<ServiceCommand> MessageCommands()
              Tr("Queue a failed or unsure message again; an unsure one may arrive twice."),
              {database},
              Retry},
-            {{messages, u"fail"_s}, {id}, Tr("Give up a queued or unsure message."), {database}, Fail},
+            {{messages, u"fail"_s},
+             {id},
+             Tr("Give up a message that is queued or unsure, or of which no more is told."),
+             {database},
+             Fail},
             {{messages}, {}, Tr("Show messages, newest first."), {database, state, user, limit, json}, List},
             {{u"status"_s},
              {},
              Tr("Show how the messages stand; ends with 1 when they are stuck."),
-             {database, stuckAfter},
+             {database, stuckAfter, check},
              Status},
+            {{u"restored"_s},
+             {},
+             Tr("After a copy was put in the database's place: what it has as queued may have gone out since."),
+             {database},
+             Restored},
             {{u"purge"_s},
              {},
-             Tr("Blank text, name and number of messages settled long ago."),
+             Tr("Blank text, name and number of messages that last changed long ago, but not of queued ones."),
              {database, olderThan},
              Purge},
             {{u"check-kannel"_s},

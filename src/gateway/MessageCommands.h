@@ -2,5 +2,5 @@
 
 #include "ServiceCommand.h"
 
-/// "messages", "messages retry" and "fail", "status", "purge" and "check-kannel".
+/// "messages", "messages retry" and "fail", "status", "restored", "purge" and "check-kannel".
 [[nodiscard]] QList<ServiceCommand> MessageCommands();

@@ -114,7 +114,8 @@ int Serve(const CommandInput &input)
     const qint64 queueLimit = ServiceCommands::Number(options, u"queue-limit"_s, 1, 100'000'000);
     KannelEngine::Settings engineSettings = ReadEngineSettings(options);
 
-    Database database(CommandOptions::DatabasePath(options));
+    Database database = CommandOptions::OpenOrCreateDatabase(options);
+    database.HoldForService();
     MessageQueue queue(database);
     const ReportTag tag(database.Secret());
     // From the first message on, reports find someone who hears them; to the last one, the senders theirs.

@@ -96,7 +96,8 @@ QByteArray KannelEngine::Address(const OutgoingMessage &message) const
 {
     const auto value = [](const QString &text) { return text.toUtf8().toPercentEncoding(); };
     const QString &sender = message.sender.isEmpty() ? m_settings.sender : message.sender;
-    const QByteArray report = MakeReportAddress(m_settings.reportBase.toUtf8(), message.id, m_tag.Of(message.id));
+    const QByteArray report = MakeReportAddress(m_settings.reportBase.toUtf8(), message.id, message.attempt,
+                                                m_tag.Of(message.id, message.attempt));
     // Without the "+" Kannel takes the number for a national one. Mask 31 asks for every kind of report.
     QByteArray address = "http://" + m_settings.host.toUtf8() + ':' + QByteArray::number(m_settings.port) +
                          m_settings.path.toUtf8() + "?username=" + value(m_settings.user) +

@@ -5,6 +5,7 @@
 namespace {
 
 constexpr QByteArrayView kBeforeId = "/report?id=";
+constexpr QByteArrayView kBeforeAttempt = "&try=";
 constexpr QByteArrayView kBeforeTag = "&tag=";
 constexpr QByteArrayView kBeforeType = "&type=";
 
@@ -35,8 +36,8 @@ std::optional<ReportCall> ReadReport(QByteArrayView target)
     constexpr qsizetype kTagLength = 64;
     ReportCall call;
     // 18 digits fit in 64 bits, whatever they are.
-    if (!TakeWord(target, kBeforeId) || (call.id = TakeNumber(target, 18)) <= 0 || !TakeWord(target, kBeforeTag) ||
-        target.size() < kTagLength)
+    if (!TakeWord(target, kBeforeId) || (call.id = TakeNumber(target, 18)) <= 0 || !TakeWord(target, kBeforeAttempt) ||
+        (call.attempt = TakeNumber(target, 18)) <= 0 || !TakeWord(target, kBeforeTag) || target.size() < kTagLength)
         return std::nullopt;
     call.tag = target.first(kTagLength).toByteArray();
     target = target.sliced(kTagLength);
@@ -46,10 +47,10 @@ std::optional<ReportCall> ReadReport(QByteArrayView target)
     return call;
 }
 
-QByteArray MakeReportAddress(const QByteArray &base, qint64 id, const QByteArray &tag)
+QByteArray MakeReportAddress(const QByteArray &base, qint64 id, qint64 attempt, const QByteArray &tag)
 {
-    return base + kBeforeId.toByteArray() + QByteArray::number(id) + kBeforeTag.toByteArray() + tag +
-           kBeforeType.toByteArray() + "%d";
+    return base + kBeforeId.toByteArray() + QByteArray::number(id) + kBeforeAttempt.toByteArray() +
+           QByteArray::number(attempt) + kBeforeTag.toByteArray() + tag + kBeforeType.toByteArray() + "%d";
 }
 
 std::optional<DeliveryReport> ReportOfType(int type)

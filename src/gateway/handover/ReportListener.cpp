@@ -98,7 +98,7 @@ void ReportListener::Server::End()
 int ReportListener::Server::Answer(const std::string &target) const
 {
     const auto call = ReadReport(QByteArrayView(target.data(), static_cast<qsizetype>(target.size())));
-    if (!call || !tag.Matches(call->id, call->tag)) {
+    if (!call || !tag.Matches(call->id, call->attempt, call->tag)) {
         log(u"report refused: not one of ours"_s);
         return 403;
     }
@@ -108,7 +108,7 @@ int ReportListener::Server::Answer(const std::string &target) const
         return 200;
     }
     try {
-        queue.Report(call->id, *report);
+        queue.Report(call->id, call->attempt, *report);
         log(u"report on message %1: type %2"_s.arg(call->id).arg(call->type));
         return 200;
     } catch (const Error &error) {

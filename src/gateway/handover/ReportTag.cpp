@@ -2,14 +2,15 @@
 
 #include <QMessageAuthenticationCode>
 
-QByteArray ReportTag::Of(qint64 id) const
+QByteArray ReportTag::Of(qint64 id, qint64 attempt) const
 {
-    return QMessageAuthenticationCode::hash(QByteArray::number(id), m_key, QCryptographicHash::Sha256).toHex();
+    const QByteArray text = QByteArray::number(id) + '/' + QByteArray::number(attempt);
+    return QMessageAuthenticationCode::hash(text, m_key, QCryptographicHash::Sha256).toHex();
 }
 
-bool ReportTag::Matches(qint64 id, QByteArrayView tag) const
+bool ReportTag::Matches(qint64 id, qint64 attempt, QByteArrayView tag) const
 {
-    const QByteArray right = Of(id);
+    const QByteArray right = Of(id, attempt);
     if (tag.size() != right.size())
         return false;
     int difference = 0;

@@ -2,7 +2,8 @@
 
 #include <QByteArray>
 
-/// Shows that a report is about a message that this gateway handed over: a keyed hash (HMAC-SHA256) of its id.
+/// Shows that a report is about a message that this gateway handed over: a keyed hash (HMAC-SHA256) of its id
+/// and of which of its hand-overs it was.
 class ReportTag final
 {
 public:
@@ -12,11 +13,11 @@ public:
     {
     }
 
-    /// The message's tag, 64 hexadecimal digits.
-    [[nodiscard]] QByteArray Of(qint64 id) const;
+    /// The tag of one hand-over of a message, 64 hexadecimal digits.
+    [[nodiscard]] QByteArray Of(qint64 id, qint64 attempt) const;
 
-    /// Whether `tag` is the message's. Takes as long for one that is nearly right as for any other.
-    [[nodiscard]] bool Matches(qint64 id, QByteArrayView tag) const;
+    /// Whether `tag` is that of the hand-over. Takes as long for one that is nearly right as for any other.
+    [[nodiscard]] bool Matches(qint64 id, qint64 attempt, QByteArrayView tag) const;
 
 private:
     const QByteArray m_key;

@@ -25,6 +25,8 @@ QString WhyNotSendable(const GatewayMessage &message)
         return u"Invalid number"_s;
     if (message.text.size() > kMaxTextLength)
         return u"Text longer than 160 characters"_s;
+    if (message.name.size() > kMaxNameLength)
+        return u"Name longer than 100 characters"_s;
     return {};
 }
 

@@ -6,8 +6,9 @@
 namespace MessageRules {
 
 inline constexpr qsizetype kMaxTextLength = 160;
+inline constexpr qsizetype kMaxNameLength = 100;
 
-/// Why no message with this number or text can be accepted; empty when it can.
+/// Why no message with this number, name or text can be accepted; empty when it can.
 [[nodiscard]] QString WhyNotSendable(const GatewayMessage &message);
 
 /// Why a text cannot go out unchanged in one SMS; empty when all its characters can, in 7 bits each.

@@ -18,6 +18,7 @@
 #include <fcntl.h>
 #include <mutex>
 #include <sqlite3.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -56,7 +57,7 @@ CREATE TABLE credits (
 ) STRICT;
 CREATE INDEX by_account ON credits (account);
 CREATE TABLE messages (
-    id INTEGER PRIMARY KEY,
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
     account INTEGER NOT NULL REFERENCES accounts (id),
     number TEXT NOT NULL,
     name TEXT NOT NULL,
@@ -68,11 +69,26 @@ CREATE TABLE messages (
     changed INTEGER NOT NULL,
     note TEXT NOT NULL DEFAULT '',
     taken INTEGER NOT NULL DEFAULT 0,   -- how often the engine has, or may have, taken it
-    refunded INTEGER NOT NULL DEFAULT 0
+    refunded INTEGER NOT NULL DEFAULT 0,
+    is_first INTEGER NOT NULL DEFAULT 0 -- of those of the account to its number that are queued or handing
 ) STRICT;
-CREATE INDEX waiting ON messages (account, next_try, id) WHERE state = 0;
+INSERT INTO sqlite_sequence VALUES ('messages', 0);
+CREATE INDEX to_take ON messages (account, next_try, id) WHERE state = 0 AND is_first = 1;
 CREATE INDEX in_line ON messages (account, number, id) WHERE state IN (0, 1);
+CREATE UNIQUE INDEX first_in_line ON messages (account, number) WHERE is_first = 1;
 CREATE INDEX by_state ON messages (state, changed);
+CREATE TRIGGER joins_at_end AFTER INSERT ON messages WHEN NOT EXISTS (
+    SELECT 1 FROM messages WHERE account = NEW.account AND number = NEW.number AND is_first = 1)
+BEGIN
+    UPDATE messages SET is_first = 1 WHERE id = NEW.id;
+END;
+CREATE TRIGGER joins_or_leaves AFTER UPDATE OF state ON messages WHEN (OLD.state IN (0, 1)) <> (NEW.state IN (0, 1))
+BEGIN
+    UPDATE messages SET is_first = 0 WHERE account = NEW.account AND number = NEW.number AND is_first = 1;
+    UPDATE messages SET is_first = 1 WHERE id = (
+        SELECT id FROM messages WHERE account = NEW.account AND number = NEW.number AND state IN (0, 1)
+        ORDER BY id LIMIT 1);
+END;
 )";
 
 Error Failure(const QString &reason)
@@ -141,9 +157,7 @@ qint64 Pragma(SQLite::Database &connection, const char *sql)
 void CreateSchema(SQLite::Database &connection)
 {
     connection.exec(kSchema);
-    QByteArray secret(32, Qt::Uninitialized);
-    QRandomGenerator::system()->generate(secret.begin(), secret.end());
-    Query(connection, "INSERT INTO settings VALUES ('secret', ?1), ('displaced', 0)", secret).Run();
+    Query(connection, "INSERT INTO settings VALUES ('secret', ?1), ('displaced', 0)", Database::MakeSecret()).Run();
     connection.exec("PRAGMA application_id = " + std::to_string(kApplication));
     connection.exec("PRAGMA user_version = " + std::to_string(kVersion));
 }
@@ -155,9 +169,11 @@ bool IsNew(SQLite::Database &connection)
 }
 
 // Reads only, until it is clear that the file is the gateway's own or a new one.
-void Prepare(SQLite::Database &connection)
+void Prepare(SQLite::Database &connection, Database::Opening opening)
 {
     if (IsNew(connection)) {
+        if (opening == Database::Opening::Existing)
+            throw Failure(u"it is empty"_s);
         connection.exec("PRAGMA journal_mode = WAL");
         SQLite::Transaction transaction(connection, SQLite::TransactionBehavior::IMMEDIATE);
         if (IsNew(connection)) {
@@ -169,13 +185,22 @@ void Prepare(SQLite::Database &connection)
         throw Failure(u"it is a database of another program"_s);
     if (Pragma(connection, "PRAGMA user_version") > kVersion)
         throw Failure(u"it was written by a newer version of the gateway"_s);
-    Query check(connection, "PRAGMA quick_check(1)");
-    if (!check.Next() || check.Bytes(0) != "ok")
-        throw Failure(u"the database is damaged (%1)"_s.arg(check.Text(0)));
     connection.exec("PRAGMA journal_mode = WAL");
 }
 
-// A job that raises undoes its own changes alone, unless the whole transaction is lost with it.
+bool IsDamage(const std::exception_ptr &failure)
+{
+    try {
+        std::rethrow_exception(failure);
+    } catch (const SQLite::Exception &exception) {
+        return exception.getErrorCode() == SQLITE_CORRUPT;
+    } catch (...) {
+        return false;
+    }
+}
+
+// A job that raises undoes its own changes alone, unless the whole transaction is lost with it. Nothing is written to a
+// file in which it met damage.
 std::exception_ptr Do(const WriteJob &job, SQLite::Database &writer)
 {
     SQLite::Savepoint savepoint(writer, "job");
@@ -184,9 +209,9 @@ std::exception_ptr Do(const WriteJob &job, SQLite::Database &writer)
         savepoint.release();
         return {};
     } catch (...) {
-        if (sqlite3_get_autocommit(writer.getHandle()))
-            throw;
         const std::exception_ptr failure = std::current_exception();
+        if (sqlite3_get_autocommit(writer.getHandle()) || IsDamage(failure))
+            throw;
         savepoint.rollback();
         return failure;
     }
@@ -197,11 +222,14 @@ std::exception_ptr Do(const WriteJob &job, SQLite::Database &writer)
 struct Database::Connections
 {
     explicit Connections(const QString &path)
-        : writer(QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE, Milliseconds(kWritePatience))
+        : held(path)
+        , writer(QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE, Milliseconds(kWritePatience))
         , reader(QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE, Milliseconds(kReadPatience))
     {
     }
 
+    // Closed last: with any handle of a file the system drops all the locks that the library holds on it.
+    QFile held;
     WriteGroup group;
     SQLite::Database writer;
     bool isDoubtful = false;
@@ -209,15 +237,19 @@ struct Database::Connections
     SQLite::Database reader;
 };
 
-Database::Database(const QString &path, Clock clock)
-    : m_clock(std::move(clock))
-    , m_connections([&path] {
-        CreateFor(path);
+Database::Database(const QString &path, Clock clock, Opening opening)
+    : m_path(path)
+    , m_clock(std::move(clock))
+    , m_connections([&path, opening] {
+        if (opening == Opening::Create)
+            CreateFor(path);
+        else if (!QFileInfo::exists(path))
+            throw Failure(u"There is no such database: %1"_s.arg(path));
         try {
             auto connections = std::make_unique<Connections>(path);
             connections->writer.exec("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL; PRAGMA secure_delete = ON");
             connections->reader.exec("PRAGMA query_only = ON");
-            Prepare(connections->writer);
+            Prepare(connections->writer, opening);
             return connections;
         } catch (const SQLite::Exception &exception) {
             throw Failure(u"%1: %2"_s.arg(path, ReasonOf(exception)));
@@ -235,6 +267,33 @@ Database::Database(const QString &path, Clock clock)
 }
 
 Database::~Database() = default;
+
+void Database::HoldForService()
+{
+    QFile &held = m_connections->held;
+    if (!held.open(QIODevice::ReadOnly))
+        throw Failure(u"%1: %2"_s.arg(m_path, held.errorString()));
+    if (::flock(held.handle(), LOCK_EX | LOCK_NB) != 0)
+        throw Failure(errno == EWOULDBLOCK ? u"%1: another service works with this database"_s.arg(m_path)
+                                           : u"%1: %2"_s.arg(m_path, ReasonOfSystem()));
+    // An orderly end leaves no write-ahead log.
+    const char *const log = sqlite3_filename_wal(sqlite3_db_filename(m_connections->writer.getHandle(), "main"));
+    if (QFileInfo(QFile::decodeName(log)).size() > 0)
+        Check();
+}
+
+void Database::Check()
+{
+    try {
+        Read([](SQLite::Database &connection) {
+            Query check(connection, "PRAGMA quick_check(1)");
+            if (!check.Next() || check.Bytes(0) != "ok")
+                throw Failure(u"the database is damaged (%1)"_s.arg(check.Text(0)));
+        });
+    } catch (const Error &error) {
+        throw Failure(u"%1: %2"_s.arg(m_path, error.Description()));
+    }
+}
 
 void Database::Write(const Work &work)
 {
@@ -302,6 +361,13 @@ void Database::Read(const Work &work)
     } catch (const SQLite::Exception &exception) {
         throw Failure(ReasonOf(exception));
     }
+}
+
+QByteArray Database::MakeSecret()
+{
+    QByteArray secret(32, Qt::Uninitialized);
+    QRandomGenerator::system()->generate(secret.begin(), secret.end());
+    return secret;
 }
 
 qint64 Database::SystemClock()

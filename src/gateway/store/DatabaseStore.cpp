@@ -12,6 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Who writes at the same time waits until all of a request's messages are kept.
+constexpr qsizetype kMostAtOnce = 10'000;
+
 QString WhyNotCarried(const GatewayMessage &message)
 {
     if (const QString refusal = MessageRules::WhyNotSendable(message); !refusal.isEmpty())
@@ -59,6 +62,8 @@ Acceptance DatabaseStore::Accept(const GatewayRequest &request)
 {
     if (request.messages.isEmpty())
         return {{}, BalanceOf(request.user)};
+    if (request.messages.size() > kMostAtOnce)
+        return AllRefused(request, u"More than %1 messages at once"_s.arg(kMostAtOnce), BalanceOf(request.user));
     try {
         Acceptance acceptance;
         m_database.Write([&](SQLite::Database &connection) { acceptance = AcceptIn(connection, request); });
@@ -80,11 +85,12 @@ Acceptance DatabaseStore::AcceptIn(SQLite::Database &connection, const GatewayRe
     Acceptance acceptance;
     acceptance.balance = static_cast<int>(account.Number(1));
     qint64 added = 0;
+    const qint64 room = Room(connection, request.messages.size());
     for (const GatewayMessage &message : request.messages) {
         QString refusal = WhyNotCarried(message);
         if (refusal.isEmpty() && acceptance.balance <= 0)
             refusal = u"No messages left"_s;
-        if (refusal.isEmpty() && !HasRoom(connection, added))
+        if (refusal.isEmpty() && added >= room)
             refusal = u"Too many messages are waiting"_s;
         if (!refusal.isEmpty()) {
             acceptance.verdicts.append({0, refusal});
@@ -104,26 +110,23 @@ Acceptance DatabaseStore::AcceptIn(SQLite::Database &connection, const GatewayRe
     return acceptance;
 }
 
-bool DatabaseStore::HasRoom(SQLite::Database &connection, qint64 added)
+// How many more may wait, at least as far as so many are wanted.
+qint64 DatabaseStore::Room(SQLite::Database &connection, qint64 wanted)
 {
-    if (m_mostWaiting + added >= m_queueLimit) {
+    if (m_mostWaiting + wanted > m_queueLimit) {
         Query count(connection, "SELECT count(*) FROM messages WHERE state = 0");
-        m_mostWaiting = (count.Next() ? count.Number(0) : 0) - added;
+        m_mostWaiting = count.Next() ? count.Number(0) : 0;
     }
-    return m_mostWaiting + added < m_queueLimit;
+    return m_queueLimit - m_mostWaiting;
 }
 
 int DatabaseStore::BalanceOf(const QString &user)
 {
     int balance = 0;
-    try {
-        m_database.Read([&](SQLite::Database &connection) {
-            Query query(connection, "SELECT balance FROM accounts WHERE user = ?1", user);
-            if (query.Next())
-                balance = static_cast<int>(query.Number(0));
-        });
-    } catch (const Error &) {
-        // Its balance is not known then, and nothing can be sent either.
-    }
+    m_database.Read([&](SQLite::Database &connection) {
+        Query query(connection, "SELECT balance FROM accounts WHERE user = ?1", user);
+        if (query.Next())
+            balance = static_cast<int>(query.Number(0));
+    });
     return balance;
 }

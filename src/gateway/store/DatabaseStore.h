@@ -18,17 +18,19 @@ class DatabaseStore final : public MessageStore
 public:
     /// Refuses messages while `queueLimit` wait for the engine. `accepted` is called, from any thread, once new ones
     /// wait.
-    DatabaseStore(Database &database, qint64 queueLimit, std::function<void()> accepted = [] {});
+    DatabaseStore(
+        Database &database, qint64 queueLimit, std::function<void()> accepted = [] {});
 
     /// Raises number 5, source "Corvane.Gateway", when the database cannot be read.
     [[nodiscard]] bool Verify(const QString &user, const QString &password) override;
     /// The password's hash. Raises as Verify does.
     [[nodiscard]] QByteArray Credential(const QString &user) override;
+    /// Raises as Verify does when even the balance cannot be read; nothing was accepted then.
     [[nodiscard]] Acceptance Accept(const GatewayRequest &request) override;
 
 private:
     [[nodiscard]] Acceptance AcceptIn(SQLite::Database &connection, const GatewayRequest &request);
-    [[nodiscard]] bool HasRoom(SQLite::Database &connection, qint64 added);
+    [[nodiscard]] qint64 Room(SQLite::Database &connection, qint64 wanted);
     [[nodiscard]] int BalanceOf(const QString &user);
 
     Database &m_database;
@@ -37,6 +39,6 @@ private:
     const QByteArray m_nobodysHash;
     /// Each check of a password takes 16 MiB and a processor.
     std::counting_semaphore<> m_checks{2};
-    /// At least as many as wait, so that they need not be counted for each message. Only used while writing.
+    /// At least as many as wait, so that they need not be counted for each post. Only used while writing.
     qint64 m_mostWaiting = 0;
 };

@@ -72,7 +72,8 @@ void MessageLookup::Fail(qint64 id)
 {
     m_database.Write([&](SQLite::Database &connection) {
         const Row row = RowOf(connection, id);
-        if (row.state != MessageState::Queued && row.state != MessageState::Unsure)
+        if (row.state == MessageState::Handing || row.state == MessageState::Delivered ||
+            row.state == MessageState::Failed)
             throw Failure(u"Message %1 is %2 and cannot be given up"_s.arg(id).arg(WordOf(row.state)));
         MessageRows::Move(connection, id, MessageState::Failed, u"Given up by hand"_s, m_database.Now());
         if (row.taken == 0)
@@ -90,7 +91,7 @@ qint64 MessageLookup::Purge(int days)
         m_database.Write([&](SQLite::Database &connection) {
             // In the order of the rows, so that none is looked at twice.
             Query old(connection,
-                      "SELECT id FROM messages WHERE id > ?1 AND +state IN (5, 6) AND changed < ?2 AND number <> ''"
+                      "SELECT id FROM messages WHERE id > ?1 AND +state NOT IN (0, 1) AND changed < ?2 AND number <> ''"
                       " ORDER BY id LIMIT ?3",
                       last, before, kPurgedAtOnce);
             QList<qint64> ids;

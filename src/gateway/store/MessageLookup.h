@@ -41,12 +41,14 @@ public:
     /// messages are left to pay with.
     void Retry(qint64 id);
 
-    /// Gives up a queued or unsure message. It is refunded where it was surely never sent: not when it is unsure or was
-    /// so before a retry. Raises number 5 as well when it is in another state or not there.
+    /// Gives up a message that is queued or unsure, or of which the engine or the operator tells no more. It is
+    /// refunded where it was surely never sent: only when it is queued, and no earlier try may have sent it. Raises
+    /// number 5 as well when it is being handed over, delivered or failed, or not there.
     void Fail(qint64 id);
 
-    /// Blanks text, name and number of the delivered and failed messages that last changed more than so many days ago,
-    /// a few at a time, so that a service goes on beside it. Gives how many there were. Sums and counts stay.
+    /// Blanks text, name and number of the messages that last changed more than so many days ago and are not queued or
+    /// being handed over, a few at a time, so that a service goes on beside it. Gives how many there were. Sums and
+    /// counts stay.
     qint64 Purge(int days);
 
 private:

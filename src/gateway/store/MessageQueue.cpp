@@ -18,13 +18,13 @@ constexpr qint64 kClockSlackMs = 2000;
 constexpr qint64 kFirstWaitMs = 2000;
 constexpr qint64 kLongestWaitMs = 300'000;
 
-// The messages of account a that are queued, and not behind an earlier one to the same number.
+// The messages of account a that are queued, and not behind an earlier one to the same number. Those behind are not
+// looked at, however many they are.
 const std::string kFirstInLine =
-    " FROM messages w WHERE w.account = a.id AND w.state = 0 AND NOT EXISTS (SELECT 1 FROM messages e"
-    " WHERE e.account = w.account AND e.number = w.number AND e.id < w.id AND e.state IN (0, 1))";
+    " FROM messages w INDEXED BY to_take WHERE w.account = a.id AND w.state = 0 AND w.is_first = 1";
 
 // Accounts are tried in the order of their turns, and the search ends with the first that has a message.
-const std::string kTake = "SELECT m.id, m.number, m.text, a.id, a.sender, a.per_minute"
+const std::string kTake = "SELECT m.id, m.attempts + 1, m.number, m.text, a.id, a.sender, a.per_minute"
                           " FROM accounts a INDEXED BY by_slot CROSS JOIN messages m ON m.id = (SELECT w.id" +
                           kFirstInLine +
                           " AND w.next_try <= ?1 ORDER BY w.next_try, w.id LIMIT 1)"
@@ -61,13 +61,10 @@ Outcome OutcomeOf(DeliveryReport report)
     return {MessageState::Failed, u"Refused by the operator"_s};
 }
 
-// Whether a report of `next` tells something new of a message that was tried.
+// Whether a report of `next` tells something new of the message's latest hand-over.
 bool MovesOn(MessageState state, MessageState next)
 {
     switch (state) {
-    case MessageState::Queued:
-        // It waits for another try. A failure can only be that of an earlier one.
-        return next != MessageState::Failed;
     case MessageState::Delivered:
         return false;
     case MessageState::Failed:
@@ -77,6 +74,14 @@ bool MovesOn(MessageState state, MessageState next)
     default:
         return next > state;
     }
+}
+
+// What the status tells: the times in the messages themselves change by hand, too.
+void NoteTime(SQLite::Database &connection, const QString &name, qint64 now)
+{
+    Query(connection, "INSERT INTO settings VALUES (?1, ?2) ON CONFLICT DO UPDATE SET value = excluded.value", name,
+          now)
+        .Run();
 }
 
 void MakeAllDue(SQLite::Database &connection, qint64 now)
@@ -104,13 +109,13 @@ std::optional<OutgoingMessage> MessageQueue::TakeNext()
         if (!next.Next())
             return;
         const qint64 id = next.Number(0);
-        const qint64 perMinute = next.Number(5);
+        const qint64 perMinute = next.Number(6);
         Query(connection, "UPDATE messages SET state = 1, attempts = attempts + 1, changed = ?2 WHERE id = ?1", id, now)
             .Run();
-        Query(connection, "UPDATE accounts SET next_slot = ?2 WHERE id = ?1", next.Number(3),
+        Query(connection, "UPDATE accounts SET next_slot = ?2 WHERE id = ?1", next.Number(4),
               now + (perMinute > 0 ? 60'000 / perMinute : 0))
             .Run();
-        message = {id, next.Text(1), next.Text(2), next.Text(4)};
+        message = {id, next.Number(1), next.Text(2), next.Text(3), next.Text(5)};
     });
     return message;
 }
@@ -137,6 +142,7 @@ void MessageQueue::Settle(qint64 id, HandOverResult result, const QString &note)
         case HandOverResult::Accepted:
             MessageRows::Move(connection, id, MessageState::HandedOver, note, now);
             MessageRows::NoteTaken(connection, id);
+            NoteTime(connection, u"last_taken"_s, now);
             break;
         case HandOverResult::Refused:
             MessageRows::Move(connection, id, MessageState::Failed, note, now);
@@ -154,22 +160,31 @@ void MessageQueue::Settle(qint64 id, HandOverResult result, const QString &note)
     });
 }
 
-void MessageQueue::Report(qint64 id, DeliveryReport report)
+void MessageQueue::Report(qint64 id, qint64 attempt, DeliveryReport report)
 {
     m_database.Write([&](SQLite::Database &connection) {
         Query message(connection, "SELECT state, attempts, taken FROM messages WHERE id = ?1", id);
-        if (!message.Next())
+        if (!message.Next() || message.Number(1) == 0)
             return;
+        const qint64 now = m_database.Now();
+        NoteTime(connection, u"last_report"_s, now);
         const auto state = static_cast<MessageState>(message.Number(0));
         const Outcome outcome = OutcomeOf(report);
-        if (message.Number(1) == 0 || !MovesOn(state, outcome.state))
+        // What is said of an earlier copy says nothing of the one that goes out now, unless it has arrived.
+        const bool isOfLatest = attempt == message.Number(1) && state != MessageState::Queued;
+        const bool isNews = isOfLatest ? MovesOn(state, outcome.state)
+                                       : report == DeliveryReport::Delivered && state != MessageState::Delivered;
+        if (!isNews)
             return;
-        MessageRows::Move(connection, id, outcome.state, outcome.note, m_database.Now());
-        if (state == MessageState::Handing)
+        MessageRows::Move(connection, id, outcome.state, outcome.note, now);
+        const qint64 taken = message.Number(2) + (state == MessageState::Handing ? 1 : 0);
+        if (state == MessageState::Handing) {
             MessageRows::NoteTaken(connection, id);
+            NoteTime(connection, u"last_taken"_s, now);
+        }
         // A second copy may be with the operator, and one that is there already was not refused at once.
         const bool isWithOperator = state == MessageState::AtOperator || state == MessageState::Buffered;
-        if (report == DeliveryReport::RefusedByOperator && message.Number(2) <= 1 && !isWithOperator)
+        if (report == DeliveryReport::RefusedByOperator && taken <= 1 && !isWithOperator)
             MessageRows::Refund(connection, id);
     });
 }

@@ -11,6 +11,8 @@ class Database;
 struct OutgoingMessage
 {
     qint64 id = 0;
+    /// Which of its hand-overs this is, from 1; its reports name it.
+    qint64 attempt = 0;
     QString number; ///< International, digits without "+".
     QString text;
     QString sender; ///< Empty for the engine's own.
@@ -52,11 +54,11 @@ public:
     /// already keeps its state.
     void Settle(qint64 id, HandOverResult result, const QString &note);
 
-    /// Notes what a report says of a message that was handed over, is being so or is unsure. Repeated and late reports,
-    /// and those of messages that are not there or were never tried, change nothing; but what failed and was delivered
-    /// after all is Delivered, without a new charge, and a queued one that turns out to have been taken is not handed
-    /// over again. A message that the operator refused at once was never sent: it is refunded, once.
-    void Report(qint64 id, DeliveryReport report);
+    /// Notes what a report says of a message's latest hand-over. Repeated and late reports, and those of messages that
+    /// are not there or were never tried, change nothing. Neither do those of an earlier hand-over, or of a message
+    /// that waits for its next; but whenever it was delivered after all it is Delivered, without a new charge, and not
+    /// handed over again. A message that the operator refused at once was never sent: it is refunded, once.
+    void Report(qint64 id, qint64 attempt, DeliveryReport report);
 
     /// For the start: what is Handing was interrupted and becomes Unsure, and all that waits is due. Gives how many
     /// were interrupted.

@@ -26,14 +26,21 @@ StoreStatus ReadStatus(Database &database, std::chrono::milliseconds patience)
             status.counts.at(static_cast<size_t>(counts.Number(0))) = counts.Number(1);
 
         const qint64 now = database.Now();
-        const auto isLongAgo = [&](std::optional<qint64> time) { return time && now - *time > patience.count(); };
+        const auto isLongAgo = [&](std::optional<qint64> time) {
+            return time && (*time > now || now - *time > patience.count());
+        };
+        const auto age = [now](std::optional<qint64> time) {
+            return time ? std::optional(std::max(0ms, std::chrono::milliseconds(now - *time))) : std::nullopt;
+        };
         const auto queued = TimeOf(connection, "SELECT min(accepted) FROM messages WHERE state = 0");
-        if (queued)
-            status.oldestQueued = std::max(0ms, std::chrono::milliseconds(now - *queued));
-        status.lastReport = TimeOf(connection, "SELECT max(changed) FROM messages WHERE state IN (3, 4, 5)");
+        status.oldestQueued = age(queued);
+        const auto handedOver = TimeOf(connection, "SELECT min(changed) FROM messages WHERE state = 2");
+        status.oldestHandedOver = age(handedOver);
+        status.lastReport = TimeOf(connection, "SELECT value FROM settings WHERE name = 'last_report'");
         const auto handing = TimeOf(connection, "SELECT min(changed) FROM messages WHERE state = 1");
-        const auto taken = TimeOf(connection, "SELECT max(changed) FROM messages WHERE state IN (2, 3, 4, 5)");
-        status.isStuck = (isLongAgo(queued) || isLongAgo(handing)) && (!taken || isLongAgo(taken));
+        const auto taken = TimeOf(connection, "SELECT value FROM settings WHERE name = 'last_taken'");
+        status.takesNone = (isLongAgo(queued) || isLongAgo(handing)) && (!taken || isLongAgo(taken));
+        status.hearsNothing = isLongAgo(handedOver) && (!status.lastReport || isLongAgo(status.lastReport));
     });
     return status;
 }

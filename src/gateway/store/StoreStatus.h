@@ -16,11 +16,15 @@ struct StoreStatus
     std::array<qint64, 8> counts = {};
     /// How long ago the oldest that waits was accepted.
     std::optional<std::chrono::milliseconds> oldestQueued;
-    /// When a report last told that a message had come further.
+    /// How long ago the oldest that is handed over and has no report came to the engine.
+    std::optional<std::chrono::milliseconds> oldestHandedOver;
+    /// When a report last came of a message that is here, whatever it told.
     std::optional<qint64> lastReport;
     /// Messages have waited longer than the given time, or are being handed over for that long, and in it the engine
-    /// took none.
-    bool isStuck = false;
+    /// took none. A time to come, as after a clock that was set back, counts as long ago.
+    bool takesNone = false;
+    /// Messages are handed over for longer than the given time, and in it no report came of any.
+    bool hearsNothing = false;
 };
 
 /// One account's sums.

@@ -47,9 +47,9 @@ struct Service : FilledStore
 {
     using FilledStore::FilledStore;
 
-    QByteArray Report(const char *type, qint64 id, qint64 idOfTag)
+    QByteArray Report(const char *type, qint64 id, qint64 idOfTag, qint64 attempt = 1)
     {
-        return "GET " + MakeReportAddress("", id, tag.Of(idOfTag)).replace("%d", type);
+        return "GET " + MakeReportAddress("", id, attempt, tag.Of(idOfTag, attempt)).replace("%d", type);
     }
 
     int Ask(const QByteArray &request)
@@ -87,8 +87,10 @@ private slots:
         QTRY_COMPARE(service.States(), u"handed-over handed-over handed-over"_s);
         const QByteArray right = service.Report("1", 1, 1);
         for (const auto &[request, expected] : std::initializer_list<std::pair<QByteArray, const char16_t *>>{
+                 {service.Report("8", 1, 1, 2), u"200 handed-over handed-over handed-over"},
                  {service.Report("8", 1, 1), u"200 at-operator handed-over handed-over"},
                  {service.Report("1", 1, 2), u"403 at-operator handed-over handed-over"},
+                 {QByteArray(right).replace("try=1", "try=2"), u"403 at-operator handed-over handed-over"},
                  {QByteArray(right).replace("tag=", "tag=0"), u"403 at-operator handed-over handed-over"},
                  {QByteArray(right).replace(40, 3, "xyz"), u"403 at-operator handed-over handed-over"},
                  {QByteArray(right).replace("GET", "POST"), u"403 at-operator handed-over handed-over"},

@@ -43,7 +43,7 @@ struct Kannel
     QString HandOver(const QString &sender = {})
     {
         auto call = std::async(std::launch::async, [&] {
-            return engine.HandOver({7, u"447700900123"_s, u"a&b=ç +%d#\r\n"_s, sender});
+            return engine.HandOver({7, 2, u"447700900123"_s, u"a&b=ç +%d#\r\n"_s, sender});
         });
         (void)QTest::qWaitFor([&call] { return call.wait_for(0s) == std::future_status::ready; }, 20'000);
         const Engine::Answer answer = call.get();
@@ -69,8 +69,8 @@ private slots:
         QCOMPARE(peer.Received().left(peer.Received().indexOf(" HTTP/1.1\r\n")),
                  "GET /cgi-bin/sendsms?username=office%26co&password=p%20w%3D1&from=Brevio&to=%2B447700900123"
                  "&text=a%26b%3D%C3%A7%20%2B%25d%23%0D%0A&charset=UTF-8&coding=0&dlr-mask=31"
-                 "&dlr-url=http%3A%2F%2F127.0.0.1%3A8081%2Freport%3Fid%3D7%26tag%3D" +
-                     ReportTag("key").Of(7) + "%26type%3D%25d&smsc=a%20b");
+                 "&dlr-url=http%3A%2F%2F127.0.0.1%3A8081%2Freport%3Fid%3D7%26try%3D2%26tag%3D" +
+                     ReportTag("key").Of(7, 2) + "%26type%3D%25d&smsc=a%20b");
         (void)Kannel(peer.serverPort()).HandOver(u"Own"_s);
         QVERIFY(peer.Received().contains("&from=Own&"));
     }
@@ -107,14 +107,19 @@ private slots:
         QCOMPARE(peer.Connections(), 1);
     }
 
-    TABLE_TEST(reportIsRead, (const QString &target, const QString &parts), u"/report?id=5&tag=T&type=8 -> 5 8",
-               u"/report?id=999999999999999999&tag=T&type=16 -> 999999999999999999 16", u"/report?id=0&tag=T&type=8",
-               u"/report?id=9999999999999999999&tag=T&type=8", u"/report", u"/report?id=5&tag=T&type=",
-               u"/report?id=5&tag=T&type=%d", u"/report?id=5&tag=T&type=8&type=1", u"/report?id=5&tag=Tf&type=8",
-               u"/report?id=5&type=8&tag=T", u"/report/?id=5&tag=T&type=8")
+    TABLE_TEST(reportIsRead, (const QString &target, const QString &parts), u"/report?id=5&try=2&tag=T&type=8 -> 5 2 8",
+               u"/report?id=999999999999999999&try=1&tag=T&type=16 -> 999999999999999999 1 16",
+               u"/report?id=5&tag=T&type=8", u"/report?id=5&try=0&tag=T&type=8", u"/report?id=0&try=1&tag=T&type=8",
+               u"/report?id=9999999999999999999&try=1&tag=T&type=8", u"/report", u"/report?id=5&try=1&tag=T&type=",
+               u"/report?id=5&try=1&tag=T&type=%d", u"/report?id=5&try=1&tag=T&type=8&type=1",
+               u"/report?id=5&try=1&tag=Tf&type=8", u"/report?id=5&try=1&type=8&tag=T",
+               u"/report/?id=5&try=1&tag=T&type=8")
     {
         const auto call = ReadReport(target.toLatin1().replace('T', QByteArray(64, 'f')));
-        QCOMPARE(call && call->tag == QByteArray(64, 'f') ? u"%1 %2"_s.arg(call->id).arg(call->type) : u""_s, parts);
+        QCOMPARE(call && call->tag == QByteArray(64, 'f')
+                     ? u"%1 %2 %3"_s.arg(call->id).arg(call->attempt).arg(call->type)
+                     : u""_s,
+                 parts);
     }
 
     // In the configuration that users get: a piece, what stands there instead, and how what is told begins.

@@ -9,6 +9,7 @@
 #include "MessageRules.h"
 #include "Query.h"
 #include "Raised.h"
+#include "RestoredCopy.h"
 #include "Rows.h"
 #include "StoreStatus.h"
 
@@ -50,7 +51,7 @@ struct Shop
     {
         GatewayRequest request{user, {}, {}, 0, {}};
         for (const QString &text : texts)
-            request.messages.append({number, u"Bob"_s, text});
+            request.messages.append({number, text == u"named" ? QString(101, u'n') : u"Bob"_s, text});
         const Acceptance acceptance = store.Accept(request);
         QStringList told;
         for (const MessageVerdict &verdict : acceptance.verdicts)
@@ -81,16 +82,18 @@ struct Shop
     MessageLookup lookup{database};
 };
 
-// Does to message 1 what a word says.
+// Does to message 1 what a word says. A report is of the latest hand-over, or of the one whose number it ends with.
 void Do(Shop &shop, const QString &word)
 {
     static const QStringList results{u"accepted"_s, u"refused"_s, u"not-now"_s, u"unknown"_s};
     static const QStringList reports{u"AT-OPERATOR"_s, u"BUFFERED"_s, u"DELIVERED"_s, u"NOT-DELIVERED"_s,
                                      u"REJECTED"_s};
+    const QString report = word.endsWith(u'1') ? word.chopped(1) : word;
+    const qint64 attempt = word == report ? shop.lookup.List({}, {}, 9).constLast().attempts : 1;
     if (results.contains(word))
         shop.queue.Settle(1, static_cast<HandOverResult>(results.indexOf(word)), word);
-    else if (reports.contains(word))
-        shop.queue.Report(1, static_cast<DeliveryReport>(reports.indexOf(word)));
+    else if (reports.contains(report))
+        shop.queue.Report(1, attempt, static_cast<DeliveryReport>(reports.indexOf(report)));
     else if (word == u"take")
         QCOMPARE(shop.TakeAll(), u"1"_s);
     else if (word == u"restart")
@@ -133,15 +136,20 @@ private slots:
     // Credit, queue limit, texts -> what each came to, and the balance.
     TABLE_TEST(whatIsAccepted, (const QString &post, const QString &told), u"5 9 one two -> 1, 2; 3",
                u"1 9 one two -> 1, No messages left; 0", u"5 9 -> ; 5",
+               u"5 9 named two -> Name longer than 100 characters, 1; 4",
                u"1 9 € two -> The text holds a character that cannot be sent, 1; 0",
                u"1 9 long -> Text longer than 160 characters; 1",
-               u"5 2 one two three -> 1, 2, Too many messages are waiting; 3")
+               u"5 2 one two three -> 1, 2, Too many messages are waiting; 3", u"9 3 one two -> 1, 2; 7")
     {
         QStringList words = post.split(u' ');
         words.replaceInStrings(u"long"_s, QString(161, u'x'));
         Shop shop(NewFile(), words[0].toInt(), words[1].toInt());
         QCOMPARE(shop.Post(words.mid(2)), told);
         QVERIFY(shop.SumsAgree());
+        if (words[1] == u"3") {
+            (void)shop.queue.TakeNext();
+            QCOMPARE(shop.Post({u"and"_s, u"more"_s}), u"3, 4; 5"_s);
+        }
         if (words[1] == u"2") {
             QCOMPARE(shop.Post({u"more"_s}), u"Too many messages are waiting; 3"_s);
             (void)shop.queue.TakeNext();
@@ -242,11 +250,17 @@ private slots:
                u"take unknown AT-OPERATOR -> at-operator 2", u"take unknown REJECTED -> failed 3",
                u"retry fail -> failed 3", u"take unknown fail DELIVERED -> delivered 2",
                u"take retry fail -> handing 2!!", u"take accepted DELIVERED retry fail -> delivered 2!!",
-               u"fail fail -> failed 3!", u"take unknown retry take refused -> failed 2",
+               u"fail fail -> failed 3!", u"take accepted fail BUFFERED -> failed 2",
+               u"take accepted AT-OPERATOR fail -> failed 2", u"take accepted BUFFERED fail DELIVERED -> delivered 2",
+               u"take fail -> handing 2!", u"take unknown retry take refused -> failed 2",
                u"take unknown retry fail -> failed 2", u"take unknown retry DELIVERED -> delivered 2",
-               u"take unknown retry NOT-DELIVERED -> queued 2", u"take restart retry fail -> failed 2",
-               u"take unknown retry take accepted REJECTED -> failed 2", u"take refused retry -> queued 2",
-               u"take refused retry take refused retry fail -> failed 3",
+               u"take unknown retry NOT-DELIVERED -> queued 2",
+               u"take accepted NOT-DELIVERED retry BUFFERED -> queued 2",
+               u"take unknown retry take REJECTED -> failed 2",
+               u"take accepted REJECTED retry take accepted REJECTED1 BUFFERED1 NOT-DELIVERED1 -> handed-over 2",
+               u"take accepted REJECTED retry take DELIVERED1 accepted REJECTED -> delivered 2",
+               u"take restart retry fail -> failed 2", u"take unknown retry take accepted REJECTED -> failed 2",
+               u"take refused retry -> queued 2", u"take refused retry take refused retry fail -> failed 3",
                u"take accepted REJECTED retry take accepted REJECTED -> failed 3",
                u"take refused spend retry -> failed 0!")
     {
@@ -274,6 +288,14 @@ private slots:
         shop.queue.Settle(1, HandOverResult::Unknown, {});
         const auto second = shop.queue.TakeNext();
         QVERIFY(second && second->id == 2 && second->text == u"two" && second->sender == u"Office");
+        shop.queue.Settle(2, HandOverResult::NotNow, {});
+        shop.Post({u"four"_s});
+        shop.now += 2000;
+        shop.lookup.Retry(1); // in its old place
+        for (const QString &next : {u"1"_s, u"2"_s, u"4"_s}) {
+            QCOMPARE(shop.TakeAll(), next);
+            shop.queue.Settle(next.toInt(), HandOverResult::Accepted, {});
+        }
     }
 
     void theWaitDoublesUpToFiveMinutes()
@@ -311,38 +333,60 @@ private slots:
         QCOMPARE(shop.TakeAll(), u"3"_s);
     }
 
-    void statusTellsWhatIsStuck()
+    // Post, wait, take, accepted (the second: A) or unsure, report of a failure or of success, the clock is set back ->
+    // what is stuck after each: no messages taken (!), no reports (?); seconds since the oldest queued, handed over,
+    // the last report.
+    TABLE_TEST(statusTellsWhatIsStuck, (const QString &steps, const QString &told), u"p w t w p w a -> .!.!!!. 901 0 -",
+               u"p t a w -> ...? - 901 -", u"p t a w f -> ...?. - - 0", u"p t a p w d w -> ....!!! 1802 - 901",
+               u"p t a p b t -> ....!? - 0 -", u"p p t u w -> ....! 901 - -", u"p t d p -> .... 0 - 0",
+               u"p t a w f b -> ...?.. - - -7200", u"p p t a d t A w -> .......? - 901 901")
     {
         Shop shop(NewFile(), 9);
-        QString told;
-        for (const QString &step : {u"post"_s, u"wait"_s, u"take"_s, u"wait"_s, u"post"_s, u"wait"_s, u"settle"_s}) {
-            if (step == u"wait")
-                shop.now += 901'000;
-            else if (step == u"settle")
-                shop.queue.Settle(1, HandOverResult::Accepted, {});
-            else
-                step == u"post" ? shop.Post({u"text"_s}) : shop.TakeAll();
-            told += ReadStatus(shop.database, 15min).isStuck ? u'!' : u'.';
+        QString state;
+        StoreStatus status;
+        for (const QString &step : steps.split(u' ')) {
+            shop.now += step == u"w" ? 901'000 : step == u"b" ? -7'200'000 : 0;
+            if (step == u"p")
+                shop.Post({u"text"_s});
+            else if (step == u"t")
+                shop.TakeAll();
+            else if (u"auA"_s.contains(step))
+                shop.queue.Settle(step == u"A" ? 2 : 1,
+                                  step == u"u" ? HandOverResult::Unknown : HandOverResult::Accepted, {});
+            else if (step == u"f" || step == u"d")
+                shop.queue.Report(1, 1, step == u"f" ? DeliveryReport::NotDelivered : DeliveryReport::Delivered);
+            status = ReadStatus(shop.database, 15min);
+            state += status.takesNone ? u'!' : status.hearsNothing ? u'?' : u'.';
         }
-        QCOMPARE(told, u".!.!!!."_s);
-        QVERIFY(!ReadStatus(shop.database, 15min).lastReport);
-        shop.queue.Report(1, DeliveryReport::AtOperator);
-        const StoreStatus status = ReadStatus(shop.database, 15min);
-        QVERIFY(status.lastReport == shop.now && status.oldestQueued == 901s && status.counts[3] == 1);
+        const auto seconds = [](auto time) { return time ? QString::number(*time / 1s) : u"-"_s; };
+        const auto ago = status.lastReport ? std::optional((shop.now - *status.lastReport) * 1ms) : std::nullopt;
+        state +=
+            u' ' + QStringList{seconds(status.oldestQueued), seconds(status.oldestHandedOver), seconds(ago)}.join(u' ');
+        QCOMPARE(state, told);
     }
 
     void purgeBlanksWhatIsSettledAndOld()
     {
-        Shop shop(NewFile(), 9999);
+        Shop shop(NewFile(), 9999, 9000);
+        QElapsedTimer timer;
+        timer.start();
         shop.Post(QStringList(9000, u"text"_s));
+        const qint64 acceptedIn = timer.restart();
+        QVERIFY(shop.Post(QStringList(9000, u"text"_s)).endsWith(u" waiting; 999"_s) && timer.elapsed() < acceptedIn);
+        QVERIFY(shop.queue.TakeNext()); // the other 8999 wait for it, and cost nothing
+        timer.restart();
+        for (int time = 0; time < 100; ++time)
+            QVERIFY(!shop.queue.TakeNext() && shop.queue.UntilNext(1h) == 1h);
+        QVERIFY(timer.elapsed() < acceptedIn);
+        QVERIFY(shop.Post(QStringList(10'001, u"text"_s)).endsWith(u"More than 10000 messages at once; 999"_s));
         shop.database.Write([](SQLite::Database &connection) {
             Query(connection, "UPDATE messages SET state = id % 8, changed = changed + (id > 8992)").Run();
             Query(connection, "UPDATE messages SET id = 32767 WHERE id = 9000").Run();
         });
         shop.now += 86'400'001;
-        QVERIFY(shop.lookup.Purge(1) == 2248 && shop.lookup.Purge(1) == 0);
+        QVERIFY(shop.lookup.Purge(1) == 6744 && shop.lookup.Purge(1) == 0);
         for (const MessageLine &message : shop.lookup.List({}, u"ann"_s, 9999)) {
-            const bool isPurged = message.id <= 8992 && (message.id % 8 == 5 || message.id % 8 == 6);
+            const bool isPurged = message.id <= 8992 && message.id % 8 > 1;
             QCOMPARE((message.text + message.number + message.name).isEmpty(), isPurged);
         }
         QCOMPARE(shop.lookup.List(MessageState::Unsure, u"ann"_s, 3).constFirst().id, 8999);
@@ -351,7 +395,27 @@ private slots:
         QCOMPARE(shop.Post({u"text"_s}), u"1; 998"_s); // replies count from 1 again
     }
 
-    // Byte to change, its new value; -1 for one that is cut in the middle, -2 for text.
+    void aRestoredCopySendsNothingAgain()
+    {
+        const QString file = NewFile();
+        Shop shop(file, 9);
+        Shop empty(NewFile(), 9);
+        shop.Post({u"one"_s, u"two"_s, u"three"_s});
+        shop.TakeAll();
+        shop.queue.Settle(1, HandOverResult::Accepted, {});
+        shop.TakeAll();
+        QVERIFY(DeclareRestored(shop.database) == 2 && DeclareRestored(empty.database) == 0);
+        QCOMPARE(shop.TakeAll(), QString());
+        shop.lookup.Fail(3);
+        QCOMPARE(shop.Post({u"next"_s}), u"16994; 5"_s); // the failed one is not refunded
+        QVERIFY(empty.Post({u"next"_s}).startsWith(u"16991;"_s));
+        QCOMPARE(shop.lookup.List({}, {}, 9).constFirst().id, 1'000'004);
+        QCOMPARE(shop.lookup.List(MessageState::HandedOver, {}, 9).constFirst().id, 1);
+        QVERIFY(shop.SumsAgree() && Shop(file).database.Secret() != shop.database.Secret());
+    }
+
+    // Byte to change, in all later pages too unless it is in the header, its new value; -1 for one that is cut in the
+    // middle, -2 for text.
     TABLE_TEST(filesThatAreNotOpened, (int at, char value, const QString &reason),
                {"text", -2, 'x', u"it is no database, or damaged"_s}, {"cut", -1, 0, u"the database is damaged"_s},
                {"another program's", 71, 9, u"it is a database of another program"_s},
@@ -362,14 +426,24 @@ private slots:
         Shop(file, 500).Post(QStringList(400, u"A text that takes some room"_s));
         QByteArray bytes = ReadBytes(file);
         QVERIFY(bytes.size() > 80'000);
-        if (at >= 0)
-            bytes[at] = value;
-        else
+        for (qsizetype page = at; at >= 0 && page < (at < 100 ? 100 : bytes.size()); page += 4096)
+            bytes[page] = value;
+        if (at < 0)
             bytes = at == -1 ? bytes.first(bytes.size() / 2) : QByteArray(9000, value);
         QVERIFY(WriteBytes(file, bytes));
-        const QString raised = Raised([&] { const Database database(file); });
+        const QString raised = Raised([&] { Database(file).Check(); });
         QVERIFY2(raised.startsWith(u"5 Corvane.Gateway: %1: %2"_s.arg(file, reason)), qPrintable(raised));
+        if (at > 100) { // which is not looked for at every start
+            const QString told = Shop(file).Post({u"text"_s});
+            QVERIFY2(told.contains(u"damaged"_s), qPrintable(told));
+            QCOMPARE(Raised([&] { Database(file).HoldForService(); }), QString());
+            QVERIFY(WriteBytes(file + u"-wal"_s, "left"));
+            QVERIFY(Raised([&] { Database(file).HoldForService(); }).contains(reason));
+        }
         QCOMPARE(ReadBytes(file), bytes);
+        const QString raisedForNone = Raised([&] { Database(file + u"x"_s, Database::Opening::Existing); });
+        QCOMPARE(raisedForNone, u"5 Corvane.Gateway: There is no such database: %1x"_s.arg(file));
+        QVERIFY(!QFileInfo::exists(file + u'x'));
     }
 
     void aLockedDatabaseIsToldSoon()
@@ -392,6 +466,10 @@ private slots:
         for (const QString &answer : told)
             QCOMPARE(answer, u"The messages cannot be kept: the database is locked by another program; 9"_s);
         QCOMPARE(shop.Post({u"text"_s}), u"1; 8"_s);
+        other.Write([](SQLite::Database &at) { Query(at, "ALTER TABLE accounts RENAME TO hidden").Run(); });
+        shop.database.HoldForService();
+        QVERIFY(Raised([&] { other.HoldForService(); }).endsWith(u"another service works with this database"_s));
+        QVERIFY(!Raised([&] { shop.Post({}); }).isEmpty()); // rather than a balance of 0
     }
 
     TABLE_TEST(onAFullDiskNothingIsLost, (int kibibytesLeft), {"0", 0}, {"4", 4}, {"64", 64})
