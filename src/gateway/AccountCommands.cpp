@@ -20,7 +20,7 @@ QString Tr(const char *text)
 int Add(const CommandInput &input)
 {
     const auto perMinute = static_cast<int>(ServiceCommands::Number(input.options, u"per-minute"_s, 0, 100'000));
-    Database database(CommandOptions::DatabasePath(input.options));
+    Database database(CommandOptions::NewDatabasePath(input.options));
     Accounts(database).Add(input.arguments[0], input.readPassword(), input.options.value(u"sender"_s), perMinute);
     return 0;
 }

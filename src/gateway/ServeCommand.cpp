@@ -1,9 +1,12 @@
 #include "ServeCommand.h"
 
+#include "Accounts.h"
 #include "CommandOptions.h"
 #include "Database.h"
 #include "DatabaseStore.h"
 #include "EndSignal.h"
+#include "Error.h"
+#include "FileLock.h"
 #include "Gateway.h"
 #include "GatewayServer.h"
 #include "HandOver.h"
@@ -81,7 +84,7 @@ ServerSettings ReadServerSettings(const QCommandLineParser &options)
     return settings;
 }
 
-KannelEngine::Settings ReadEngineSettings(const QCommandLineParser &options, int reportPort)
+KannelEngine::Settings ReadEngineSettings(const QCommandLineParser &options)
 {
     const Place place = ReadPlace(options, u"kannel"_s, 13013);
     KannelEngine::Settings settings;
@@ -91,9 +94,21 @@ KannelEngine::Settings ReadEngineSettings(const QCommandLineParser &options, int
     if (!options.isSet(u"kannel-password-file"_s))
         ServiceCommands::Refuse(Tr("The password of Kannel's sendsms-user is wanted: --kannel-password-file FILE."));
     settings.password = FirstLine(options.value(u"kannel-password-file"_s));
+    if (settings.password.isEmpty())
+        ServiceCommands::Refuse(Tr("There is no password in \"%1\".").arg(options.value(u"kannel-password-file"_s)));
     settings.sender = options.value(u"sender"_s);
-    settings.reportBase = u"http://127.0.0.1:%1"_s.arg(reportPort);
+    Accounts::CheckSender(settings.sender);
     return settings;
+}
+
+void LockAlone(FileLock &lock, const QString &path)
+{
+    try {
+        lock.Acquire(path);
+    } catch (const Error &error) {
+        const bool isServed = error.Number() == ErrorNumber::kFileInUse;
+        ServiceCommands::Refuse(isServed ? Tr("%1 is served already.").arg(path) : error.Description());
+    }
 }
 
 int Serve(const CommandInput &input)
@@ -106,13 +121,20 @@ int Serve(const CommandInput &input)
     handOverOptions.senders = static_cast<int>(ServiceCommands::Number(options, u"senders"_s, 1, 64));
     const qint64 queueLimit = ServiceCommands::Number(options, u"queue-limit"_s, 1, 100'000'000);
 
-    Database database(CommandOptions::DatabasePath(options));
+    KannelEngine::Settings engineSettings = ReadEngineSettings(options);
+
+    const QString path = CommandOptions::NewDatabasePath(options);
+    FileLock lock;
+    Database database(path);
+    // A second service would take what this one hands over for interrupted. The commands do not need the lock.
+    LockAlone(lock, path);
     MessageQueue queue(database);
     const ReportTag tag(database.Secret());
     // From the first message on, reports find someone who hears them; to the last one, the senders theirs.
     ReportListener reports(queue, tag, Log);
     reports.Start(reportPort);
-    KannelEngine engine(ReadEngineSettings(options, reports.Port()), tag);
+    engineSettings.reportBase = u"http://127.0.0.1:%1"_s.arg(reports.Port());
+    KannelEngine engine(std::move(engineSettings), tag);
     HandOver handOver(queue, engine, Log, handOverOptions);
     DatabaseStore store(database, queueLimit, [&handOver] { handOver.Wake(); });
     LogOnGuard guard(store);

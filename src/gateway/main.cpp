@@ -21,7 +21,8 @@ namespace {
 
 int Fail(const QString &reason, int exitCode)
 {
-    std::fprintf(stderr, "brevio-gateway: %s\n", reason.toLocal8Bit().constData());
+    const bool isSentence = reason.endsWith(u'.') || reason.endsWith(u'?');
+    std::fprintf(stderr, "brevio-gateway: %s%s\n", reason.toLocal8Bit().constData(), isSentence ? "" : ".");
     return exitCode;
 }
 
@@ -71,6 +72,6 @@ int main(int argc, char *argv[])
         out << options.answer;
         return 0;
     } catch (const Error &error) {
-        return Fail(QCoreApplication::translate("main", "%1 Try --help.").arg(error.Description()), 2);
+        return Fail(error.Description(), 2);
     }
 }

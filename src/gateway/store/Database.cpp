@@ -171,7 +171,7 @@ void Prepare(SQLite::Database &connection)
         throw Failure(u"it was written by a newer version of the gateway"_s);
     Query check(connection, "PRAGMA quick_check(1)");
     if (!check.Next() || check.Bytes(0) != "ok")
-        throw Failure(u"the database is damaged (%1)"_s.arg(check.Text(0)));
+        throw Failure(u"the database is damaged (%1)"_s.arg(check.Text(0).simplified()));
     connection.exec("PRAGMA journal_mode = WAL");
 }
 
