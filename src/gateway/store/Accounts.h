@@ -32,8 +32,8 @@ public:
     static void CheckSender(const QString &sender);
 
     /// A new account without messages. Users and passwords are what the protocol carries: 1 to 64 characters of
-    /// Windows-1252 without control characters, users without blanks at their ends. `perMinute` paces what is handed to the engine; 0
-    /// does not.
+    /// Windows-1252 without control characters, users without blanks at their ends. `perMinute` paces what is handed to
+    /// the engine; 0 does not.
     void Add(const QString &user, const QString &password, const QString &sender, int perMinute);
 
     void SetPassword(const QString &user, const QString &password);

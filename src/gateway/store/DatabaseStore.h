@@ -18,7 +18,8 @@ class DatabaseStore final : public MessageStore
 public:
     /// Refuses messages while `queueLimit` wait for the engine. `accepted` is called, from any thread, once new ones
     /// wait.
-    DatabaseStore(Database &database, qint64 queueLimit, std::function<void()> accepted = [] {});
+    DatabaseStore(
+        Database &database, qint64 queueLimit, std::function<void()> accepted = [] {});
 
     /// Raises number 5, source "Corvane.Gateway", when the database cannot be read.
     [[nodiscard]] bool Verify(const QString &user, const QString &password) override;

@@ -140,6 +140,12 @@ private slots:
             QVERIFY(service.engine.calls.size() >= 9 && service.engine.calls.size() <= 12);
             service.engine.most = 0;
         }
+        service.engine.result = HandOverResult::NoLine; // is no reason to leave it alone
+        const auto calls = [&service] {
+            const std::scoped_lock lock(service.engine.mutex);
+            return service.engine.calls.size();
+        };
+        QTRY_VERIFY(calls() > 90);
         service.engine.result = HandOverResult::Accepted;
         QTRY_COMPARE(service.States().count("handed-over"_L1), 40);
         QVERIFY(service.engine.most > 1);

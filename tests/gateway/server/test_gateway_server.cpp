@@ -246,8 +246,9 @@ private slots:
         QCOMPARE(idle.Hear(), "");
         QCOMPARE(Raised([&] { Served{{.certificatePath = pem, .keyPath = pem}}; }),
                  u"5 Corvane.Gateway: Cannot use \"%1\" for TLS: unsupported."_s.arg(pem));
-        QCOMPARE(Raised([&] { Served{{.port = served.port}}; }),
-                 u"5 Corvane.Gateway: Cannot listen on port %1 of 127.0.0.1: Address already in use."_s.arg(served.port));
+        QCOMPARE(
+            Raised([&] { Served{{.port = served.port}}; }),
+            u"5 Corvane.Gateway: Cannot listen on port %1 of 127.0.0.1: Address already in use."_s.arg(served.port));
     }
 
     /// Posts of user a with the right password, a wrong one (x) or the new one (n); r@ is from elsewhere, b another

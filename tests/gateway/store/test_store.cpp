@@ -17,7 +17,7 @@ namespace {
 // Does to message 1 what a word says.
 void Do(Shop &shop, const QString &word)
 {
-    static const QStringList results{u"accepted"_s, u"refused"_s, u"not-now"_s, u"unknown"_s};
+    static const QStringList results{u"accepted"_s, u"refused"_s, u"not-now"_s, u"no-line"_s, u"unknown"_s};
     static const QStringList reports{u"AT-OPERATOR"_s, u"BUFFERED"_s, u"DELIVERED"_s, u"NOT-DELIVERED"_s,
                                      u"REJECTED"_s};
     if (results.contains(word))
@@ -28,6 +28,8 @@ void Do(Shop &shop, const QString &word)
         QCOMPARE(shop.TakeAll(), u"1"_s);
     else if (word == u"restart")
         QCOMPARE(shop.queue.RecoverInterrupted(), 1);
+    else if (word == u"day")
+        shop.now += 86'400'000;
     else if (word == u"spend")
         shop.Post({u"a"_s, u"b"_s, u"c"_s}, u"447700900002"_s);
     else
@@ -147,7 +149,9 @@ private slots:
 
     // One message of three; what it came to and the balance, with "!" for each word that was refused.
     TABLE_TEST(whatBecomesOfAMessage, (const QString &words, const QString &end), u"take -> handing 2",
-               u"take refused -> failed 3", u"take not-now -> queued 2", u"take unknown -> unsure 2",
+               u"take refused -> failed 3", u"take not-now -> queued 2", u"take no-line -> queued 2",
+               u"take no-line day take not-now day take no-line -> failed 3",
+               u"take unknown retry take day no-line -> failed 2", u"take unknown -> unsure 2",
                u"take restart -> unsure 2", u"take accepted refused unknown not-now -> handed-over 2",
                u"DELIVERED -> queued 2", u"take accepted AT-OPERATOR BUFFERED AT-OPERATOR -> buffered 2",
                u"take AT-OPERATOR accepted -> at-operator 2",
