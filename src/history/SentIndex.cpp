@@ -159,6 +159,12 @@ bool Work(SQLite::Database &database)
 
 void Delete(SQLite::Database &database, const std::set<int64_t> &strings)
 {
+    // To take many out one by one takes longer than to index anew, bit by bit, what stays.
+    constexpr size_t kMany = 2'000;
+    if (strings.size() > kMany) {
+        database.exec("INSERT INTO string_index (string_index) VALUES ('delete-all')");
+        Note(database, "indexed_to", 0);
+    }
     const int64_t indexedTo = IndexedTo(database);
     SQLite::Statement forget(database, "INSERT INTO string_index (string_index, rowid, value) "
                                        "SELECT 'delete', id, value FROM string WHERE id = ?");

@@ -3,6 +3,8 @@
 #include "SentLog.h"
 #include "Settings.h"
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -31,8 +33,13 @@ void SentKeeping::SetOn(bool isOn)
 
 void SentKeeping::DeleteOld()
 {
+    DeleteOld(std::numeric_limits<int>::max());
+}
+
+void SentKeeping::DeleteOld(int most)
+{
     if (const int days = m_settings.Get(kSection, kDays).toInt(); days > 0)
-        m_log.DeleteOlderThan(days);
+        m_log.DeleteOlderThan(days, most);
 }
 
 std::optional<qint64> SentKeeping::Note(const QList<SentNote> &messages)
@@ -43,7 +50,9 @@ std::optional<qint64> SentKeeping::Note(const QList<SentNote> &messages)
 void SentKeeping::Settle(qint64 click, const QList<SentSettlement> &settlements)
 {
     m_log.Settle(click, settlements);
-    DeleteOld();
+    // The user waits for the outcome.
+    constexpr int kFew = 200;
+    DeleteOld(kFew);
 }
 
 QString SentKeeping::TakeNotice()

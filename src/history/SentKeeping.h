@@ -17,7 +17,7 @@ public:
     /// What was kept before stays either way.
     void SetOn(bool isOn);
 
-    /// Deletes what is older than the user wants. What goes wrong is for TakeNotice.
+    /// Deletes what is older than the user wants; each Settle deletes some of it. What goes wrong is for TakeNotice.
     void DeleteOld();
 
     [[nodiscard]] std::optional<qint64> Note(const QList<SentNote> &messages) override;
@@ -25,6 +25,8 @@ public:
     [[nodiscard]] QString TakeNotice() override;
 
 private:
+    void DeleteOld(int most);
+
     SentLog &m_log;
     Settings &m_settings;
 };

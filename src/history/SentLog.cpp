@@ -12,6 +12,7 @@
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -124,22 +125,38 @@ std::optional<qint64> SentLog::Note(const QList<SentNote> &messages)
     const qint64 now = m_clock.Now().toMSecsSinceEpoch();
     if (!Try([&](SQLite::Database &database) { click = NoteAll(database, messages, now); }))
         return std::nullopt;
+    m_clicks.append({click, m_file.Generation(), now, messages, {}});
     return click;
 }
 
 void SentLog::Settle(qint64 click, const QList<SentSettlement> &settlements)
 {
-    m_pending.append({click, settlements});
+    const auto noted = std::find_if(m_clicks.begin(), m_clicks.end(), [click](const Click &one) {
+        return one.number == click && one.settlements.isEmpty();
+    });
+    if (noted != m_clicks.end())
+        noted->settlements = settlements;
     RetrySettling();
+}
+
+void SentLog::SettleNow(SQLite::Database &database, const Click &click) const
+{
+    // The file in which it was noted may have been found damaged since.
+    const bool isOtherFile = m_file.Generation() != click.generation;
+    const qint64 number = isOtherFile ? NoteAll(database, click.messages, click.sentAt) : click.number;
+    SettleAll(database, number, click.settlements);
 }
 
 void SentLog::RetrySettling()
 {
-    while (!m_pending.isEmpty()) {
-        const Settlement &next = m_pending.first();
-        if (!Try([&next](SQLite::Database &database) { SettleAll(database, next.click, next.messages); }))
+    for (auto click = m_clicks.begin(); click != m_clicks.end();) {
+        if (click->settlements.isEmpty()) {
+            ++click;
+            continue;
+        }
+        if (!Try([this, click](SQLite::Database &database) { SettleNow(database, *click); }))
             return;
-        m_pending.removeFirst();
+        click = m_clicks.erase(click);
     }
 }
 
@@ -164,16 +181,35 @@ bool SentLog::Try(const SentFile::Work &work)
     return true;
 }
 
-void SentLog::DeleteOlderThan(int days)
+void SentLog::DeleteOlderThan(int days, int most)
 {
-    const qint64 oldest = m_clock.Now().addDays(-days).toMSecsSinceEpoch();
-    // Messages are in the order in which they were sent, so that this looks at one that is kept and at no more.
-    Try([oldest](SQLite::Database &database) {
-        DeleteWhere(database,
-                    "id < ifnull((SELECT id FROM message WHERE sent_at >= ? ORDER BY id LIMIT 1)," +
-                        std::to_string(INT64_MAX) + ')',
-                    1, [oldest](qsizetype) { return oldest; });
+    const QDateTime now = m_clock.Now();
+    const auto inMs = [](const QDateTime &time) { return std::to_string(time.toMSecsSinceEpoch()); };
+    // Messages are in the order in which they were sent, so that this looks at one that is kept and at no more; at more
+    // where the clock stood ahead once.
+    const std::string firstKept = "SELECT id FROM message WHERE sent_at BETWEEN " + inMs(now.addDays(-days)) + " AND " +
+                                  inMs(now) + " ORDER BY id LIMIT 1";
+    const std::string old = "id IN (SELECT id FROM message WHERE id < ifnull((" + firstKept + "), " +
+                            std::to_string(INT64_MAX) + ") ORDER BY id LIMIT ?)";
+    Try([&old, most](SQLite::Database &database) {
+        DeleteWhere(database, old, 1, [most](qsizetype) { return most; });
     });
+}
+
+QStringList SentLog::TextsBeside(qint64 id)
+{
+    QStringList texts;
+    m_file.Run([&texts, id](SQLite::Database &database) {
+        texts.clear();
+        // The parts of a text follow one another, and no text has more of them.
+        SQLite::Statement read(database, "SELECT t.value FROM message one JOIN message m ON m.click = one.click AND "
+                                         "m.number = one.number AND m.id BETWEEN one.id - 8 AND one.id + 8 "
+                                         "JOIN string t ON t.id = m.text WHERE one.id = ? ORDER BY m.id");
+        read.bind(1, static_cast<int64_t>(id));
+        while (read.executeStep())
+            texts += QString::fromUtf8(read.getColumn(0).getText());
+    });
+    return texts;
 }
 
 void SentLog::Delete(const QList<qint64> &ids)
@@ -186,5 +222,5 @@ void SentLog::Delete(const QList<qint64> &ids)
 void SentLog::Clear()
 {
     m_file.Remove();
-    m_pending.clear();
+    m_clicks.clear();
 }

@@ -66,7 +66,8 @@ Reply LogonFailure(QStringView text)
     reply.reason = reason && !reason->trimmed().isEmpty()
                        ? reason->toString()
                        : QCoreApplication::translate("SendingSMS", "Error %1").arg(reply.code);
-    reply.isRefused = text.contains("<LOGON>"_L1) || text.contains("<ERR>"_L1);
+    // Cut within an element, it may have been any answer.
+    reply.isRefused = Element(text, "LOGON"_L1) || Element(text, "ERR"_L1);
     return reply;
 }
 

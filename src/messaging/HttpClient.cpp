@@ -334,8 +334,9 @@ RequestLeft HttpClient::Transfer::Left() const
     // went out that it could not send as a whole, its counters do not tell.
     if (!isConnected)
         return RequestLeft::Nothing;
-    // A proxy that asks for a password, whichever of a row of them, passes nothing on.
-    if (request.proxy && status.startsWith("407"))
+    // A proxy that asks for a password, whichever of a row of them, passes nothing on. Within a tunnel it is the server
+    // that answers.
+    if (request.proxy && !request.tls && status.startsWith("407"))
         return RequestLeft::Nothing;
     curl_off_t sent = 0;
     curl_easy_getinfo(easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent);

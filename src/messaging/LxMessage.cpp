@@ -22,6 +22,9 @@ constexpr std::array<bool, 256> MakeAllowedTable()
 
 constexpr std::array<bool, 256> kIsAllowed = MakeAllowedTable();
 
+constexpr qsizetype kPartLength = 160;
+constexpr auto kContinuation = ".."_L1;
+
 } // namespace
 
 bool LxMessage::IsAllowed(QChar c)
@@ -54,8 +57,6 @@ LxMessage::CleanedText LxMessage::RemoveInvalidChars(const QString &text)
 
 QStringList LxMessage::MessageParts() const
 {
-    constexpr qsizetype kPartLength = 160;
-    constexpr auto kContinuation = ".."_L1;
     constexpr qsizetype kCut = kPartLength - kContinuation.size();
     QStringList parts;
     QString rest = m_text;
@@ -64,4 +65,19 @@ QStringList LxMessage::MessageParts() const
         rest = kContinuation + rest.sliced(kCut);
     }
     return parts << rest;
+}
+
+QString LxMessage::JoinParts(const QStringList &parts, const QString &part)
+{
+    const auto isCutAfter = [&parts](qsizetype i) {
+        return i >= 0 && i + 1 < parts.size() && parts[i].size() == kPartLength && parts[i].endsWith(kContinuation) &&
+               parts[i + 1].startsWith(kContinuation);
+    };
+    qsizetype i = parts.indexOf(part);
+    while (isCutAfter(i - 1))
+        --i;
+    QString whole = parts.value(i, part);
+    for (; isCutAfter(i); ++i)
+        whole = whole.chopped(kContinuation.size()) + parts[i + 1].sliced(kContinuation.size());
+    return whole;
 }

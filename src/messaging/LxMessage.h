@@ -33,6 +33,10 @@ public:
     /// ".." where the text was cut. An empty text is one empty part.
     [[nodiscard]] QStringList MessageParts() const;
 
+    /// The text that `part` was cut from: what of it stands side by side in `parts`, in order; `part` itself where
+    /// nothing was cut.
+    [[nodiscard]] static QString JoinParts(const QStringList &parts, const QString &part);
+
 private:
     QString m_text;
 };

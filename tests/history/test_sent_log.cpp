@@ -1,6 +1,7 @@
 #include "Fakes.h"
 #include "FileSizeLimit.h"
 #include "Files.h"
+#include "Raised.h"
 #include "Rows.h"
 #include "SentList.h"
 #include "SentLog.h"
@@ -10,6 +11,7 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <sqlite3.h>
 #include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
@@ -143,6 +145,14 @@ private slots:
         QCOMPARE(ReadBytes(m_path + u".2.bad"_s).sliced(100), bytes.sliced(100)); // opening writes before that
     }
 
+    void whatIsOnItsWayIsKeptWhenTheFileIsDamagedMeanwhile()
+    {
+        const auto click = m_log->Note({{u"1"_s, {}, u"a"_s}, {u"2"_s, {}, u"b"_s}});
+        (void)Raised([this] { m_log->File().Run([](auto &) { throw SQLite::Exception("damaged", SQLITE_CORRUPT); }); });
+        m_log->Settle(*click, {{Sent}, {Refused, u"No"_s}});
+        QCOMPARE(Printed(), QStringList({u"2 1 |2|b|No 2 0"_s, u"1 1 |1|a| 1 0"_s}));
+    }
+
     // Before the texts are in the index, and afterwards.
     TABLE_TEST(findsAnyPart, (const QString &text, const QString &ids), {u" -> 5 4 3 2 1"}, {u"émil -> 1"},
                {u"ÉMILE Z -> 1"}, {u"Ü -> 1"}, {u"SEE you -> 2 1"}, {u"bob -> 5 2"}, {u"8512 -> 2"}, {u"% -> 4 2 1"},
@@ -176,7 +186,10 @@ private slots:
     void growsAndTakesInWhatChanges()
     {
         constexpr int kMany = 2'500;
-        const auto click = m_log->Note(QList<SentNote>(kMany, {u"1"_s, u"Zoe"_s, u"New"_s}));
+        QList<SentNote> notes;
+        for (int i = 0; i < kMany; ++i)
+            notes.append({u"1"_s, u"Zoe"_s, u"%1 New"_s.arg(i)});
+        const auto click = m_log->Note(notes);
         m_list->SortBy(SentColumn::Name, Qt::AscendingOrder);
         QVERIFY(m_list->Advance(0ms) && m_list->Count() == 1'000 && m_list->Total() == kMany + 5);
         QVERIFY(!m_list->IsSettled());
@@ -188,12 +201,17 @@ private slots:
         QVERIFY(Printed().first().contains(u"Newest"_s) && Printed().last().contains(u"Late"_s));
         m_list->SortBy(SentColumn::Reason, Qt::DescendingOrder);
         QVERIFY(Printed().at(2).contains(u"Late"_s));
-        for (const int days : {9, 8}) {
-            m_log->DeleteOlderThan(days);
+        // A clock that once stood far ahead keeps nothing for ever, and what goes, goes in the order of its age.
+        m_log->File().Run(
+            [](SQLite::Database &file) { file.exec("UPDATE message SET sent_at = 1 << 50 WHERE id = 2"); });
+        for (const auto &[days, most, left] : {std::tuple(9, INT_MAX, kMany + 6), {8, 3, kMany + 3}, {8, INT_MAX, 1}}) {
+            m_log->DeleteOlderThan(days, most);
             m_list->Refresh();
-            QCOMPARE(Printed().size(), days == 9 ? kMany + 6 : 1);
+            QCOMPARE(Printed().size(), left);
         }
-        QVERIFY(!ReadBytes(m_path).contains("Straße"));
+        QVERIFY(!ReadBytes(m_path).contains("Straße") && !ReadBytes(m_path).contains("1234 New"));
+        m_list->Find(u"west"_s);
+        QCOMPARE(Ids(), QString::number(kMany + 6));
     }
 
     // From the bytes of the file too, but for what other messages have.

@@ -36,6 +36,7 @@ const auto kOtherName = kNotValid + u"no alternative certificate subject name ma
 const auto kGateway = u"gateway"_s;
 const auto k307 = "HTTP/1.1 100 Go on\r\n\r\nHTTP/1.1 307 No\r\nLocation: /b\r\n\r\n"_ba;
 const auto k407 = "HTTP/1.1 407 Who?\r\nProxy-Authenticate: Basic realm=\"x\"\r\n\r\n"_ba;
+const auto kAnswered407 = u"Failed: The server answered: 407 Who?"_s;
 const auto kAsksForPassword = u"Failed: The proxy asks for a password, which is not supported: 407 Who?"_s;
 const Script kResetTunnel{.then = Then::Reset, .after = 1 << 20, .proxySays = kHeader, .certificate = kGateway};
 const auto kNoTunnel = u"Failed: The proxy does not connect to 127.0.0.1: 403 No"_s;
@@ -193,7 +194,8 @@ private slots:
         {"tunnel 407", {.pieces = {k407}, .proxySays = ""}, kAsksForPassword, Nothing},
         {"tunnel 403", {.pieces = {"HTTP/1.1 403 No\r\n\r\n"}, .proxySays = ""}, kNoTunnel, Nothing},
         {"tunnel, reset in the body", kResetTunnel, kBroken, Partly},
-        {"tunnel to 413", {.pieces = {k413}, .proxySays = kHeader, .certificate = kGateway}, kAnswered413, Whole})
+        {"tunnel to 413", {.pieces = {k413}, .proxySays = kHeader, .certificate = kGateway}, kAnswered413, Whole},
+        {"tunnel to 407", {.pieces = {k407}, .proxySays = kHeader, .certificate = kGateway}, kAnswered407, Whole})
     {
         ScriptedPeer peer(script);
         if (script.proxySays)

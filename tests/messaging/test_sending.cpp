@@ -118,6 +118,10 @@ private slots:
             got += QString::number(part.size());
         QCOMPARE(got.join(u' '), lengths);
         QCOMPARE(message.MessageParts().join(u'|').remove(u"..|.."_s), text);
+        for (const QString &part : message.MessageParts())
+            QCOMPARE(
+                LxMessage::JoinParts(QStringList{u"before"_s} + message.MessageParts() + message.MessageParts(), part),
+                text);
     }
 
     // A name in brackets stands for a whole element; the result tells what is not as in an empty reply.
@@ -151,6 +155,7 @@ private slots:
                {"a refusal", ScriptedPeer::Ok("<ERR>6</ERR><REASON>No</REASON><BAL>0</BAL>"),
                 u"refused -1: No RRRRRR"_s},
                {"a page", ScriptedPeer::Ok("<html>Sorry</html>"), u"refused -1: Error 5 ??????"_s},
+               {"cut in the answer", "HTTP/1.1 200 OK\r\n\r\n<LOGON>OK</LOGO", u"refused -1: Error 5 ??????"_s},
                {"nothing", ScriptedPeer::Ok(""), u"refused -1: Response is empty ??????"_s},
                {"no reply", QByteArray(), u"failed -1: The connection was closed without a reply ??????"_s})
     {

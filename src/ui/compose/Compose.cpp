@@ -12,6 +12,7 @@
 #include "SelectAllOnFocus.h"
 #include "SendResults.h"
 #include "SentList.h"
+#include "SentLog.h"
 #include "SentMessages.h"
 #include "SentNotes.h"
 #include "Settings.h"
@@ -40,6 +41,16 @@ QString MayHaveBeenTaken(const SendingSMS::SendOutcome &outcome)
             ? Compose::tr("The whole request had gone out by then, so the gateway may have taken the message.")
             : Compose::tr("Some of the request had gone out by then, so the gateway may have taken the message.");
     return "\r\n\r\n"_L1 + warning;
+}
+
+/// What the status says beside the outcome when nobody can know what became of the message. Where some of it went out,
+/// the window of the results tells.
+QString WhatIsNotKnown(const SendingSMS::SendOutcome &outcome)
+{
+    using enum SendingSMS::SendStatus;
+    if (outcome.status == Sent || outcome.status == SomeFailed || !SendingSMS::HasUnknown(outcome.requests))
+        return {};
+    return outcome.isNoted ? Compose::tr(", see Sent Messages") : Compose::tr("; the gateway may have taken it");
 }
 
 } // namespace
@@ -304,19 +315,16 @@ void Compose::TellFailure(const SendingSMS::SendOutcome &outcome, QWidget *owner
 void Compose::ShowOutcome(const SendingSMS::SendOutcome &outcome)
 {
     const bool isSent = outcome.status == SendingSMS::SendStatus::Sent;
-    if (isSent)
+    if (isSent && !SendingSMS::HasUnknown(outcome.requests))
         m_sentText = m_message.Text();
+    QString status = isSent ? tr("Message sent") : tr("Message failed");
     if (outcome.balance >= 0)
-        SetStatus((isSent ? tr("Message sent. %1 messages remaining") : tr("Message failed. %1 messages remaining"))
-                      .arg(outcome.balance));
-    else if (isSent)
-        SetStatus(tr("Message sent"));
-    else if (outcome.isNoted && SendingSMS::HasUnknown(outcome.requests))
-        SetStatus(tr("Message failed, see Sent Messages"));
-    else
-        SetStatus(tr("Message failed"));
+        status = (isSent ? tr("Message sent. %1 messages remaining") : tr("Message failed. %1 messages remaining"))
+                     .arg(outcome.balance);
+    status += WhatIsNotKnown(outcome);
     if (const QString notice = m_services.gateway.notes.TakeNotice(); !notice.isEmpty())
-        SetStatus(m_ui->StatusBar->currentMessage() + "; "_L1 + notice);
+        status += "; "_L1 + notice;
+    SetStatus(status);
 }
 
 LxMessageRequests Compose::SendAgain(const LxMessageRequests &failed, QWidget *owner)
@@ -362,7 +370,15 @@ void Compose::ShowAccount()
 void Compose::ShowSentMessages()
 {
     StoreDraft();
-    const auto writeAgain = [this](const SentMessage &message, QWidget *owner) { return WriteAgain(message, owner); };
+    const auto writeAgain = [this](SentMessage message, QWidget *owner) {
+        try {
+            message.text = LxMessage::JoinParts(m_services.sentLog.TextsBeside(message.id), message.text);
+        } catch (const Error &error) {
+            TellProblem(error.Description(), {}, owner);
+            return false;
+        }
+        return WriteAgain(message, owner);
+    };
     SentMessages(m_services.window, m_services.sentLog, writeAgain, this).exec();
 }
 

@@ -231,7 +231,8 @@ std::optional<QString> SentMessages::Printed(const std::vector<int> &rows, QStri
 void SentMessages::Copy()
 {
     const auto text = Printed(m_ui->lvwSentMessages->SelectedRows(), &PlainLine);
-    if (text)
+    // What could not be read would be blank lines; the status tells why.
+    if (text && m_rows->Problem().isEmpty())
         QApplication::clipboard()->setText(*text);
 }
 

@@ -48,7 +48,8 @@ class TestCompose final : public QObject
             return Status() + u' ' + QString::number(peer.Posts());
         }
 
-        ScriptedPeer peer{{.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON><BAL>57</BAL>")}}};
+        ScriptedPeer peer{
+            {.pieces = {ScriptedPeer::Ok("<LOGON>OK</LOGON><MSG><STATUS>OK</STATUS></MSG><BAL>57</BAL>")}}};
         const Compose::Services composeServices{services, gateway, sentLog, phoneBook};
         Compose compose{composeServices};
         QList<LxContactPtr> contacts;
@@ -267,17 +268,21 @@ private slots:
                (const QString &to, const QString &text, const QString &number, const QString &answer),
                {"a pick", u"Ann"_s, {}, u"+447700900123"_s, {}}, {"a stranger", u"+1999"_s, {}, u"+1999"_s, {}},
                {"what was sent last", {}, u"sent"_s, u"+447700900123"_s, {}},
-               {"the same text", {}, u"Old\ntext"_s, u"+447700900123"_s, {}},
+               {"the same text", {}, u"old"_s, u"+447700900123"_s, {}},
                {"a draft, kept", u"Ann"_s, u"Draft"_s, u"+1999"_s, u"No"_s},
                {"a draft, replaced", u"Ann"_s, u"Draft"_s, u"+447700900123"_s, u"Yes"_s},
                {"a typed recipient", u"0555"_s, {}, u"+1999"_s, u"No"_s})
     {
         Fixture f;
-        QVERIFY(f.sentLog.Note({{number, u"John Smith"_s, u"Old\r\ntext"_s}}));
+        const QString old = u"Old\ntext"_s.repeated(20);
+        LxMessage message;
+        message.SetText(QString(old).replace(u'\n', u"\r\n"_s));
+        const QStringList parts = message.MessageParts();
+        QVERIFY(f.sentLog.Note({{number, u"John Smith"_s, parts[0]}, {number, u"John Smith"_s, parts[1]}}));
         if (text == u"sent")
             f.Send(u"Johnny"_s);
         else
-            f.text.setPlainText(text);
+            f.text.setPlainText(text == u"old" ? old : text);
         f.to.setEditText(to);
         const QString before = f.text.toPlainText();
         if (!answer.isEmpty())
@@ -290,7 +295,7 @@ private slots:
         Control<QAction>(f.compose, "mnuSentMessages").trigger();
         const bool isKept = answer == u"No";
         const QString name = number == u"+1999" ? number : u"John Smith"_s;
-        QCOMPARE(f.to.currentText() + f.text.toPlainText(), isKept ? to + before : name + u"Old\ntext"_s);
+        QCOMPARE(f.to.currentText() + f.text.toPlainText(), isKept ? to + before : name + old);
         if (name == u"John Smith")
             QCOMPARE(f.to.SelectedID(), f.contacts[1]->ContactID());
         f.text.undo();
