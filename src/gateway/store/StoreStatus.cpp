@@ -9,9 +9,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-std::optional<qint64> TimeOf(SQLite::Database &connection, const char *sql)
+template <typename... Values>
+std::optional<qint64> TimeOf(SQLite::Database &connection, const char *sql, const Values &...values)
 {
-    Query query(connection, sql);
+    Query query(connection, sql, values...);
     return query.Next() && !query.IsNull(0) ? std::optional(query.Number(0)) : std::nullopt;
 }
 
@@ -32,7 +33,9 @@ StoreStatus ReadStatus(Database &database, std::chrono::milliseconds patience)
             status.oldestQueued = std::max(0ms, std::chrono::milliseconds(now - *queued));
         status.lastReport = TimeOf(connection, "SELECT max(changed) FROM messages WHERE state IN (3, 4, 5)");
         const auto handing = TimeOf(connection, "SELECT min(changed) FROM messages WHERE state = 1");
-        const auto taken = TimeOf(connection, "SELECT max(changed) FROM messages WHERE state IN (2, 3, 4, 5)");
+        // What came before the clock was set back seems to be yet to come, and says nothing.
+        const auto taken =
+            TimeOf(connection, "SELECT max(changed) FROM messages WHERE state IN (2, 3, 4, 5) AND changed <= ?1", now);
         status.isStuck = (isLongAgo(queued) || isLongAgo(handing)) && (!taken || isLongAgo(taken));
     });
     return status;

@@ -235,20 +235,23 @@ private slots:
     {
         Shop shop(NewFile(), 9);
         QString told;
-        for (const QString &step : {u"post"_s, u"wait"_s, u"take"_s, u"wait"_s, u"post"_s, u"wait"_s, u"settle"_s}) {
+        for (const QString &step : {u"post"_s, u"wait"_s, u"take"_s, u"wait"_s, u"post"_s, u"wait"_s, u"settle"_s,
+                                    u"back"_s, u"post"_s, u"wait"_s, u"forth"_s}) {
             if (step == u"wait")
                 shop.now += 901'000;
+            else if (step == u"back" || step == u"forth") // the clock is set
+                shop.now += step == u"back" ? -9'000'000 : 8'099'000;
             else if (step == u"settle")
                 shop.queue.Settle(1, HandOverResult::Accepted, {});
             else
                 step == u"post" ? shop.Post({u"text"_s}) : shop.TakeAll();
             told += ReadStatus(shop.database, 15min).isStuck ? u'!' : u'.';
         }
-        QCOMPARE(told, u".!.!!!."_s);
+        QCOMPARE(told, u".!.!!!...!."_s);
         QVERIFY(!ReadStatus(shop.database, 15min).lastReport);
         shop.queue.Report(1, DeliveryReport::AtOperator);
         const StoreStatus status = ReadStatus(shop.database, 15min);
-        QVERIFY(status.lastReport == shop.now && status.oldestQueued == 901s && status.counts[3] == 1);
+        QVERIFY(status.lastReport == shop.now && status.oldestQueued == 9000s && status.counts[3] == 1);
     }
 
     void purgeBlanksWhatIsSettledAndOld()
