@@ -99,6 +99,7 @@ private slots:
         }
         QVERIFY(times[u"nobody"_s] > times[u"ann"_s] / 4 && times[u"gone"_s] > times[u"ann"_s] / 4);
         QVERIFY(Shop(file).database.Secret() == shop.database.Secret());
+        QVERIFY(Shop(NewFile()).database.Secret() != shop.database.Secret());
     }
 
     void accountsKeepTheirRules()
