@@ -261,7 +261,7 @@ private slots:
         shop.Post(QStringList(9000, u"text"_s));
         shop.database.Write([](SQLite::Database &connection) {
             Query(connection, "UPDATE messages SET state = id % 8, changed = changed + (id > 8992)").Run();
-            Query(connection, "UPDATE messages SET id = 32767 WHERE id = 9000").Run();
+            Query(connection, "UPDATE messages SET id = 32766 WHERE id = 9000").Run();
         });
         shop.now += 86'400'001;
         QVERIFY(shop.lookup.Purge(1) == 2248 && shop.lookup.Purge(1) == 0);
@@ -272,7 +272,7 @@ private slots:
         QCOMPARE(shop.lookup.List(MessageState::Unsure, u"ann"_s, 3).constFirst().id, 8999);
         QVERIFY(shop.lookup.List({}, u"bob"_s, 9).isEmpty() && shop.SumsAgree());
         QVERIFY(!Raised([&] { shop.lookup.Retry(6); }).isEmpty());
-        QCOMPARE(shop.Post({u"text"_s}), u"1; 998"_s); // replies count from 1 again
+        QCOMPARE(shop.Post({u"one"_s, u"two"_s}), u"32767, 1; 997"_s); // replies count from 1 again
     }
 };
 
