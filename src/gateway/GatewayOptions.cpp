@@ -43,6 +43,14 @@ QString ParseRefusedNumber(const QString &value)
     return value;
 }
 
+/// What stands before the first option, where a command would.
+QString FirstWords(const QStringList &arguments)
+{
+    const auto end = std::find_if(arguments.cbegin(), arguments.cend(),
+                                  [](const QString &argument) { return argument.startsWith(u'-'); });
+    return QStringList(arguments.cbegin(), end).join(u' ');
+}
+
 } // namespace
 
 GatewayOptions GatewayOptions::Parse(const QStringList &arguments, const QString &helpOnCommands)
@@ -60,6 +68,8 @@ GatewayOptions GatewayOptions::Parse(const QStringList &arguments, const QString
     const QCommandLineOption outbox(u"outbox"_s, tr("Append a line of JSON to this file for each accepted message."),
                                     u"FILE"_s);
     parser.addOptions({help, version, port, account, fail, outbox});
+    if (const QString command = FirstWords(arguments.sliced(1)); !command.isEmpty())
+        ServiceCommands::Refuse(tr("There is no command \"%1\".").arg(command));
     if (!parser.parse(arguments))
         ServiceCommands::Refuse(parser.errorText());
     if (!parser.positionalArguments().isEmpty())

@@ -54,13 +54,13 @@ QByteArray AsJson(const MessageLine &line)
 QString AsLine(const MessageLine &line)
 {
     const QString refunded = line.isRefunded ? Tr(" (refunded)") : QString();
-    const QString note = line.note.isEmpty() ? QString() : u"  ["_s + line.note + u']';
+    const QString note = line.note.isEmpty() ? QString() : u"  ["_s + line.note.simplified() + u']';
     return u"%1  %2  %3  %4  %5  %6"_s.arg(line.id, 6)
                .arg(Time(line.accepted))
                .arg(WordOf(line.state) + refunded, -11)
                .arg(line.user, line.number, line.text)
                .simplified() +
-           note.simplified();
+           note;
 }
 
 int List(const CommandInput &input)

@@ -1,9 +1,11 @@
 #include "ServeCommand.h"
 
+#include "Accounts.h"
 #include "CommandOptions.h"
 #include "Database.h"
 #include "DatabaseStore.h"
 #include "EndSignal.h"
+#include "Error.h"
 #include "Gateway.h"
 #include "GatewayServer.h"
 #include "HandOver.h"
@@ -99,7 +101,10 @@ KannelEngine::Settings ReadEngineSettings(const QCommandLineParser &options)
     if (!options.isSet(u"kannel-password-file"_s))
         ServiceCommands::Refuse(Tr("The password of Kannel's sendsms-user is wanted: --kannel-password-file FILE."));
     settings.password = FirstLine(options.value(u"kannel-password-file"_s));
+    if (settings.password.isEmpty())
+        ServiceCommands::GiveUp(Tr("There is no password in \"%1\".").arg(options.value(u"kannel-password-file"_s)));
     settings.sender = options.value(u"sender"_s);
+    Accounts::CheckSender(settings.sender);
     return settings;
 }
 

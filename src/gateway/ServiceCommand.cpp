@@ -4,6 +4,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QRegularExpression>
 #include <QTextStream>
 
 #include <algorithm>
@@ -21,6 +22,17 @@ QString Tr(const char *text)
 QString Usage(const ServiceCommand &command)
 {
     return (command.words + command.arguments).join(u' ');
+}
+
+/// A number below 0 is no option. It is the last argument of the one command that takes it.
+QStringList WithNumbersLast(QStringList arguments)
+{
+    static const QRegularExpression belowZero(u"\\A-[0-9]+\\z"_s);
+    const QStringList numbers = arguments.filter(belowZero);
+    if (numbers.isEmpty() || arguments.contains("--"_L1))
+        return arguments;
+    arguments.removeIf([](const QString &argument) { return belowZero.match(argument).hasMatch(); });
+    return arguments + QStringList(u"--"_s) + numbers;
 }
 
 } // namespace
@@ -54,7 +66,7 @@ int Run(const ServiceCommand &command, const QStringList &arguments, QTextStream
         parser.addPositionalArgument(argument, {}, argument);
     // The words stand for the program's name.
     const QString name = u"brevio-gateway "_s + command.words.join(u' ');
-    if (!parser.parse(QStringList(name) + arguments.sliced(command.words.size())))
+    if (!parser.parse(QStringList(name) + WithNumbersLast(arguments.sliced(command.words.size()))))
         Refuse(parser.errorText());
     if (parser.isSet(u"help"_s)) {
         out << u"Usage: brevio-gateway %1 [options]\n%2\n"_s.arg(Usage(command), command.description);

@@ -1,12 +1,9 @@
-#include "Files.h"
 #include "GatewayProtocol.h"
+#include "GatewayService.h"
 #include "PlayOperator.h"
 
-#include <QElapsedTimer>
 #include <QJsonDocument>
-#include <QProcess>
 #include <QRandomGenerator>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
@@ -18,58 +15,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-quint16 FreePort()
-{
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
-    return server.serverPort();
-}
-
-/// The service on a scratch database.
-struct Service
-{
-    explicit Service(const QString &folder)
-        : database(folder + u"/gateway.db"_s)
-        , passwordFile(folder + u"/password"_s)
-    {
-        WriteBytes(passwordFile, "play-the-operator\n");
-    }
-    ~Service()
-    {
-        process->terminate();
-        process->waitForFinished();
-    }
-    /// How long it took to listen, in ms; -1 when it did not.
-    qint64 Start(int kannelPort)
-    {
-        QElapsedTimer clock;
-        clock.start();
-        process = std::make_unique<QProcess>();
-        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process->start(program, {u"serve"_s, u"--database"_s, database, u"--kannel-password-file"_s, passwordFile,
-                                 u"--listen"_s, u"127.0.0.1:%1"_s.arg(port), u"--report-port"_s,
-                                 QString::number(reportPort), u"--kannel"_s, u"127.0.0.1:%1"_s.arg(kannelPort)});
-        return process->waitForReadyRead(10'000) ? clock.elapsed() : -1;
-    }
-    /// What a command of the service prints.
-    [[nodiscard]] QByteArray Tell(const QStringList &command, const QByteArray &input = {}) const
-    {
-        QProcess teller;
-        teller.start(program, command + QStringList{u"--database"_s, database});
-        teller.write(input);
-        teller.closeWriteChannel();
-        teller.waitForFinished();
-        return teller.readAllStandardOutput() + teller.readAllStandardError();
-    }
-
-    const QString database;
-    const QString passwordFile;
-    const QString program = QStringLiteral(GATEWAY_PROGRAM);
-    const quint16 port = FreePort();
-    const quint16 reportPort = FreePort();
-    std::unique_ptr<QProcess> process = std::make_unique<QProcess>();
-};
 
 /// Posts as the desktop program does, from a few threads, and keeps the texts that were accepted.
 struct Posters
@@ -146,12 +91,12 @@ private slots:
         const QString scratch = folder + u"/operator"_s;
         const PlayOperator kannel(QStringLiteral(TOOLS), QStringLiteral(KANNEL_FOLDER), scratch);
         QVERIFY(kannel.Port() > 0);
-        Service service(folder);
+        GatewayService service(folder);
         QCOMPARE(service.Tell({u"account"_s, u"add"_s, u"ann"_s}, "secret\n"), "");
         QCOMPARE(
             service.Tell({u"account"_s, u"credit"_s, u"ann"_s, u"100000"_s, u"--by"_s, u"x"_s, u"--reason"_s, u"y"_s}),
             "ann has 100000 messages now.\n");
-        QVERIFY(service.Start(kannel.Port()) >= 0);
+        QVERIFY(service.Start(u"127.0.0.1:%1"_s.arg(kannel.Port())) >= 0);
 
         Posters posters(round);
         std::vector<std::thread> threads;
@@ -162,7 +107,7 @@ private slots:
         if (victim == u"gateway") {
             service.process->kill();
             service.process->waitForFinished();
-            startUp = service.Start(kannel.Port());
+            startUp = service.Start(u"127.0.0.1:%1"_s.arg(kannel.Port()));
         } else {
             kannel.Kill(victim);
         }

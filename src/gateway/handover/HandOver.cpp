@@ -17,6 +17,8 @@ QString WordOf(HandOverResult result)
         return u"refused"_s;
     case HandOverResult::NotNow:
         return u"not now"_s;
+    case HandOverResult::NoLine:
+        return u"no line"_s;
     case HandOverResult::Unknown:
         break;
     }
@@ -159,7 +161,8 @@ void HandOver::Settle(qint64 id, const Engine::Answer &answer)
 /// With the lock.
 void HandOver::NoteEngine(HandOverResult result, Turn turn)
 {
-    if (result == HandOverResult::Accepted || result == HandOverResult::Refused) {
+    // Without a line for one number there may be one for the next.
+    if (result == HandOverResult::Accepted || result == HandOverResult::Refused || result == HandOverResult::NoLine) {
         m_pause = std::chrono::milliseconds(0);
     } else if (m_pause.count() == 0 || turn == Turn::First) {
         // What other senders had under way when the pause began says nothing new.

@@ -70,10 +70,10 @@ Engine::Answer Judge(long status, const QByteArray &answer)
 {
     if (status == 202)
         return {HandOverResult::Accepted, {}};
-    const bool isRefusal =
-        (status == 400 && !answer.startsWith("Sender missing")) || (status == 403 && answer.startsWith("Not routable"));
-    if (isRefusal)
+    if (status == 400 && !answer.startsWith("Sender missing"))
         return {HandOverResult::Refused, NoteOf(status, answer)};
+    if (status == 403 && answer.startsWith("Not routable"))
+        return {HandOverResult::NoLine, NoteOf(status, answer)};
     const bool isNotTaken = (status >= 400 && status < 500) || status == 503;
     return {isNotTaken ? HandOverResult::NotNow : HandOverResult::Unknown, NoteOf(status, answer)};
 }

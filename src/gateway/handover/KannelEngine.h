@@ -8,11 +8,13 @@
 
 /// Hands messages to Kannel by its "sendsms" interface.
 ///
-/// What an answer means: 202 is Accepted, whether it is sent on at once or queued there. Refused are 400 ("…,
-/// rejected") and 403 "Not routable": Kannel will not take this message however often it is asked. All other 4xx are
-/// about the set-up (a wrong password is a 403 too, a wrong path a 404, no sender anywhere a 400), and so NotNow: a
-/// slip in the configuration must not fail and refund what could be sent once it is mended. NotNow is 503 as well, and
-/// whatever ends before a connection stands. From then on all but a whole answer of one of these kinds is Unknown.
+/// What an answer means: 202 is Accepted, whether it is sent on at once or queued there. Refused is 400 ("…,
+/// rejected"): Kannel will not take this message however often it is asked. 403 "Not routable" is NoLine: Kannel says
+/// so of a number that none of its lines is for, but also while its lines are stopped, or ended after a wrong password.
+/// All other 4xx are about the set-up (a wrong password is a 403 too, a wrong path a 404, no sender anywhere a 400),
+/// and so NotNow: a slip in the configuration must not fail and refund what could be sent once it is mended. NotNow is
+/// 503 as well, and whatever ends before a connection stands. From then on all but a whole answer of one of these kinds
+/// is Unknown.
 class KannelEngine final : public Engine
 {
 public:

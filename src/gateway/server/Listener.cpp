@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 
+#include <cerrno>
 #include <httplib.h>
 
 #include <fcntl.h>
@@ -48,13 +49,16 @@ Listener::Listener(const QString &address, quint16 port)
 {
     const std::string host = address.toStdString();
     int bound = port;
+    errno = 0;
     if (port == 0)
         bound = m_binding->bind_to_any_port(host);
     else if (!m_binding->bind_to_port(host, port))
         bound = -1;
     if (bound < 0 || ::listen(Socket(), kBacklog) != 0 || ::fcntl(Socket(), F_SETFL, O_NONBLOCK) != 0) {
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s,
-                    QCoreApplication::translate("Listener", "Cannot listen on port %1 of %2.").arg(port).arg(address));
+                    QCoreApplication::translate("Listener", "Cannot listen on port %1 of %2: %3.")
+                        .arg(port)
+                        .arg(address, errno != 0 ? qt_error_string(errno) : u"no such address"_s));
     }
     m_port = static_cast<quint16>(bound);
 }

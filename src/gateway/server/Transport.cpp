@@ -34,10 +34,11 @@ TlsContext::TlsContext(const QString &certificatePath, const QString &keyPath)
         return wrong.isEmpty();
     });
     if (!m_holder->is_valid()) {
-        const char *const reason = ERR_reason_error_string(ERR_get_error());
+        const auto error = ERR_get_error();
+        const char *const reason = ERR_reason_error_string(error);
         throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s,
                     QCoreApplication::translate("TlsContext", "Cannot use \"%1\" for TLS: %2.")
-                        .arg(wrong, QString::fromUtf8(reason ? reason : "unknown")));
+                        .arg(wrong, reason ? QString::fromUtf8(reason) : qt_error_string(ERR_GET_REASON(error))));
     }
 }
 

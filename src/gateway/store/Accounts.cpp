@@ -45,15 +45,20 @@ qint64 IdOf(SQLite::Database &connection, const QString &user)
 
 } // namespace
 
-void Accounts::Add(const QString &user, const QString &password, const QString &sender, int perMinute)
+void Accounts::CheckSender(const QString &sender)
 {
     static const QRegularExpression senders(u"\\A([A-Za-z0-9]{0,11}|[0-9]{12,15})\\z"_s);
+    if (!senders.match(sender).hasMatch())
+        throw Failure(u"A sender is up to 11 of A-Z, a-z and 0-9, or up to 15 digits"_s);
+}
+
+void Accounts::Add(const QString &user, const QString &password, const QString &sender, int perMinute)
+{
     if (!CanBeCarried(user) || user != user.trimmed())
         throw Failure(
             u"A user has 1 to 64 characters of Windows-1252, no control characters and no blanks at the ends"_s);
     CheckPassword(password);
-    if (!senders.match(sender).hasMatch())
-        throw Failure(u"A sender is up to 11 of A-Z, a-z and 0-9, or up to 15 digits"_s);
+    CheckSender(sender);
     if (perMinute < 0)
         throw Failure(u"There are no fewer than 0 messages a minute"_s);
     const QByteArray hash = PasswordHash::Make(password);

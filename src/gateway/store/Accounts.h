@@ -28,10 +28,12 @@ public:
     {
     }
 
+    /// A sender is up to 11 of A-Z, a-z and 0-9, or up to 15 digits, or empty for the engine's own.
+    static void CheckSender(const QString &sender);
+
     /// A new account without messages. Users and passwords are what the protocol carries: 1 to 64 characters of
-    /// Windows-1252 without control characters, users without blanks at their ends. A sender is up to 11 of A-Z, a-z
-    /// and 0-9, or up to 15 digits, or empty for the engine's own. `perMinute` paces what is handed to the engine; 0
-    /// does not.
+    /// Windows-1252 without control characters, users without blanks at their ends. `perMinute` paces what is handed to
+    /// the engine; 0 does not.
     void Add(const QString &user, const QString &password, const QString &sender, int perMinute);
 
     void SetPassword(const QString &user, const QString &password);

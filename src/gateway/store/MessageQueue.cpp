@@ -17,6 +17,7 @@ namespace {
 constexpr qint64 kClockSlackMs = 2000;
 constexpr qint64 kFirstWaitMs = 2000;
 constexpr qint64 kLongestWaitMs = 300'000;
+constexpr qint64 kWithoutLineMs = 86'400'000;
 
 // The messages of account a that are queued, and not behind an earlier one to the same number. Those behind are not
 // looked at, however many they are.
@@ -134,11 +135,12 @@ std::chrono::milliseconds MessageQueue::UntilNext(std::chrono::milliseconds long
 void MessageQueue::Settle(qint64 id, HandOverResult result, const QString &note)
 {
     m_database.Write([&](SQLite::Database &connection) {
-        Query message(connection, "SELECT attempts, taken FROM messages WHERE id = ?1 AND state = 1", id);
+        Query message(connection, "SELECT attempts, taken, accepted FROM messages WHERE id = ?1 AND state = 1", id);
         if (!message.Next())
             return;
         const qint64 now = m_database.Now();
-        switch (result) {
+        const bool isRefused = result == HandOverResult::NoLine && now - message.Number(2) >= kWithoutLineMs;
+        switch (isRefused ? HandOverResult::Refused : result) {
         case HandOverResult::Accepted:
             MessageRows::Move(connection, id, MessageState::HandedOver, note, now);
             MessageRows::NoteTaken(connection, id);
@@ -150,6 +152,7 @@ void MessageQueue::Settle(qint64 id, HandOverResult result, const QString &note)
                 MessageRows::Refund(connection, id);
             break;
         case HandOverResult::NotNow:
+        case HandOverResult::NoLine:
             MessageRows::Queue(connection, id, note, now, now + WaitAfter(message.Number(0)));
             break;
         case HandOverResult::Unknown:

@@ -25,6 +25,8 @@ enum class HandOverResult {
     Refused,
     /// A definite "not now", or no engine: it was surely not taken.
     NotNow,
+    /// No line takes this message: surely not taken. Its line may have been stopped, or there is none for its number.
+    NoLine,
     /// The answer was lost.
     Unknown,
 };
@@ -50,7 +52,8 @@ public:
     [[nodiscard]] std::chrono::milliseconds UntilNext(std::chrono::milliseconds longest);
 
     /// Notes what the engine said. A refusal refunds the message unless an earlier hand-over may have sent it; NotNow
-    /// queues it again, 2 s later at first, doubled with each attempt up to 5 min. A message that a report has moved on
+    /// queues it again, 2 s later at first, doubled with each attempt up to 5 min; so does NoLine until a day after it
+    /// was accepted, and is a refusal then. A message that a report has moved on
     /// already keeps its state.
     void Settle(qint64 id, HandOverResult result, const QString &note);
 

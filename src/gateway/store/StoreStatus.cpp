@@ -9,9 +9,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-std::optional<qint64> TimeOf(SQLite::Database &connection, const char *sql)
+template <typename... Values>
+std::optional<qint64> TimeOf(SQLite::Database &connection, const char *sql, const Values &...values)
 {
-    Query query(connection, sql);
+    Query query(connection, sql, values...);
     return query.Next() && !query.IsNull(0) ? std::optional(query.Number(0)) : std::nullopt;
 }
 

@@ -47,7 +47,7 @@ struct Kannel
         });
         (void)QTest::qWaitFor([&call] { return call.wait_for(0s) == std::future_status::ready; }, 20'000);
         const Engine::Answer answer = call.get();
-        const QStringList words = {u"accepted"_s, u"refused"_s, u"not now"_s, u"unknown"_s};
+        const QStringList words = {u"accepted"_s, u"refused"_s, u"not now"_s, u"no line"_s, u"unknown"_s};
         return words.at(static_cast<int>(answer.result)) + u": "_s + answer.note;
     }
 
@@ -77,7 +77,7 @@ private slots:
 
     TABLE_TEST(
         answerDecides, (const QString &reply, const QString &meaning), u"202 3: Queued -> accepted: ",
-        u"403 Not routable. Do not -> refused: Kannel answered 403: Not routable. Do not",
+        u"403 Not routable. Do not -> no line: Kannel answered 403: Not routable. Do not",
         u"400 Denied are: +447700900123\r\n 1 -> refused: Kannel answered 400: Denied are: +…123 1",
         u"403 Authorization failed for sendsms -> not now: Kannel answered 403: Authorization failed for sendsms",
         u"400 Sender missing and no -> not now: Kannel answered 400: Sender missing and no",
