@@ -57,14 +57,18 @@ public:
         const auto found = m_byNames.constFind(QString::fromRawData(names.data(), names.size()));
         if (found != m_byNames.constEnd())
             return m_lists[*found];
-        m_byNames.insert(names.toString(), m_lists.size());
-        LxGroupList &groups = m_lists.emplace_back();
+        const int countBefore = m_groups.Count();
+        LxGroupList groups;
         groups.AddNew(*m_groups.GetFirstGroup());
         if (!names.isEmpty()) {
             for (const QStringView name : names.split(u';'))
                 groups.Add(FindOne(name.toString()));
         }
-        return groups;
+        // Where each line names a group of its own, nobody asks for its list again.
+        if (m_groups.Count() > countBefore)
+            return m_newGroups = std::move(groups);
+        m_byNames.insert(names.toString(), m_lists.size());
+        return m_lists.emplace_back(std::move(groups));
     }
 
 private:
@@ -79,6 +83,8 @@ private:
 
     LxGroupList &m_groups;
     QHash<QString, LxGroup *> m_byName;
+    /// The list of the last names that made a group.
+    LxGroupList m_newGroups;
     std::deque<LxGroupList> m_lists;
     /// Where in m_lists the groups of such names stand.
     QHash<QString, size_t> m_byNames;
