@@ -248,13 +248,13 @@ bool LxPhoneBook::AddContactOf(QStringView line, GroupFinder &finder) const
         return false;
     const LxContactPtr contact = CreateContact();
     try {
-        contact->SetName(record->name.Text().toString());
+        contact->SetName(record->name.toString());
         contact->SetCountryCode(record->countryCode);
-        contact->SetUserMobile(record->mobile.Text());
+        contact->SetUserMobile(record->mobile);
     } catch (const Error &) {
         return false;
     }
-    LxGroup::AddNew(contact, finder.GroupsOf(record->groups.Text()));
+    LxGroup::AddNew(contact, finder.GroupsOf(record->groups));
     return true;
 }
 

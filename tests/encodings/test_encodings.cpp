@@ -44,7 +44,7 @@ private slots:
     TABLE_TEST(linesAreSplitAtCommasOutsideQuotes, (const QString &line, const QString &fields), u" -> []",
                u"x,,z, -> [x][][z][]", u"'Smith, Jo',44,'0123 -> [Smith, Jo][44][0123]", u"'x'' -> [x']",
                u"'Smith' 'Jo, x',44 -> [Smith][ x][44]", u"Jo 'Ace,Smith',44 -> [Jo ][Smith][44]", u"'''' -> [']",
-               u" 'a',b  -> [ ][b ]")
+               u"'a''b','''c','d -> [a'b]['c][d]", u" 'a',b  -> [ ][b ]")
     {
         QString got;
         for (const QString &field : Encodings::ParseCSVLine(QString(line).replace(u'\'', u'"')))
