@@ -45,7 +45,9 @@ private slots:
     TABLE_TEST(lettersSortBesideTheirPlainOnes, (const QString &text, const QString &key), u"Éİ -> ei", u"ıŁ -> il",
                u"ØǾ -> oo", u"ßẞ -> ssss", u"ĐĦŦ -> dht", u"ÆŒ -> aeoe", u"Я -> я", u"A Z -> a z")
     {
-        QCOMPARE(SortKey(text), key);
+        QByteArray got;
+        AppendSortKey(text, got);
+        QCOMPARE(got, key.toUtf8());
     }
 };
 
