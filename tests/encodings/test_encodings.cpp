@@ -20,6 +20,7 @@ private slots:
         QCOMPARE(text.sliced(128, 32), u"€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008DŽ\u008F\u0090‘’“”•–—˜™š›œ\u009DžŸ"_s);
         QCOMPARE(text.sliced(160), QString::fromLatin1(bytes.sliced(160)));
         QCOMPARE(TextFile::Encode(text), bytes);
+        QCOMPARE(TextFile::Decode("\x80"), u"€"_s);
     }
 
     TABLE_TEST(otherTextSurvivesAsUtf8, (const QString &text), {"outside the code page, behind a mark", u"\uFEFFŁé😀"_s},
