@@ -20,10 +20,10 @@ LxContactPtr ContactOf(const PhoneBookFile::Record &record, const LxPhoneBook &p
 {
     const LxContactPtr contact = phoneBook.CreateContact();
     try {
-        contact->SetName(record.name.Text().toString());
+        contact->SetName(record.name.toString());
         if (record.countryCode != 0)
             contact->SetCountryCode(record.countryCode);
-        contact->SetMobile(record.mobile.Text().toString());
+        contact->SetMobile(record.mobile.toString());
     } catch (const Error &) {
         return nullptr;
     }

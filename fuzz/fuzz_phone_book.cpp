@@ -24,9 +24,9 @@ LxContactPtr ContactOf(const PhoneBookFile::Record &record, const LxCountryList 
 {
     const LxContactPtr contact = LxContact::Create(countries);
     try {
-        contact->SetName(WithoutQuotes(record.name.Text().toString()));
+        contact->SetName(WithoutQuotes(record.name.toString()));
         contact->SetCountryCode(record.countryCode);
-        contact->SetUserMobile(record.mobile.Text());
+        contact->SetUserMobile(record.mobile);
     } catch (const Error &) {
         return nullptr;
     }
@@ -57,9 +57,9 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
         if (!contact)
             continue;
         everyone.Add(contact);
-        if (record.groups.Text().isEmpty())
+        if (record.groups.isEmpty())
             continue;
-        for (const QString &name : record.groups.Text().toString().split(u';'))
+        for (const QString &name : record.groups.toString().split(u';'))
             groups.CreateGroup(WithoutQuotes(name)).Add(contact);
     }
     Require(everyone.Count() <= text.count(u'\n') + 1);
@@ -73,10 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     auto record = again.begin();
     for (const LxContactPtr &contact : everyone) {
         const QString groupNames = contact->Groups().AsString(u";"_s, &everyone);
-        Require(record->name.Text() == TextFile::AsOneLine(contact->Name()) &&
-                record->countryCode == contact->CountryCode());
-        Require(record->mobile.Text() == contact->UserMobile() &&
-                record->groups.Text() == TextFile::AsOneLine(groupNames));
+        Require(record->name == TextFile::AsOneLine(contact->Name()) && record->countryCode == contact->CountryCode());
+        Require(record->mobile == contact->UserMobile() && record->groups == TextFile::AsOneLine(groupNames));
         Require(ContactOf(*record, countries) != nullptr);
         ++record;
     }

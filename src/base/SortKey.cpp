@@ -38,33 +38,35 @@ bool IsAscii(QChar c)
     return c < u'\u0080';
 }
 
-void AppendLower(QStringView ascii, QString &key)
+void AppendLower(QStringView ascii, QByteArray &key)
 {
     const qsizetype before = key.size();
     key.resize(before + ascii.size());
-    std::transform(ascii.begin(), ascii.end(), key.data() + before,
-                   [](QChar c) { return c >= u'A' && c <= u'Z' ? QChar(c.unicode() + (u'a' - u'A')) : c; });
+    std::transform(ascii.begin(), ascii.end(), key.data() + before, [](QChar c) {
+        const char16_t unit = c.unicode();
+        return static_cast<char>(unit >= u'A' && unit <= u'Z' ? unit + (u'a' - u'A') : unit);
+    });
 }
 
-void AppendFolded(const QString &text, QString &key)
+void AppendFolded(const QString &text, QByteArray &key)
 {
+    QString folded;
     // Taken apart first: a dotted capital I has no small letter of its own.
     for (const QChar c : text.normalized(QString::NormalizationForm_D).toCaseFolded()) {
         if (c.isMark())
             continue;
         if (const QLatin1String letters = LettersOf(c); !letters.isEmpty())
-            key += letters;
+            folded += letters;
         else
-            key += c;
+            folded += c;
     }
+    key += folded.toUtf8();
 }
 
 } // namespace
 
-QString SortKey(const QString &text)
+void AppendSortKey(const QString &text, QByteArray &key)
 {
-    QString key;
-    key.reserve(text.size());
     // Taking a text apart is slow, and few letters of a name need it.
     for (auto c = text.begin(); c != text.end();) {
         const auto others = std::find_if_not(c, text.end(), IsAscii);
@@ -73,5 +75,4 @@ QString SortKey(const QString &text)
         if (c != others)
             AppendFolded(QString(others, c - others), key);
     }
-    return key;
 }

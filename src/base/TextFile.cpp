@@ -42,9 +42,11 @@ int CodePageByte(char16_t character)
 QString DecodeCodePage(const QByteArray &bytes)
 {
     QString text = QString::fromLatin1(bytes);
-    // Most files hold none of them; counting them all is quicker than stopping at the first.
-    const auto isHighControl = [](char c) { return static_cast<unsigned char>(c) - 0x80U < kHighControls.size(); };
-    if (std::count_if(bytes.begin(), bytes.end(), isHighControl) > 0) {
+    // Most files hold none of them; looking at all bytes is quicker than stopping at the first.
+    quint8 hasHighControl = 0;
+    for (const char c : bytes)
+        hasHighControl |= static_cast<quint8>(c & '\xE0') == 0x80;
+    if (hasHighControl) {
         for (QChar &c : text) {
             if (c >= QChar(0x80) && c <= QChar(0x9F))
                 c = kHighControls[c.unicode() - 0x80U];

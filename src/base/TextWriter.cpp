@@ -6,6 +6,16 @@
 #include <charconv>
 #include <utility>
 
+namespace {
+
+template <typename Unit>
+bool IsPrintableAscii(Unit unit)
+{
+    return unit >= Unit(' ') && unit <= Unit('~');
+}
+
+} // namespace
+
 void TextWriter::AppendBytes(const QByteArray &bytes)
 {
     std::copy(bytes.begin(), bytes.end(), Room(bytes.size()));
@@ -43,29 +53,30 @@ void TextWriter::Append(QStringView text)
 
 void TextWriter::AppendAsOneLine(QStringView text)
 {
-    // Hardly any text needs more than a copy, which without a branch on each character is made of many at once.
+    // Hardly any text needs more than a copy.
+    const char16_t lastLatin = m_isUtf8 ? 0 : 0xFF;
     char *out = Room(text.size());
-    bool isAscii = true;
-    bool isLatin = true;
     for (const QChar c : text) {
         const char16_t unit = c.unicode();
+        if (!IsPrintableAscii(unit) && (unit < 0xA0 || unit > lastLatin)) {
+            Append(TextFile::AsOneLine(text.toString()));
+            return;
+        }
         *out++ = static_cast<char>(unit);
-        isAscii &= unit >= u' ' && unit <= u'~';
-        isLatin &= (unit >= u' ' && unit <= u'~') || (unit >= 0xA0 && unit <= 0xFF);
     }
-    if (isAscii || (isLatin && !m_isUtf8))
-        m_size += text.size();
-    else
-        Append(TextFile::AsOneLine(text.toString()));
+    m_size += text.size();
 }
 
 void TextWriter::AppendAsOneLine(QByteArrayView utf8)
 {
-    if (!std::all_of(utf8.begin(), utf8.end(), [](char c) { return c >= ' ' && c <= '~'; })) {
-        AppendAsOneLine(QString::fromUtf8(utf8));
-        return;
+    char *out = Room(utf8.size());
+    for (const char c : utf8) {
+        if (!IsPrintableAscii(c)) {
+            AppendAsOneLine(QString::fromUtf8(utf8));
+            return;
+        }
+        *out++ = c;
     }
-    std::copy(utf8.begin(), utf8.end(), Room(utf8.size()));
     m_size += utf8.size();
 }
 

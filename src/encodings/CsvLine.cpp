@@ -19,30 +19,39 @@ qsizetype FindEnd(QStringView line, qsizetype from, QChar c)
 
 } // namespace
 
-void CsvField::Append(QStringView stretch)
-{
-    if (Text().isEmpty()) {
-        m_stretch = stretch;
-        return;
-    }
-    if (m_joined.isEmpty())
-        m_joined = m_stretch.toString();
-    m_joined += stretch;
-}
-
 CsvFields ParseCSVLine(QStringView line)
 {
     CsvFields fields;
-    for (const CsvField &field : SplitCSVLine(line))
-        fields.append(field.Text().toString());
+    QString joined;
+    for (const QStringView field : SplitCSVLine(line, joined))
+        fields.append(field.toString());
     return fields;
 }
 
-QVarLengthArray<CsvField, 4> SplitCSVLine(QStringView line)
+QVarLengthArray<QStringView, 4> SplitCSVLine(QStringView line, QString &joined)
 {
-    QVarLengthArray<CsvField, 4> fields;
-    CsvField field;
-    const auto appendField = [&fields, &field] { fields.append(std::exchange(field, {})); };
+    QVarLengthArray<QStringView, 4> fields;
+    QStringView field;
+    qsizetype joinedFrom = -1;
+    const auto appendStretch = [&](QStringView stretch) {
+        if (field.isEmpty()) {
+            field = stretch;
+            return;
+        }
+        if (joinedFrom < 0) {
+            // Room for all at once, so that what lies there stays where it is.
+            if (joined.isEmpty())
+                joined.reserve(line.size());
+            joinedFrom = joined.size();
+            joined += field;
+        }
+        joined += stretch;
+        field = QStringView(joined).sliced(joinedFrom);
+    };
+    const auto appendField = [&] {
+        fields.append(std::exchange(field, {}));
+        joinedFrom = -1;
+    };
     State state = State::BeforeString;
     qsizetype i = 0;
     while (i < line.size()) {
@@ -60,11 +69,11 @@ QVarLengthArray<CsvField, 4> SplitCSVLine(QStringView line)
             break;
         case State::InsideQuotedString: {
             const qsizetype end = FindEnd(line, i, kQuote);
-            field.Append(line.sliced(i, end - i));
+            appendStretch(line.sliced(i, end - i));
             i = end + 1;
             if (i < line.size() && line[i] == kQuote) {
                 // The second of the two.
-                field.Append(line.sliced(i, 1));
+                appendStretch(line.sliced(i, 1));
                 ++i;
             } else if (end < line.size()) {
                 appendField();
@@ -75,7 +84,7 @@ QVarLengthArray<CsvField, 4> SplitCSVLine(QStringView line)
         case State::InsideUnquotedString: {
             const auto isEnd = [](QChar c) { return c == kQuote || c == kComma; };
             const qsizetype end = std::find_if(line.begin() + i, line.end(), isEnd) - line.begin();
-            field.Append(line.sliced(i, end - i));
+            appendStretch(line.sliced(i, end - i));
             i = end + 1;
             if (end < line.size()) {
                 appendField();

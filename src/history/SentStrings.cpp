@@ -14,7 +14,10 @@ namespace {
 std::string SortKeyBeside(const QString &text)
 {
     const bool isAscii = std::all_of(text.begin(), text.end(), [](QChar c) { return c < u'\u0080'; });
-    return isAscii ? std::string() : SortKey(text).toStdString();
+    QByteArray key;
+    if (!isAscii)
+        AppendSortKey(text, key);
+    return key.toStdString();
 }
 
 } // namespace

@@ -10,12 +10,15 @@ constexpr char16_t kFirstBeyondAscii = 0x80;
 
 NumberText::NumberText(QStringView text)
 {
-    if (std::any_of(text.begin(), text.end(), [](QChar c) { return c >= kFirstBeyondAscii; })) {
-        m_utf8 = text.toUtf8().toStdString();
-        return;
-    }
     m_utf8.resize(static_cast<size_t>(text.size()));
-    std::transform(text.begin(), text.end(), m_utf8.begin(), [](QChar c) { return static_cast<char>(c.unicode()); });
+    char *out = m_utf8.data();
+    for (const QChar c : text) {
+        if (c >= kFirstBeyondAscii) {
+            m_utf8 = text.toUtf8().toStdString();
+            return;
+        }
+        *out++ = static_cast<char>(c.unicode());
+    }
 }
 
 bool NumberText::IsAscii() const

@@ -78,16 +78,17 @@ bool IsLocalNumber(QStringView s)
 std::optional<NumberText> LocalDigits(QStringView s)
 {
     // Nearly all are digits and blanks, and need no text of their own.
-    QVarLengthArray<char, 32> digits;
+    QVarLengthArray<char, 32> digits(s.size());
+    char *end = digits.data();
     for (const QChar c : s) {
         if (IsDigit(c)) {
-            digits.append(static_cast<char>(c.unicode()));
+            *end++ = static_cast<char>(c.unicode());
         } else if (!IsPunctuation(c)) {
             const QString local = RemoveTrunkZero(CleanPhoneNumber(s.toString()));
             return IsLocalNumber(local) ? std::optional(NumberText(local)) : std::nullopt;
         }
     }
-    QLatin1String local(digits.data(), digits.size());
+    QLatin1String local(digits.data(), end);
     if (local.startsWith(u'0'))
         local = local.sliced(1);
     // Two zeros make a number international.

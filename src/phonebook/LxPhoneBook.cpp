@@ -55,19 +55,25 @@ public:
         const auto found = m_byNames.constFind(QString::fromRawData(names.data(), names.size()));
         if (found != m_byNames.constEnd())
             return m_lists[*found];
-        m_byNames.insert(names.toString(), m_lists.size());
-        LxGroupList &groups = m_lists.emplace_back();
+        const int madeBefore = m_finder.NewCount();
+        LxGroupList groups;
         groups.AddNew(m_everyone);
         if (!names.isEmpty()) {
             for (const QStringView name : names.split(u';'))
                 groups.Add(m_finder.Find(name.toString()));
         }
-        return groups;
+        // Where each line names a group of its own, nobody asks for its list again.
+        if (m_finder.NewCount() > madeBefore)
+            return m_newGroups = std::move(groups);
+        m_byNames.insert(names.toString(), m_lists.size());
+        return m_lists.emplace_back(std::move(groups));
     }
 
 private:
     LxGroup &m_everyone;
     GroupFinder m_finder;
+    /// The list of the last names that made a group.
+    LxGroupList m_newGroups;
     std::deque<LxGroupList> m_lists;
     /// Where in m_lists the groups of such names stand.
     QHash<QString, size_t> m_byNames;
@@ -231,13 +237,13 @@ bool LxPhoneBook::AddContactOf(QStringView line, NamedGroups &groups) const
         return false;
     const LxContactPtr contact = CreateContact();
     try {
-        contact->SetName(record->name.Text().toString());
+        contact->SetName(record->name.toString());
         contact->SetCountryCode(record->countryCode);
-        contact->SetUserMobile(record->mobile.Text());
+        contact->SetUserMobile(record->mobile);
     } catch (const Error &) {
         return false;
     }
-    LxGroup::AddNew(contact, groups.Of(record->groups.Text()));
+    LxGroup::AddNew(contact, groups.Of(record->groups));
     return true;
 }
 

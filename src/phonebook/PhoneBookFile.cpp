@@ -29,14 +29,14 @@ std::optional<qint16> CodeOf(QStringView field)
 
 std::optional<Record> ParseLine(QStringView line)
 {
-    auto fields = Encodings::SplitCSVLine(line);
+    QString joined;
+    const auto fields = Encodings::SplitCSVLine(line, joined);
     if (fields.size() != 3 && fields.size() != 4)
         return std::nullopt;
-    const std::optional<qint16> code = CodeOf(fields[1].Text());
+    const std::optional<qint16> code = CodeOf(fields[1]);
     if (!code)
         return std::nullopt;
-    return Record{std::move(fields[0]), *code, std::move(fields[2]),
-                  fields.size() == 4 ? std::move(fields[3]) : Encodings::CsvField()};
+    return Record{fields[0], *code, fields[2], fields.size() == 4 ? fields[3] : QStringView(), std::move(joined)};
 }
 
 void AppendLine(const LxContact &contact, const LxGroup &everyone, TextWriter &writer)

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "CsvLine.h"
-
+#include <QString>
 #include <QStringView>
 
 #include <optional>
@@ -17,15 +16,17 @@ namespace PhoneBookFile {
 /// One line, read but not yet judged against the country table.
 struct Record
 {
-    Encodings::CsvField name;
+    QStringView name;
     qint16 countryCode = 0;
-    Encodings::CsvField mobile;
+    QStringView mobile;
     /// The names of the groups joined by ";"; empty for none.
-    Encodings::CsvField groups;
+    QStringView groups;
+    /// Holds the fields that do not lie in the line as they are.
+    QString joined;
 };
 
-/// The line's record, whose fields lie in the line; none when it has not three or four fields or its country code is no
-/// 16-bit number.
+/// The line's record, whose fields last as long as it and the line; none when it has not three or four fields or its
+/// country code is no 16-bit number.
 [[nodiscard]] std::optional<Record> ParseLine(QStringView line);
 
 /// Appends the contact's line with its end. Names are written as they stand, a double quote bare, but as one line.

@@ -20,6 +20,7 @@ private slots:
         QCOMPARE(text.sliced(128, 32), u"€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008DŽ\u008F\u0090‘’“”•–—˜™š›œ\u009DžŸ"_s);
         QCOMPARE(text.sliced(160), QString::fromLatin1(bytes.sliced(160)));
         QCOMPARE(TextFile::Encode(text), bytes);
+        QCOMPARE(TextFile::Decode("\x80"), u"€"_s);
     }
 
     TABLE_TEST(otherTextSurvivesAsUtf8, (const QString &text), {"outside the code page, behind a mark", u"\uFEFFŁé😀"_s},
@@ -44,7 +45,7 @@ private slots:
     TABLE_TEST(linesAreSplitAtCommasOutsideQuotes, (const QString &line, const QString &fields), u" -> []",
                u"x,,z, -> [x][][z][]", u"'Smith, Jo',44,'0123 -> [Smith, Jo][44][0123]", u"'x'' -> [x']",
                u"'Smith' 'Jo, x',44 -> [Smith][ x][44]", u"Jo 'Ace,Smith',44 -> [Jo ][Smith][44]", u"'''' -> [']",
-               u" 'a',b  -> [ ][b ]")
+               u"'a''b','''c','d -> [a'b]['c][d]", u" 'a',b  -> [ ][b ]")
     {
         QString got;
         for (const QString &field : Encodings::ParseCSVLine(QString(line).replace(u'\'', u'"')))

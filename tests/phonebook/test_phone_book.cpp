@@ -5,6 +5,7 @@
 #include "Raised.h"
 #include "Rows.h"
 #include "SampleCountries.h"
+#include "TextFile.h"
 #include "WithoutRoot.h"
 
 #include <QDir>
@@ -21,6 +22,7 @@ namespace {
 
 const auto kOld = u"Ann 44 1 [X] | Everyone;X;Empty"_s;
 const auto kRefused = u"5 Corvane.PhoneBook: other.kpb is not a phone book"_s;
+const QByteArray kMark = TextFile::kUtf8Mark;
 const auto kAnn = "\"A\",44,\"1\"\r\n"_ba;
 const auto kBob = "\"Bob,; \",353,\"0851234567\",\"Friends;Work\"\r\n"_ba;
 const auto kInUse = u"70 FileLock: The file is in use by another program."_s;
@@ -101,8 +103,10 @@ private slots:
                 "\"A \"B\" C\",44,\"1\"\r\n"},
                {"bare quotes", "\"A \"B\" C\",44,1\r\n", u"A  44 1 [] | Everyone"_s, "\"A \",44,\"1\"\r\n"},
                {"line break", "\"A\rB\",44,1\r\n", u"A\rB 44 1 [] | Everyone"_s, "\"A B\",44,\"1\"\r\n"},
-               {"UTF-8", "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n", u"Я€ 44 1 [] | Everyone"_s,
-                "\xEF\xBB\xBF\"Я€\",44,\"1\"\r\n"},
+               {"UTF-8", kMark + "\"Я€\",44,\"1\"\r\n\"é\",44,\"1\"\r\n", u"Я€ 44 1 []\né 44 1 [] | Everyone"_s,
+                kMark + "\"Я€\",44,\"1\"\r\n\"é\",44,\"1\"\r\n"},
+               {"UTF-8 line break", kMark + "A\u0085B,44,1\r\n", u"A\u0085B 44 1 [] | Everyone"_s,
+                "\"A B\",44,\"1\"\r\n"},
                {"groups", "A,44,1,Everyone;X;X\r\n", u"A 44 1 [X] | Everyone;X"_s, "\"A\",44,\"1\",\"X\"\r\n"})
     {
         // The first open makes the folders, too. An empty file leaves no copy.
@@ -119,10 +123,13 @@ private slots:
 
     void contactsOfTheSameGroupsPartSingly()
     {
-        Open("A,44,1,X;Y\r\nB,44,2,X;Y\r\nC,44,3,X;Y\r\n");
-        m_book->Groups().Lookup(u"X"_s)->Remove(*m_book->AllContacts().begin());
+        Open("A,44,1,X;Y\r\nB,44,2,X;Y\r\nC,44,3,X;Y\r\nD,44,4,Y\r\nE,44,5,Y\r\nF,44,6,X;Y\r\n");
+        m_book->Groups().Lookup(u"X"_s)->Remove(m_book->AllContacts().ContactList().Item(3));
+        QCOMPARE(Printed(*m_book), u"A 44 1 [X;Y]\nB 44 2 [X;Y]\nC 44 3 [Y]\nD 44 4 [Y]\nE 44 5 [Y]\n"
+                                   "F 44 6 [X;Y] | Everyone;X;Y"_s);
         m_book->Groups().DestroyGroup(*m_book->Groups().Lookup(u"Y"_s));
-        QCOMPARE(Printed(*m_book), u"A 44 1 []\nB 44 2 [X]\nC 44 3 [X] | Everyone;X"_s);
+        QCOMPARE(Printed(*m_book), u"A 44 1 [X]\nB 44 2 [X]\nC 44 3 []\nD 44 4 []\nE 44 5 []\n"
+                                   "F 44 6 [X] | Everyone;X"_s);
     }
 
     TABLE_TEST(aSkippedLineMakesTheSaveKeepTheOldFile, (const QString &line), u"\u0081", u"A,44,1,X,Y", u"A,x,1",

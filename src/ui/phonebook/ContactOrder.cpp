@@ -106,13 +106,13 @@ ContactOrder::Key ContactOrder::MakeSortKey(const LxContact &contact)
 {
     // The text follows its key, so that one comparison settles the order of texts that differ by case or marks alone.
     const QString text = ContactColumns::Text(contact, m_sortColumn, m_phoneBook.AllContacts());
-    const QString folded = SortKey(text);
-    QStringEncoder utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
     const qsizetype start = m_sortKeys.size();
-    m_sortKeys.resize(start + utf8.requiredSpace(folded.size()) + 1 + utf8.requiredSpace(text.size()));
-    char *end = utf8.appendToBuffer(m_sortKeys.data() + start, folded);
-    *end++ = '\0';
-    end = utf8.appendToBuffer(end, text);
+    AppendSortKey(text, m_sortKeys);
+    m_sortKeys += '\0';
+    QStringEncoder utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    const qsizetype textStart = m_sortKeys.size();
+    m_sortKeys.resize(textStart + utf8.requiredSpace(text.size()));
+    const char *const end = utf8.appendToBuffer(m_sortKeys.data() + textStart, text);
     m_sortKeys.truncate(end - m_sortKeys.constData());
     return {static_cast<quint32>(start), static_cast<quint32>(m_sortKeys.size() - start)};
 }
