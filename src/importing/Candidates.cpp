@@ -9,7 +9,6 @@
 
 #include <QCoreApplication>
 #include <QHash>
-#include <QSet>
 
 #include <algorithm>
 
@@ -181,14 +180,16 @@ void NumberNames(std::span<Candidate> person)
 
 void RemoveRepeated(std::vector<Candidate> &candidates)
 {
-    QSet<QString> ofRow;
+    std::vector<std::pair<qint16, QString>> ofRow;
     int row = -1;
     std::erase_if(candidates, [&](const Candidate &candidate) {
         if (std::exchange(row, candidate.row) != candidate.row)
             ofRow.clear();
-        const QString number = candidate.judged.International();
-        const bool isRepeated = !number.isEmpty() && ofRow.contains(number);
-        ofRow.insert(number);
+        if (!candidate.judged.CanBeTaken())
+            return false;
+        std::pair number(candidate.judged.countryCode, candidate.judged.local);
+        const bool isRepeated = std::find(ofRow.begin(), ofRow.end(), number) != ofRow.end();
+        ofRow.push_back(std::move(number));
         return isRepeated;
     });
 }
