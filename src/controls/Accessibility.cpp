@@ -4,6 +4,7 @@
 #include "KeySplitter.h"
 #include "LinkLabel.h"
 
+#include <QAbstractItemView>
 #include <QAccessibleWidget>
 #include <QStatusBar>
 #include <QTimer>
@@ -59,11 +60,32 @@ void Speak(QWidget &widget)
     QAccessible::updateAccessibility(&shown);
 }
 
+/// Who was told before this program took part.
+QAccessible::UpdateHandler g_next = nullptr;
+
+/// A list of Qt 6.4 tells that its current row has the focus also where another control has it, such as the find box
+/// at each key.
+void PassOn(QAccessibleEvent *event)
+{
+    const auto *list = qobject_cast<const QAbstractItemView *>(event->object());
+    if (event->type() == QAccessible::Focus && list && !list->hasFocus() && list->window()->windowType() != Qt::Popup)
+        return;
+    if (g_next) {
+        g_next(event);
+        return;
+    }
+    // Without a handler Qt tells the desktop.
+    QAccessible::installUpdateHandler(nullptr);
+    QAccessible::updateAccessibility(event);
+    QAccessible::installUpdateHandler(&PassOn);
+}
+
 } // namespace
 
 void Install()
 {
     QAccessible::installFactory(&MakeInterface);
+    g_next = QAccessible::installUpdateHandler(&PassOn);
 }
 
 void Announce(QWidget &widget, const QString &text)

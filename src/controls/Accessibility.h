@@ -8,7 +8,8 @@ class QWidget;
 namespace Accessibility {
 
 /// Teaches Qt the links (LinkLabel, which has the role of a link and can be pressed), the dividers and headers that the
-/// keyboard goes to, and the widgets that Announce speaks for. Comes once, before any window.
+/// keyboard goes to, and the widgets that Announce speaks for, and keeps lists from telling of a focus that they do not
+/// have. Comes once, before any window.
 void Install();
 
 /// Makes the text what a screen reader reads of the widget, and has it spoken: of several texts in one turn of the

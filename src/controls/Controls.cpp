@@ -228,6 +228,13 @@ void SetUpReport(QTreeView &list)
     list.setSelectionBehavior(QAbstractItemView::SelectRows);
 }
 
+void KeepReadable(QAbstractItemView &list)
+{
+    QPalette colours = list.palette();
+    colours.setColor(QPalette::Inactive, QPalette::Text, colours.color(QPalette::Active, QPalette::Text));
+    list.setPalette(colours);
+}
+
 void PaintHint(QAbstractItemView &list, const QString &hint)
 {
     if (hint.isEmpty())

@@ -63,6 +63,9 @@ void FitToContents(QDialog &dialog);
 /// text.
 void SetUpReport(QTreeView &list);
 
+/// Some looks write a list without the focus as faintly as what cannot be used; this one they write as if it had it.
+void KeepReadable(QAbstractItemView &list);
+
 /// Writes a hint quietly into the room below the rows of a list that has few or none, from its paint event. Nothing for
 /// an empty one.
 void PaintHint(QAbstractItemView &list, const QString &hint);

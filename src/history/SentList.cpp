@@ -1,5 +1,6 @@
 #include "SentList.h"
 
+#include "Error.h"
 #include "SentIndex.h"
 #include "SentLog.h"
 
@@ -243,7 +244,12 @@ void SentList::Delete(const std::vector<int> &rows)
         isGone[m_shown[static_cast<size_t>(row)]] = true;
         ids += IdAt(row);
     }
-    m_log.Delete(ids);
+    try {
+        m_log.Delete(ids);
+    } catch (const Error &) {
+        m_generation = -1; // what is left is read again: they may be gone, though not from the journal
+        throw;
+    }
     std::vector<Place> newPlaces(m_messages.size());
     Place next = 0;
     for (Place place = 0; place < m_messages.size(); ++place) {

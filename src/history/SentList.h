@@ -63,7 +63,7 @@ public:
     /// Takes in what was noted, settled or became too old since. There are no rows then until Advance.
     void Refresh();
 
-    /// Deletes these rows, in any order, from the log too.
+    /// Deletes these rows, in any order, from the log too. Where that failed, Advance reads anew what is left.
     void Delete(const std::vector<int> &rows);
 
     /// Deletes all messages of the log, found or not.

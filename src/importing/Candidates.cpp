@@ -127,7 +127,7 @@ private:
 
     [[nodiscard]] QString NameOf(int row) const
     {
-        if (const QString name = CleanName(First(row, ColumnRole::Name)); !name.isEmpty())
+        if (QString name = CleanName(First(row, ColumnRole::Name)); !name.isEmpty())
             return name;
         const QString first = CleanName(First(row, ColumnRole::FirstName));
         return QString(first + u' ' + CleanName(First(row, ColumnRole::LastName))).trimmed();

@@ -145,7 +145,7 @@ public:
             Take(*property);
         if (m_isOpen) {
             const QString cut = QCoreApplication::translate(
-                "ContactFile", "The file is cut off: it ends within a card, after %1 whole ones.");
+                "ContactFile", "The file is cut off: it ends within a card. Whole cards before that: %1.");
             ForeignText::Raise(cut.arg(m_cards.size()));
         }
         return std::move(m_cards);

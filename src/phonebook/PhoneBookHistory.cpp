@@ -23,8 +23,13 @@ void PhoneBookHistory::Commit(const QString &name)
     command.SetName(name);
     m_undone.clear();
     m_done.push_back(std::move(command));
-    if (m_done.size() > kDepth)
+    size_t contacts = 0;
+    for (const RecordedCommand &done : m_done)
+        contacts += done.ContactCount();
+    while (m_done.size() > kDepth || (m_done.size() > 1 && contacts > m_mostContacts)) {
+        contacts -= m_done.front().ContactCount();
         m_done.pop_front();
+    }
 }
 
 std::optional<PhoneBookHistory::Outcome> PhoneBookHistory::Turn(Commands &from, Commands &to)

@@ -23,6 +23,10 @@ class PhoneBookHistory final
 public:
     /// How many commands it keeps.
     static constexpr size_t kDepth = 20;
+    /// How many contacts the commands that it keeps may touch together, as those that an import brought in, or a
+    /// restore replaced, take memory: as many commands on a phone book of 100,000. Beyond, the oldest commands can no
+    /// longer be taken back; the last one always can.
+    static constexpr size_t kMostContacts = kDepth * 100'000;
 
     /// Records what changes while it lives as one command, also where an error ends it. Where nothing is other than
     /// before, nothing is recorded; else what could be done again no longer can. One within another is part of it.
@@ -54,6 +58,9 @@ public:
         : m_groups(groups)
     {
     }
+
+    /// Sets another limit than kMostContacts, from the next command on.
+    void KeepAtMost(size_t contacts) { m_mostContacts = contacts; }
 
     /// Never while a command is being recorded.
     [[nodiscard]] bool CanUndo() const { return m_nesting == 0 && !m_done.empty(); }
@@ -88,6 +95,7 @@ private:
     void Commit(const QString &name);
 
     LxGroupList &m_groups;
+    size_t m_mostContacts = kMostContacts;
     int m_nesting = 0;
     RecordedCommand m_recorded;
     /// Both with the next one to turn last.

@@ -118,6 +118,16 @@ void RecordedCommand::SettleMemberships()
     m_memberships = std::move(memberships);
 }
 
+size_t RecordedCommand::ContactCount() const
+{
+    size_t count = m_moved.size() + m_changed.size();
+    for (const Step &step : m_steps) {
+        if (const LxGroup *everyone = step.others ? step.others->GetFirstGroup() : nullptr)
+            count += static_cast<size_t>(everyone->Count());
+    }
+    return count;
+}
+
 RecordedCommand::Effect RecordedCommand::Revert(LxGroupList &groups)
 {
     Effect effect;
@@ -142,7 +152,9 @@ void RecordedCommand::RevertGroups(LxGroupList &groups, Effect &effect)
             std::swap(groups, *step.others);
         } else if (step.away) {
             groups.PutIn(std::move(step.away), step.place);
-            effect.group = step.group;
+            // Of several the first, as the one that an import makes for all comes before those that its file names.
+            if (!effect.group)
+                effect.group = step.group;
         } else {
             step.away = groups.TakeOut(*step.group).first;
         }

@@ -26,7 +26,7 @@ public:
         int goneCount = 0;
         /// Contacts of which details or groups are other ones.
         LxContactList altered;
-        /// A group that is in it again, or null.
+        /// The first group that is in it again, or null.
         const LxGroup *group = nullptr;
     };
 
@@ -45,6 +45,9 @@ public:
 
     /// Comes once all has changed: drops what is as it was. Returns whether anything is left.
     [[nodiscard]] bool Settle();
+
+    /// How many contacts it keeps, in the phone book or not.
+    [[nodiscard]] size_t ContactCount() const;
 
     /// Puts all back as it was, in a phone book that is as the command left it, whose list of groups this is. The
     /// record then holds what was put aside, so that reverting it once more does the command again.

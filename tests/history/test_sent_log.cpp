@@ -106,6 +106,8 @@ private slots:
         m_log->Settle(7, {{Refused}});
         QVERIFY(!m_log->TakeNotice().isEmpty()); // it had worked between
         QVERIFY(!m_list->Advance(1min) && m_list->Count() == 7);
+        QVERIFY(Raised([this] { m_list->Delete({0}); }).startsWith(u"75 Corvane.History: "_s));
+        QVERIFY(!m_list->Advance(1min) && m_list->IdAt(0) == 7);
         fullDisk.reset();
         Reopen();
         QCOMPARE(Printed().first(2), QStringList({u"7 7 |1|c| 2 0"_s, u"6 6 |1|a| 1 0"_s}));
@@ -214,6 +216,23 @@ private slots:
         QCOMPARE(Ids(), QString::number(kMany + 6));
     }
 
+    // It goes to the journal, which then cannot be taken over into the larger file.
+    void aDeleteThatFailsHalfwayIsSeen()
+    {
+        QList<SentNote> notes;
+        for (int i = 0; i < 3'000; ++i)
+            notes += {u"1"_s, u"Zoe"_s, QString::number(i).repeated(40)};
+        QVERIFY(m_log->Note(notes));
+        Reopen();
+        while (!m_list->IsSettled())
+            m_list->Advance(0ms);
+        std::optional<FileSizeLimit> fullDisk(400'000);
+        QVERIFY(Raised([this] { m_list->Delete({0}); }).startsWith(u"75 Corvane.History: "_s));
+        fullDisk.reset();
+        m_list->Advance(1min);
+        QVERIFY(m_list->Count() == 3'004 && m_list->At(0).text.startsWith(u"2998"_s));
+    }
+
     // From the bytes of the file too, but for what other messages have.
     void deletes()
     {
@@ -242,8 +261,9 @@ private slots:
         Reopen();
         QCOMPARE(SQLite::Database(m_path.toStdString()).execAndGet("SELECT count(*) FROM string_index_idx").getInt(),
                  0);
+        QVERIFY(WriteBytes(m_path + u"-wal"_s, "of a run that was killed"));
         m_list->Clear();
-        QVERIFY(!QFile::exists(m_path) && NoteOne(u"a"_s) == 1);
+        QVERIFY(!QFile::exists(m_path) && !QFile::exists(m_path + u"-wal"_s) && NoteOne(u"a"_s) == 1);
         QCOMPARE(Ids(), u"1"_s);
     }
 

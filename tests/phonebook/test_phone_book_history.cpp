@@ -64,6 +64,9 @@ class TestPhoneBookHistory final : public QObject
     /// There and back, and with one whom the user does not want.
     void ChangeNothing(const LxContactPtr &contact)
     {
+        LxGroup &kept = Any(m_book.Groups());
+        const QString name = kept.Name();
+        kept.SetName(u"Other"_s), kept.SetName(name);
         LxGroup &group = m_book.Groups().CreateNewGroup(u"Gone"_s);
         const LxContactPtr unwanted = m_book.CreateHomeContact();
         group.Add(unwanted), group.Add(contact);
@@ -106,6 +109,30 @@ private slots:
                 }
             }
             QVERIFY2(State() == states[at], qPrintable(step));
+        }
+    }
+
+    void forgetsTheOldestCommandsWhereTheyKeepManyContacts()
+    {
+        QVERIFY(WriteBytes(m_path, "A,44,1\r\nB,44,2\r\nC,44,3\r\nD,44,4\r\n"));
+        m_book.OpenPhoneBook(m_path);
+        m_history.KeepAtMost(3);
+        const auto run = [this](int renamed) {
+            const PhoneBookHistory::Recording recording(m_history);
+            if (renamed == 0)
+                (void)m_book.Restore(m_path);
+            LxContactList contacts = m_book.AllContacts().ContactList();
+            for (int i = 1; i <= renamed; ++i)
+                contacts.Item(i)->SetName(contacts.Item(i)->Name() + u'+');
+        };
+        for (const auto &[commands, kept] :
+             {std::pair(QList{1, 1, 1, 1}, 3), {{1, 2}, 2}, {{2, 2}, 1}, {{1, 4}, 1}, {{1, 0}, 1}, {{0, 1, 1}, 2}}) {
+            for (const int renamed : commands)
+                run(renamed);
+            int undone = 0;
+            while (m_history.Undo())
+                ++undone;
+            QCOMPARE(undone, kept);
         }
     }
 };

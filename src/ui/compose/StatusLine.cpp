@@ -4,6 +4,9 @@
 
 #include <QEvent>
 #include <QLabel>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
 
 using namespace Qt::StringLiterals;
 
@@ -15,6 +18,12 @@ constexpr int kMargins = 18;
 QString RefusalOf(const QString &characters)
 {
     return StatusLine::tr("Character %1 not allowed in text messages!").arg(characters);
+}
+
+/// In a tag, so that the tool tip breaks its lines.
+QString Wrapping(const QString &text)
+{
+    return "<span>"_L1 + text.toHtmlEscaped() + "</span>"_L1;
 }
 
 } // namespace
@@ -34,8 +43,8 @@ StatusLine::StatusLine(QWidget *parent)
 void StatusLine::ShowStatus(const QString &text)
 {
     m_refused.clear();
-    setToolTip({});
     showMessage(text);
+    FitStatus();
 }
 
 void StatusLine::ShowRefusal(const QString &characters)
@@ -70,10 +79,17 @@ void StatusLine::FitRefusal()
     // No more are measured than can fit: there may be thousands.
     const QString shown = fontMetrics().elidedText(m_refused.left(qMax(1, room)), Qt::ElideRight, room);
     showMessage(RefusalOf(shown));
-    // In a tag, so that the tool tip breaks its lines.
-    const QString whole = "<span>"_L1 + RefusalOf(m_refused).toHtmlEscaped() + "</span>"_L1;
-    setToolTip(shown == m_refused ? QString() : whole);
+    setToolTip(shown == m_refused ? QString() : Wrapping(RefusalOf(m_refused)));
     Announce(); // what is shown may be the same, and the whole another
+}
+
+/// What does not fit ends in dots, and its tool tip has all of it.
+void StatusLine::FitStatus()
+{
+    if (m_refused.isEmpty()) {
+        const bool fits = fontMetrics().horizontalAdvance(currentMessage()) + kMargins <= width();
+        setToolTip(fits ? QString() : Wrapping(currentMessage()));
+    }
 }
 
 /// Of a refusal all is told, however much of it fits.
@@ -100,5 +116,20 @@ void StatusLine::resizeEvent(QResizeEvent *event)
     QStatusBar::resizeEvent(event);
     if (!m_refused.isEmpty())
         FitRefusal();
+    FitStatus();
     FitCost();
+}
+
+void StatusLine::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    QStyleOption look;
+    look.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_PanelStatusBar, &look, &painter, this);
+    QRect room = rect().adjusted(kMargins / 3, 0, -kMargins / 3, 0);
+    if (m_cost->isVisible())
+        (isRightToLeft() ? room.setLeft(m_cost->geometry().right()) : room.setRight(m_cost->x()));
+    style()->drawItemText(&painter, room, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, palette(), true,
+                          fontMetrics().elidedText(currentMessage(), Qt::ElideRight, room.width()),
+                          QPalette::WindowText);
 }

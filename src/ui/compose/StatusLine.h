@@ -13,6 +13,7 @@ class StatusLine final : public QStatusBar
 public:
     explicit StatusLine(QWidget *parent = nullptr);
 
+    /// A text that does not fit ends in dots, and the tool tip has all of it.
     void ShowStatus(const QString &text);
 
     /// Tells which characters are not allowed: as many as fit between the words around them, and all in the tool tip
@@ -26,10 +27,12 @@ public:
 protected:
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void MakeRoomForWords();
     void FitRefusal();
+    void FitStatus();
     void FitCost();
     void Announce();
 

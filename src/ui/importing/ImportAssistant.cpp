@@ -13,8 +13,10 @@
 
 #include <QActionGroup>
 #include <QCollator>
+#include <QLayout>
 #include <QLocale>
 #include <QMenu>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -52,7 +54,7 @@ ImportAssistant::ImportAssistant(const Services &services, const LxPhoneBook &ph
     SetUpCountries();
     ConnectControls();
     Controls::FitToContents(*this);
-    constexpr int kCharacters = 110;
+    constexpr int kCharacters = 124;
     resize(qMax(width(), kCharacters * fontMetrics().averageCharWidth()), height());
     Controls::RestoreWindowPosition(m_services.window.settings, *this);
     m_ui->lvwCandidates->setFocus();
@@ -65,15 +67,18 @@ void ImportAssistant::SetUpLists()
 {
     QTreeView &file = *m_ui->lvwFile;
     Controls::SetUpReport(file);
+    Controls::KeepReadable(file);
     auto *header = new KeyHeader(&file);
     header->setSectionsClickable(true);
     header->setSortIndicator(-1, Qt::AscendingOrder);
     file.setHeader(header);
     file.setModel(m_table);
+    file.setItemDelegate(new NumberDelegate(this));
     m_roles->setObjectName(u"mnuRoles"_s);
 
     TickList &list = *m_ui->lvwCandidates;
     Controls::SetUpReport(list);
+    Controls::KeepReadable(list);
     list.setModel(&m_candidates);
     list.setItemDelegateForColumn(CandidateModel::Name, new TickDelegate(this));
     list.setItemDelegateForColumn(CandidateModel::Number, new NumberDelegate(this));
@@ -81,6 +86,8 @@ void ImportAssistant::SetUpLists()
     constexpr int kFileLines = 6;
     constexpr int kListLines = 8;
     const int line = fontMetrics().lineSpacing();
+    // Some looks make room for one line alone.
+    header->setMinimumHeight(2 * line + line / 2);
     file.setMinimumHeight(kFileLines * line);
     list.setMinimumHeight(kListLines * line);
     FitColumns();
@@ -242,6 +249,17 @@ void ImportAssistant::ShowState()
         text = tr("Please choose the column of the mobile numbers, by a click on its heading.");
     m_ui->lblStatus->setText(text);
     Accessibility::Announce(*m_ui->lblStatus, text);
+}
+
+bool ImportAssistant::event(QEvent *event)
+{
+    const bool isDone = QDialog::event(event);
+    if ((event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest) && layout()->hasHeightForWidth()) {
+        // Qt keeps no room for lines that texts break into only where a window is made narrow.
+        const int lowest = layout()->totalMinimumHeightForWidth(width());
+        setMinimumHeight(qMin(lowest, screen()->availableGeometry().height()));
+    }
+    return isDone;
 }
 
 void ImportAssistant::FitColumns()

@@ -45,6 +45,9 @@ public:
 
     void done(int result) override;
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     void SetUpLists();
     void SetUpCountries();

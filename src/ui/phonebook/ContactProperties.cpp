@@ -102,9 +102,8 @@ void ContactProperties::MakeGroupsReadable()
     const QColor list = colours.color(QPalette::Base);
     const QColor frame = Contrast::StandingOut(colours.color(QPalette::Window), {list}, kContrast);
     colours.setColor(QPalette::Window, frame.lighter(kDarkerByPercent));
-    // And some write a list without the focus as faintly as what cannot be used.
-    colours.setColor(QPalette::Inactive, QPalette::Text, colours.color(QPalette::Active, QPalette::Text));
     m_ui->lvwGroups->setPalette(colours);
+    Controls::KeepReadable(*m_ui->lvwGroups);
 }
 
 void ContactProperties::SetupTitle(bool isNew)

@@ -7,6 +7,7 @@
 #include "WaitCursor.h"
 
 #include <QApplication>
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -201,7 +202,7 @@ PhoneBookChange PhoneBookCommands::Turn(std::optional<PhoneBookHistory::Outcome>
     const int count = moved > 0 ? moved : effect.altered.Count();
     const QString what = count == 0   ? outcome->command
                          : count == 1 ? tr("%1 (1 contact)").arg(outcome->command)
-                                      : tr("%1 (%2 contacts)").arg(outcome->command, QString::number(count));
+                                      : tr("%1 (%2 contacts)").arg(outcome->command, QLocale().toString(count));
     return {.shown = Shown::Turned,
             .contacts = std::move(effect.came.Count() > 0 ? effect.came : effect.altered),
             .group = group,

@@ -30,17 +30,14 @@ SendResults::SendResults(const WindowServices &services, SendAgain sendAgain, QW
     setWindowModality(Qt::ApplicationModal);
     QTreeView &list = *m_ui->lvwSendResults;
     Controls::SetUpReport(list);
+    Controls::KeepReadable(list);
     list.setModel(m_results);
     list.setItemDelegateForColumn(SendResultsModel::Mobile, new NumberDelegate(this));
     list.header()->setResizeContentsPrecision(-1); // no row is left out, wherever it is
     constexpr int kMostReasonLines = 6;
     m_ui->lblReason->setMinimumHeight(fontMetrics().lineSpacing());
     m_ui->lblReason->setMaximumHeight(kMostReasonLines * fontMetrics().lineSpacing());
-    connect(list.selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
-        const QString reason = current.data(SendResultsModel::ReasonRole).toString();
-        m_ui->lblReason->setText(reason);
-        m_ui->lblReason->setAccessibleDescription(reason); // the name of a label hides its text
-    });
+    connect(list.selectionModel(), &QItemSelectionModel::currentChanged, this, &SendResults::ShowReason);
     new QShortcut(QKeySequence(u"Ctrl+W"_s), this, this, &SendResults::accept);
     connect(m_results, &QAbstractItemModel::modelReset, this, &SendResults::ShowWhatCanBeSentAgain);
     connect(m_results, &QAbstractItemModel::dataChanged, this, &SendResults::ShowWhatCanBeSentAgain);
@@ -92,8 +89,14 @@ void SendResults::ShowWhatCanBeSentAgain()
 {
     m_ui->cmdSendAgain->setEnabled(!m_results->FailedRows().isEmpty());
     m_ui->lblNotKnown->setVisible(m_results->HasUnknown());
-    const QModelIndex current = m_ui->lvwSendResults->currentIndex();
-    m_ui->lblReason->setText(current.data(SendResultsModel::ReasonRole).toString());
+    ShowReason();
+}
+
+void SendResults::ShowReason()
+{
+    const QString reason = m_ui->lvwSendResults->currentIndex().data(SendResultsModel::ReasonRole).toString();
+    m_ui->lblReason->setText(reason);
+    m_ui->lblReason->setAccessibleDescription(reason); // the name of a label hides its text
 }
 
 void SendResults::SendFailedAgain()

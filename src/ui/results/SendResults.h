@@ -43,6 +43,7 @@ private:
     void SaveAs();
     void SendFailedAgain();
     void ShowWhatCanBeSentAgain();
+    void ShowReason();
 
     WindowServices m_services;
     std::unique_ptr<Ui::SendResults> m_ui;

@@ -37,6 +37,7 @@ SentListView::SentListView(QWidget *parent)
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
     setHorizontalScrollMode(ScrollPerPixel);
+    Controls::KeepReadable(*this);
     FitRows();
 }
 

@@ -75,8 +75,13 @@ SentMessages::SentMessages(const WindowServices &services, SentLog &log, SendAga
     Controls::RestoreWindowPosition(m_services.settings, *this);
     const auto list = Controls::StoredControlSize(m_services.settings, *m_ui->lvwSentMessages);
     const auto message = Controls::StoredControlSize(m_services.settings, *m_ui->txtSentMessage);
+    // Of itself the box asks for more, which on a low screen the list would lack.
+    constexpr int kFewestLines = 4;
+    m_ui->txtSentMessage->setMinimumHeight(kFewestLines * fontMetrics().lineSpacing());
     m_ui->Splitter1->setSizes(list && message ? QList{list->height(), message->height()} : QList{300, 100});
-    m_ui->Splitter1->setStretchFactor(0, 1);
+    // Both give way on a low screen, for which the window is made smaller only when it is shown.
+    m_ui->Splitter1->setStretchFactor(0, 3);
+    m_ui->Splitter1->setStretchFactor(1, 1);
     SelectAgain();
     ShowState();
     m_ui->txtFind->setFocus();

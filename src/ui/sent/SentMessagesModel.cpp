@@ -59,8 +59,9 @@ void SentMessagesModel::Advance()
         m_problem = error.Description();
         m_timer.stop();
     }
-    const bool hasOthers = std::exchange(m_revision, m_list.Revision()) != m_list.Revision();
-    if (hasOthers || m_list.Count() != m_count)
+    const bool isRevised = std::exchange(m_revision, m_list.Revision()) != m_list.Revision();
+    const bool hasOthers = isRevised || m_list.Count() != m_count;
+    if (hasOthers)
         ShowRows();
     if (hasOthers || IsSettled() != wasSettled || !m_problem.isEmpty())
         emit Advanced();

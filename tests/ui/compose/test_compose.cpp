@@ -5,6 +5,7 @@
 #include "RecipientBox.h"
 #include "Rows.h"
 #include "ScriptedPeer.h"
+#include "StatusLine.h"
 #include "WindowFixture.h"
 
 #include <QAbstractItemModelTester>
@@ -232,6 +233,16 @@ private slots:
         for (const QChar c : typed)
             QTest::keyClick(&f.to, keys.value(c, Qt::Key(c.toUpper().unicode())));
         QCOMPARE(f.to.lineEdit()->selectedText(), completion);
+    }
+
+    void aStatusThatIsCutOffIsInItsToolTip()
+    {
+        Fixture f;
+        auto &bar = Control<StatusLine>(f.compose, "StatusBar");
+        for (const int length : {10, 999}) {
+            bar.ShowStatus(QString(length, u'<'));
+            QCOMPARE(bar.toolTip().count(u"&lt;"_s), length > 10 ? length : 0);
+        }
     }
 
     void aTextOrAPickSelects()

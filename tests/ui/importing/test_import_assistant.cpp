@@ -1,3 +1,4 @@
+#include "FileSizeLimit.h"
 #include "Files.h"
 #include "PhoneBookFixture.h"
 #include "Rows.h"
@@ -17,6 +18,8 @@ const QByteArray kFile = "Who,Handy,Telefon,Gruppen,Notiz\nCy,07400 123456,07400
                          "Di,020 7946 0000,,Club,07400123461\nÉlan 2,07971001234,,Club,\n"
                          "Cy again,+44 7400 123456,,,\nEd,+1 201 555 0123,,,\nFay,06 12 34 56 79,,Club,\n"
                          "Gil,+49 1512 3456789,,,\nHal,,,,\n";
+
+std::optional<FileSizeLimit> g_fullDisk;
 
 /// Does one thing in the dialog, as a user would. Gives what "list" sees.
 QString Do(QDialog &dialog, const QString &what, const QStringList &words)
@@ -49,6 +52,8 @@ QString Do(QDialog &dialog, const QString &what, const QStringList &words)
             text += u'/';
         }
         return text;
+    } else if (what == u"full") {
+        g_fullDisk.emplace(1);
     } else if (what == u"status") {
         return Control<QLabel>(dialog, "lblStatus").text() + u'/';
     } else {
@@ -72,6 +77,8 @@ struct Fixture : PhoneBookFixture
     {
         QString seen;
         ExpectFile(bytes);
+        if (steps.contains(u"full"_s))
+            prompts.ExpectBoxBeginning(u"The phone book could not be saved: "_s, PromptIcon::Exclamation);
         WhenDialogOpens(u"ImportAssistant"_s, [steps, &seen](QDialog &dialog) {
             const Mirror mirror(Control<QTreeView>(dialog, "lvwCandidates").model());
             QCOMPARE(Control<QLabel>(dialog, "lblFile").text().section(u':', 0, 0), u"new.csv"_s);
@@ -98,7 +105,11 @@ class TestImportAssistant final : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { QVERIFY(!QApplication::overrideCursor()); }
+    void cleanup()
+    {
+        g_fullDisk.reset();
+        QVERIFY(!QApplication::overrideCursor());
+    }
 
     // What the user does and sees, what the status bar says then, and what the phone book holds besides its own.
     TABLE_TEST(
@@ -133,6 +144,24 @@ private slots:
         f.Trigger(u"mnuUndo"_s);
         QCOMPARE(f.Print(), before);
         QCOMPARE(f.Saved(), saved);
+        f.Trigger(u"mnuRedo"_s);
+        QCOMPARE(f.Groups().currentIndex().data().toString(), u"Imported"_s);
+    }
+
+    // It is told, and in memory, and the next save brings it to the disk.
+    void aFailedSaveLosesNothing()
+    {
+        Fixture f;
+        const QByteArray saved = f.Saved();
+        f.Import(kFile, u"wait, full, cmdOK"_s);
+        QCOMPARE(f.Saved(), saved);
+        QCOMPARE(f.Status(), u"Imported 3 contacts to group Imported; 6 were left out"_s);
+        QTest::keyClick(f.Editor(f.Groups()), Qt::Key_Escape);
+        f.prompts.ExpectBoxBeginning(u"The phone book could not be saved: "_s, PromptIcon::Exclamation);
+        f.Trigger(u"mnuUndo"_s);
+        g_fullDisk.reset();
+        f.Trigger(u"mnuRedo"_s);
+        QCOMPARE(f.Saved().count("Imported"), 3);
     }
 
     // Closed or begun anew while threads work; Enter imports nothing yet.

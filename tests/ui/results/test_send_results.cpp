@@ -102,6 +102,10 @@ private slots:
         window.show();
         auto &again = Control<QPushButton>(window, "cmdSendAgain");
         QVERIFY(Control<QLabel>(window, "lblNotKnown").isVisible());
+        const auto &reason = Control<QLabel>(window, "lblReason");
+        auto &list = Control<QTreeView>(window, "lvwSendResults");
+        list.setCurrentIndex(list.model()->index(1, 0));
+        QCOMPARE(reason.accessibleDescription(), u"A & <b>"_s);
         for (int i = 0; i < 3; ++i) {
             QTest::qWait(1); // the quiet time
             again.click();
@@ -109,8 +113,7 @@ private slots:
         QCOMPARE(f.sentAgain.size(), 2);
         QCOMPARE(f.sentAgain[1].size(), size_t(1));
         QCOMPARE(f.sentAgain[1][0].Name, u"Zoë"_s);
-        QVERIFY(!again.isEnabled());
-        const auto &list = Control<QTreeView>(window, "lvwSendResults");
+        QVERIFY(!again.isEnabled() && reason.accessibleDescription().isEmpty());
         QCOMPARE(list.model()->index(1, 0).data().toString(), u"Sent"_s);
         QCOMPARE(list.model()->index(2, 0).data().toString(), u"Not sent"_s);
     }

@@ -103,11 +103,13 @@ private slots:
                u"^Esc -> closed SCEDC [Zoë] B\"b Ann: Other//Not known: Line lost",
                u"#1 #0 -> 3 messages SCEDC Ann B\"b [Zoë]: Other//Not known: Line lost",
                u"#1 -> 3 messages SCEDC Ann B\"b [Zoë]: Other//Not known: Line lost",
+               u"#1 ^Ctrl+W ! -> 3 messages SCEDC [Ann] B\"b Zoë: See you/at 8//Sent/Number at the gateway: 7",
                u"#2 #2 ^Ctrl+W ! -> 3 messages SCEDC [Ann] B\"b Zoë: See you/at 8//Sent/Number at the gateway: 7",
                u"#2 #2 ^Ctrl+W ! #2 -> 3 messages SCEDC Zoë B\"b [Ann]: See you/at 8//Sent/Number at the gateway: 7",
                u"^Down ?0n ^Del ?0y ^Del ^Del -> 2 messages --E-C B\"b Ann: See you/at 8//Refused: No <b>/credit",
                u"^Down ^Shift+Down ?1y ^Del -> 1 message --E-C Ann: See you/at 8//Sent/Number at the gateway: 7",
                u"?0y .cmdDelete ?2n .cmdClear ?2y .cmdClear -> 0 messages -----: ",
+               u"/zo ^Down ?0y ^Del -> 0 messages found ----C: ",
                u".cmdSendAgain -> 3 messages SCEDC [Zoë] B\"b Ann: Other//Not known: Line lost",
                u"/ann .cmdSendAgain -> closed SCEDC [Ann]: See you/at 8//Sent/Number at the gateway: 7")
     {
