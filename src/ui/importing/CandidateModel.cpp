@@ -29,7 +29,9 @@ void CandidateModel::Settle(const LxPhoneBook &phoneBook)
     beginResetModel();
     Candidates::Settle(m_candidates, phoneBook);
     m_isSettled = true;
-    for (const Candidate &candidate : m_candidates) {
+    for (Candidate &candidate : m_candidates) {
+        if (const auto own = m_ownTicks.constFind({candidate.row, candidate.number}); own != m_ownTicks.constEnd())
+            candidate.isTicked = !own->isEmpty() && *own == candidate.judged.International();
         ++m_counts[static_cast<size_t>(KindOf(candidate))];
         m_tickedCount += candidate.isTicked ? 1 : 0;
     }
@@ -62,6 +64,7 @@ void CandidateModel::TickRows(int first, int last, bool isTicked)
         if (!CanBeTicked(candidate) || candidate.isTicked == isTicked)
             continue;
         candidate.isTicked = isTicked;
+        m_ownTicks.insert({candidate.row, candidate.number}, isTicked ? candidate.judged.International() : QString());
         m_tickedCount += isTicked ? 1 : -1;
     }
     if (first > last)

@@ -3,10 +3,12 @@
 #include "Candidates.h"
 
 #include <QAbstractTableModel>
+#include <QHash>
 
 #include <array>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 /// Who of a file may come in, a row for each number, with a tick for who does. While numbers are being judged there
@@ -40,7 +42,8 @@ public:
     [[nodiscard]] std::span<Candidate> All() { return m_candidates; }
     /// So many from this one on were judged.
     void ShowJudged(int first, int count);
-    /// Once all are judged.
+    /// Once all are judged. Ticks that the user set before hold where the number of the row is still the same, and what
+    /// was unticked stays so.
     void Settle(const LxPhoneBook &phoneBook);
 
     /// Shows those of the kind, or all.
@@ -49,6 +52,9 @@ public:
     void TickShown(bool isTicked);
     /// Those of these rows.
     void TickRows(int first, int last, bool isTicked);
+
+    /// Forgets the user's ticks, for candidates of other rows.
+    void ForgetTicks() { m_ownTicks.clear(); }
 
     [[nodiscard]] int TickedCount() const { return m_tickedCount; }
     [[nodiscard]] int CountOf(Kind kind) const { return m_counts[static_cast<size_t>(kind)]; }
@@ -85,4 +91,6 @@ private:
     std::optional<std::vector<int>> m_shown;
     std::array<int, kKindCount> m_counts{};
     int m_tickedCount = 0;
+    /// What the user ticked, by row and number as the file has them: the number that it was then, empty for unticked.
+    QHash<std::pair<int, QString>, QString> m_ownTicks;
 };

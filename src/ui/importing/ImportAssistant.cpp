@@ -158,6 +158,7 @@ void ImportAssistant::ChooseRole(int column, ColumnRole role)
 void ImportAssistant::ChooseHeading(bool hasHeading)
 {
     m_table->SetHasHeading(hasHeading, m_hasOwnRoles);
+    m_candidates.ForgetTicks();
     Judge();
 }
 

@@ -131,6 +131,10 @@ private slots:
         "out | Cy (2):Imported+Club+Work Di:Imported+Club Élan 2:Imported+Club Ed:Imported | Work,Imported,Club",
         u"wait, cboCountry France, wait, cmdOK -> Imported 3 contacts to group Imported; 6 were left out | "
         "Cy again:Imported Ed:Imported Fay:Imported+Club | Work,Imported,Club",
+        u"wait, select 2 2, key Space, select 5 5, key Space, cboCountry France, wait, cboCountry United Kingdom, "
+        u"wait, "
+        "cmdOK -> Imported 3 contacts to group Imported; 6 were left out | Cy:Imported+Club+Work "
+        "Cy (2):Imported+Club+Work Di:Imported+Club | Work,Imported,Club",
         u"wait, role 1 6, role 2 6, wait, cmdOK, role 4 3, chkHeading, wait, cmdOK -> "
         "Imported 1 contact to group Imported; 8 were left out | Di:Imported+Club | Work,Imported,Club")
     {
@@ -141,6 +145,7 @@ private slots:
         QCOMPARE(seen + f.Status() + u" | "_s + f.Print().remove(before.section(u'|', 0, 0)), outcome);
         QVERIFY(f.Saved() != saved && f.Editor(f.Groups()));
         QTest::keyClick(f.Editor(f.Groups()), Qt::Key_Escape);
+        QVERIFY(Control<QAction>(f.phoneBook, "mnuUndo").text().contains(u"Import"));
         f.Trigger(u"mnuUndo"_s);
         QCOMPARE(f.Print(), before);
         QCOMPARE(f.Saved(), saved);
