@@ -20,8 +20,12 @@ QString Tr(const char *text)
 int Add(const CommandInput &input)
 {
     const auto perMinute = static_cast<int>(ServiceCommands::Number(input.options, u"per-minute"_s, 0, 100'000));
+    const QString sender = input.options.value(u"sender"_s);
+    Accounts::CheckSender(sender);
+    const QString password = input.readPassword();
+    // Last, so that what is broken off leaves no empty one.
     Database database = CommandOptions::OpenOrCreateDatabase(input.options);
-    Accounts(database).Add(input.arguments[0], input.readPassword(), input.options.value(u"sender"_s), perMinute);
+    Accounts(database).Add(input.arguments[0], password, sender, perMinute);
     return 0;
 }
 

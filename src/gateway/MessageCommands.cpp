@@ -84,15 +84,17 @@ int List(const CommandInput &input)
 
 int Retry(const CommandInput &input)
 {
+    const qint64 id = ServiceCommands::Number(input.arguments[0], u"ID"_s, 1, kMostId);
     Database database = CommandOptions::OpenDatabase(input.options);
-    MessageLookup(database).Retry(ServiceCommands::Number(input.arguments[0], u"ID"_s, 1, kMostId));
+    MessageLookup(database).Retry(id);
     return 0;
 }
 
 int Fail(const CommandInput &input)
 {
+    const qint64 id = ServiceCommands::Number(input.arguments[0], u"ID"_s, 1, kMostId);
     Database database = CommandOptions::OpenDatabase(input.options);
-    MessageLookup(database).Fail(ServiceCommands::Number(input.arguments[0], u"ID"_s, 1, kMostId));
+    MessageLookup(database).Fail(id);
     return 0;
 }
 
@@ -180,35 +182,36 @@ QList<ServiceCommand> MessageCommands()
     const QCommandLineOption check(u"check"_s, Tr("Read the whole database, and tell whether it is damaged."));
     const QString messages = u"messages"_s;
     const QString id = u"ID"_s;
-    return {{{messages, u"retry"_s},
-             {id},
-             Tr("Queue a failed or unsure message again; an unsure one may arrive twice."),
-             {database},
-             Retry},
-            {{messages, u"fail"_s},
-             {id},
-             Tr("Give up a message that is queued or unsure, or of which no more is told."),
-             {database},
-             Fail},
-            {{messages}, {}, Tr("Show messages, newest first."), {database, state, user, limit, json}, List},
-            {{u"status"_s},
-             {},
-             Tr("Show how the messages stand; ends with 1 when they are stuck."),
-             {database, stuckAfter, check},
-             Status},
-            {{u"restored"_s},
-             {},
-             Tr("After a copy was put in the database's place: what it has as queued may have gone out since."),
-             {database},
-             Restored},
-            {{u"purge"_s},
-             {},
-             Tr("Blank text, name and number of messages that last changed long ago, but not of queued ones."),
-             {database, olderThan},
-             Purge},
-            {{u"check-kannel"_s},
-             {u"FILE"_s},
-             Tr("Tell which settings that guard against loss are missing in a configuration of Kannel."),
-             {},
-             CheckKannel}};
+    return {
+        {{messages, u"retry"_s},
+         {id},
+         Tr("Queue a failed or unsure message again (an unsure one may arrive twice), or try a queued one at once."),
+         {database},
+         Retry},
+        {{messages, u"fail"_s},
+         {id},
+         Tr("Give up a message that is queued or unsure, or of which no more is told."),
+         {database},
+         Fail},
+        {{messages}, {}, Tr("Show messages, newest first."), {database, state, user, limit, json}, List},
+        {{u"status"_s},
+         {},
+         Tr("Show how the messages stand; ends with 1 when they are stuck."),
+         {database, stuckAfter, check},
+         Status},
+        {{u"restored"_s},
+         {},
+         Tr("After a copy was put in the database's place: what it has as queued may have gone out since."),
+         {database},
+         Restored},
+        {{u"purge"_s},
+         {},
+         Tr("Blank text, name and number of messages that last changed long ago, but not of queued ones."),
+         {database, olderThan},
+         Purge},
+        {{u"check-kannel"_s},
+         {u"FILE"_s},
+         Tr("Tell which settings that guard against loss are missing in a configuration of Kannel."),
+         {},
+         CheckKannel}};
 }

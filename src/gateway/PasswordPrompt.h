@@ -3,5 +3,5 @@
 #include <QString>
 
 /// Asks for a new password: on a terminal unseen and twice, else it is the first line of the standard input. Raises
-/// number 5, source kUsageSource, when the two differ or there is none.
+/// number 5, source "Corvane.Gateway", when the two differ or there is none.
 [[nodiscard]] QString AskPassword();

@@ -5,7 +5,6 @@
 #include "Database.h"
 #include "DatabaseStore.h"
 #include "EndSignal.h"
-#include "Error.h"
 #include "Gateway.h"
 #include "GatewayServer.h"
 #include "HandOver.h"

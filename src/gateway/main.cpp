@@ -21,8 +21,8 @@ namespace {
 
 int Fail(const QString &reason, int exitCode)
 {
-    const bool isSentence = reason.endsWith(u'.') || reason.endsWith(u'?');
-    std::fprintf(stderr, "brevio-gateway: %s%s\n", reason.toLocal8Bit().constData(), isSentence ? "" : ".");
+    const char *const end = reason.endsWith(u'.') ? "" : ".";
+    std::fprintf(stderr, "brevio-gateway: %s%s\n", reason.toLocal8Bit().constData(), end);
     return exitCode;
 }
 

@@ -77,7 +77,7 @@ std::pair<qsizetype, int> FitOf(QByteArrayView sample, bool isCut, char separato
 
 char SeparatorOf(QByteArrayView text)
 {
-    constexpr qsizetype kSampleSize = 64 * 1024;
+    constexpr qsizetype kSampleSize = 65'536;
     const bool isCut = text.size() > kSampleSize;
     const QByteArrayView sample = text.first(isCut ? kSampleSize : text.size());
     char separator = '\t';

@@ -69,7 +69,7 @@ QString DecodeText(const QByteArray &bytes, const QString &charset = {})
 {
     if (!charset.isEmpty()) {
         QStringDecoder decoder(charset.toLatin1().constData(), QStringDecoder::Flag::Stateless);
-        const QString text = decoder.isValid() ? decoder.decode(bytes) : QString();
+        QString text = decoder.isValid() ? decoder.decode(bytes) : QString();
         if (decoder.isValid() && !decoder.hasError())
             return text;
     }

@@ -51,7 +51,7 @@ private slots:
         u"account credit ann -9 --by x --reason y -> ann has 4 messages, no fewer than 0 can be left. = 2",
         u"messages --state sent -> There is no state \"sent\". Try --help. = 2", u"messages ->  = 0",
         u"messages retry 7 -> There is no message 7. = 2", u"purge -> A purge wants --older-than DAYS. Try --help. = 2",
-        u"purge --older-than 3 -> 0 messages blanked = 0",
+        u"purge --older-than 3 -> 0 messages blanked = 0", u"restored -> 0 messages are unsure now = 0",
         u"serve -> The password of Kannel's sendsms-user is wanted: --kannel-password-file FILE. Try --help. = 2",
         u"serve --kannel-password-file /dev/null -> There is no password in \"/dev/null\". = 2",
         u"serve --tls-key x -> --tls-certificate and --tls-key go together. Try --help. = 2",

@@ -145,8 +145,8 @@ void HandOver::Settle(qint64 id, const Engine::Answer &answer)
             isLastTry = m_stops;
         }
         try {
-            m_queue.Settle(id, answer.result, answer.note);
-            m_log(u"message %1 %2 %3"_s.arg(id).arg(WordOf(answer.result), answer.note).trimmed());
+            const HandOverResult result = m_queue.Settle(id, answer.result, answer.note);
+            m_log(u"message %1 %2 %3"_s.arg(id).arg(WordOf(result), answer.note).trimmed());
             return;
         } catch (const Error &error) {
             m_log(u"message %1 %2, but that is not kept: %3"_s.arg(id).arg(WordOf(answer.result), error.Description()));

@@ -11,7 +11,8 @@
 /// Takes the messages from the queue and gives them to the engine, a few at once.
 ///
 /// An engine that does not take them now, or whose answer is lost, is left alone for a while: then one message goes
-/// first, and the others wait for what becomes of it, so that a long queue is not tried message by message.
+/// first, and the others wait for what becomes of it, so that a long queue is not tried message by message. A message
+/// without a line does not stop the others: there may be one for them.
 ///
 /// A message is given to the engine at most once for each time it is taken, and what came of it is noted before the
 /// sender takes the next. Where that cannot be written it stays Handing, which nothing takes; the sender goes on trying

@@ -109,7 +109,7 @@ int ReportListener::Server::Answer(const std::string &target) const
     }
     try {
         queue.Report(call->id, call->attempt, *report);
-        log(u"report on message %1: type %2"_s.arg(call->id).arg(call->type));
+        log(u"report on message %1, try %2: type %3"_s.arg(call->id).arg(call->attempt).arg(call->type));
         return 200;
     } catch (const Error &error) {
         log(u"report on message %1 not kept: %2"_s.arg(call->id).arg(error.Description()));

@@ -2,6 +2,7 @@
 
 #include "Database.h"
 #include "Error.h"
+#include "Failure.h"
 #include "PasswordHash.h"
 #include "Query.h"
 #include "TextFile.h"
@@ -16,11 +17,6 @@ namespace {
 
 constexpr qsizetype kMaxLength = 64;
 constexpr qint64 kMaxBalance = 1'000'000'000;
-
-Error Failure(const QString &reason)
-{
-    return {ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, reason};
-}
 
 bool CanBeCarried(const QString &text)
 {

@@ -1,6 +1,7 @@
 #include "Database.h"
 
 #include "Error.h"
+#include "Failure.h"
 #include "Query.h"
 #include "WriteGroup.h"
 
@@ -90,11 +91,6 @@ BEGIN
         ORDER BY id LIMIT 1);
 END;
 )";
-
-Error Failure(const QString &reason)
-{
-    return {ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, reason};
-}
 
 // In words that a reply can carry: Latin-1 and no tag.
 QString ReasonOf(const SQLite::Exception &exception)
@@ -243,7 +239,7 @@ Database::Database(const QString &path, Clock clock, Opening opening)
     , m_connections([&path, opening] {
         if (opening == Opening::Create)
             CreateFor(path);
-        else if (!QFileInfo::exists(path))
+        else if (::access(QFile::encodeName(path).constData(), F_OK) != 0 && errno == ENOENT)
             throw Failure(u"There is no such database: %1"_s.arg(path));
         try {
             auto connections = std::make_unique<Connections>(path);
@@ -276,7 +272,7 @@ void Database::HoldForService()
     if (::flock(held.handle(), LOCK_EX | LOCK_NB) != 0)
         throw Failure(errno == EWOULDBLOCK ? u"%1: another service works with this database"_s.arg(m_path)
                                            : u"%1: %2"_s.arg(m_path, ReasonOfSystem()));
-    // An orderly end leaves no write-ahead log.
+    // An orderly end of the last that had the file open leaves no write-ahead log.
     const char *const log = sqlite3_filename_wal(sqlite3_db_filename(m_connections->writer.getHandle(), "main"));
     if (QFileInfo(QFile::decodeName(log)).size() > 0)
         Check();

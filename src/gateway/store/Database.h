@@ -30,8 +30,8 @@ public:
     };
 
     /// Opens the file. Raises number 5, source "Corvane.Gateway", and leaves the file as it is when that is no
-    /// database, another program's or of a newer version, or when it cannot be opened. Damage is found where it is met,
-    /// and told so by what meets it; Check looks for it.
+    /// database, another program's or of a newer version, when it cannot be opened, or, for Existing, is missing or
+    /// empty. Damage is found where it is met, and told so by what meets it; Check looks for it.
     explicit Database(const QString &path, Clock clock = SystemClock, Opening opening = Opening::Create);
     Database(const QString &path, Opening opening)
         : Database(path, SystemClock, opening)
@@ -40,8 +40,8 @@ public:
     ~Database();
     Q_DISABLE_COPY_MOVE(Database)
 
-    /// Keeps the file from other services for as long as this lives, and checks it when its last one did not end in
-    /// good order. Raises number 5, source "Corvane.Gateway", when another service has it, or it is damaged.
+    /// Keeps the file from other services for as long as this lives, and checks it when there is a write-ahead log, as
+    /// a crash leaves one. Raises number 5, source "Corvane.Gateway", when another service has it, or it is damaged.
     void HoldForService();
 
     /// Reads the whole file. Raises number 5, source "Corvane.Gateway", when it is damaged.

@@ -2,6 +2,7 @@
 
 #include "Database.h"
 #include "Error.h"
+#include "Failure.h"
 #include "MessageRows.h"
 #include "Query.h"
 
@@ -10,11 +11,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kPurgedAtOnce = 2000;
-
-Error Failure(const QString &reason)
-{
-    return {ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, reason};
-}
 
 struct Row
 {

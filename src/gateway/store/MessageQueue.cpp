@@ -132,15 +132,17 @@ std::chrono::milliseconds MessageQueue::UntilNext(std::chrono::milliseconds long
     return std::clamp(wait, 0ms, longest);
 }
 
-void MessageQueue::Settle(qint64 id, HandOverResult result, const QString &note)
+HandOverResult MessageQueue::Settle(qint64 id, HandOverResult result, const QString &note)
 {
+    HandOverResult taken = result;
     m_database.Write([&](SQLite::Database &connection) {
         Query message(connection, "SELECT attempts, taken, accepted FROM messages WHERE id = ?1 AND state = 1", id);
         if (!message.Next())
             return;
         const qint64 now = m_database.Now();
-        const bool isRefused = result == HandOverResult::NoLine && now - message.Number(2) >= kWithoutLineMs;
-        switch (isRefused ? HandOverResult::Refused : result) {
+        if (result == HandOverResult::NoLine && now - message.Number(2) >= kWithoutLineMs)
+            taken = HandOverResult::Refused;
+        switch (taken) {
         case HandOverResult::Accepted:
             MessageRows::Move(connection, id, MessageState::HandedOver, note, now);
             MessageRows::NoteTaken(connection, id);
@@ -161,6 +163,7 @@ void MessageQueue::Settle(qint64 id, HandOverResult result, const QString &note)
             break;
         }
     });
+    return taken;
 }
 
 void MessageQueue::Report(qint64 id, qint64 attempt, DeliveryReport report)
@@ -183,7 +186,8 @@ void MessageQueue::Report(qint64 id, qint64 attempt, DeliveryReport report)
         const qint64 taken = message.Number(2) + (state == MessageState::Handing ? 1 : 0);
         if (state == MessageState::Handing) {
             MessageRows::NoteTaken(connection, id);
-            NoteTime(connection, u"last_taken"_s, now);
+            if (isOfLatest)
+                NoteTime(connection, u"last_taken"_s, now);
         }
         // A second copy may be with the operator, and one that is there already was not refused at once.
         const bool isWithOperator = state == MessageState::AtOperator || state == MessageState::Buffered;

@@ -53,9 +53,9 @@ public:
 
     /// Notes what the engine said. A refusal refunds the message unless an earlier hand-over may have sent it; NotNow
     /// queues it again, 2 s later at first, doubled with each attempt up to 5 min; so does NoLine until a day after it
-    /// was accepted, and is a refusal then. A message that a report has moved on
-    /// already keeps its state.
-    void Settle(qint64 id, HandOverResult result, const QString &note);
+    /// was accepted, and is a refusal then. A message that a report has moved on already keeps its state. Gives what it
+    /// took the answer for.
+    HandOverResult Settle(qint64 id, HandOverResult result, const QString &note);
 
     /// Notes what a report says of a message's latest hand-over. Repeated and late reports, and those of messages that
     /// are not there or were never tried, change nothing. Neither do those of an earlier hand-over, or of a message

@@ -1,6 +1,7 @@
 #include "MessageRows.h"
 
 #include "Error.h"
+#include "Failure.h"
 #include "Query.h"
 
 using namespace Qt::StringLiterals;
@@ -42,7 +43,7 @@ void ChargeAgain(SQLite::Database &connection, qint64 id)
                               id)
                             .Run();
     if (charged == 0)
-        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, u"No messages left"_s);
+        throw Failure(u"No messages left"_s);
     Query(connection, "UPDATE messages SET refunded = 0, taken = 0 WHERE id = ?1", id).Run();
 }
 

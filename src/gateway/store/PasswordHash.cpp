@@ -1,6 +1,7 @@
 #include "PasswordHash.h"
 
 #include "Error.h"
+#include "Failure.h"
 
 #include <crypt.h>
 #include <memory>
@@ -26,7 +27,7 @@ QByteArray Make(const QString &password)
     const bool hasSetting = crypt_gensalt_rn("$y$", 0, nullptr, 0, setting, sizeof setting);
     QByteArray hash = hasSetting ? Crypt(password, setting) : QByteArray();
     if (hash.isEmpty())
-        throw Error(ErrorNumber::kInvalidArgument, u"Corvane.Gateway"_s, u"The password cannot be hashed"_s);
+        throw Failure(u"The password cannot be hashed"_s);
     return hash;
 }
 

@@ -9,6 +9,7 @@
 
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <atomic>
 
 /// A database with one user, "ann", and all that works on it.

@@ -52,7 +52,7 @@ class TestStoreHarm final : public QObject
 private slots:
     // Byte to change, in all later pages too unless it is in the header, its new value; -1 for one that is cut in the
     // middle, -2 for text.
-    TABLE_TEST(filesThatAreNotOpened, (int at, char value, const QString &reason),
+    TABLE_TEST(whatIsNoSoundDatabaseIsTold, (int at, char value, const QString &reason),
                {"text", -2, 'x', u"it is no database, or damaged"_s}, {"cut", -1, 0, u"the database is damaged"_s},
                {"another program's", 71, 9, u"it is a database of another program"_s},
                {"newer", 63, 9, u"it was written by a newer version of the gateway"_s},
