@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kLargeRequest = 256 * 1024;
+constexpr qsizetype kLargeRequest = 256LL * 1024;
 
 Gateway::Answer Refused(int errorNumber, const QString &reason)
 {
