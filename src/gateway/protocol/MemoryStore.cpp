@@ -53,7 +53,7 @@ MessageVerdict MemoryStore::Accept(const GatewayRequest &request, const GatewayM
 
 QString MemoryStore::WhyNotAccepted(const GatewayMessage &message, const GatewayAccount &account) const
 {
-    if (const QString refusal = MessageRules::WhyNotSendable(message); !refusal.isEmpty())
+    if (QString refusal = MessageRules::WhyNotSendable(message); !refusal.isEmpty())
         return refusal;
     if (m_refusedNumbers.contains(message.number))
         return u"The number cannot be reached"_s;

@@ -8,7 +8,7 @@ constexpr int kBadRequest = 400;
 constexpr int kRequestTimeout = 408;
 // A turn of one connection, so that a fast one does not keep the others waiting. As large as a record of TLS at least:
 // what is left of one would not be polled.
-constexpr qsizetype kTurn = 64 * 1024;
+constexpr qsizetype kTurn = 64LL * 1024;
 constexpr Connection::Duration kEndTime{2000};
 
 } // namespace

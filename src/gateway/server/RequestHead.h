@@ -7,7 +7,7 @@
 /// What must be known of a request before the whole of it has come: how long it is, and whether to read it at all.
 struct RequestHead
 {
-    static constexpr qsizetype kMostBytes = 32 * 1024;
+    static constexpr qsizetype kMostBytes = 32LL * 1024;
 
     qsizetype size = 0; ///< With the blank line that ends it.
     qint64 bodySize = 0;

@@ -205,7 +205,7 @@ std::exception_ptr Do(const WriteJob &job, SQLite::Database &writer)
         savepoint.release();
         return {};
     } catch (...) {
-        const std::exception_ptr failure = std::current_exception();
+        std::exception_ptr failure = std::current_exception();
         if (sqlite3_get_autocommit(writer.getHandle()) || IsDamage(failure))
             throw;
         savepoint.rollback();

@@ -17,7 +17,7 @@ constexpr qsizetype kMostAtOnce = 10'000;
 
 QString WhyNotCarried(const GatewayMessage &message)
 {
-    if (const QString refusal = MessageRules::WhyNotSendable(message); !refusal.isEmpty())
+    if (QString refusal = MessageRules::WhyNotSendable(message); !refusal.isEmpty())
         return refusal;
     return MessageRules::WhyNotInAlphabet(message.text);
 }
