@@ -13,7 +13,7 @@ namespace {
 
 QString DatabasePath(const QCommandLineParser &options)
 {
-    const QString path = options.value(u"database"_s);
+    QString path = options.value(u"database"_s);
     if (path.isEmpty())
         ServiceCommands::Refuse(QCoreApplication::translate("CommandOptions", "Which database? --database FILE."));
     return path;

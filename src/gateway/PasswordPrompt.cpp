@@ -66,7 +66,7 @@ QString AskUnseen(const QString &question)
 QString AskPassword()
 {
     const bool isTerminal = isatty(STDIN_FILENO) != 0;
-    const QString password = isTerminal ? AskUnseen(Tr("Password: ")) : ReadLine();
+    QString password = isTerminal ? AskUnseen(Tr("Password: ")) : ReadLine();
     if (isTerminal && AskUnseen(Tr("Again: ")) != password)
         ServiceCommands::GiveUp(Tr("The two passwords differ."));
     if (password.isEmpty())

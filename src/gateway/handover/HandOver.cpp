@@ -137,23 +137,27 @@ std::chrono::milliseconds HandOver::UntilNext()
     }
 }
 
+bool HandOver::TrySettle(qint64 id, const Engine::Answer &answer)
+{
+    try {
+        const HandOverResult result = m_queue.Settle(id, answer.result, answer.note);
+        m_log(u"message %1 %2 %3"_s.arg(id).arg(WordOf(result), answer.note).trimmed());
+        return true;
+    } catch (const Error &error) {
+        m_log(u"message %1 %2, but that is not kept: %3"_s.arg(id).arg(WordOf(answer.result), error.Description()));
+        return false;
+    }
+}
+
 void HandOver::Settle(qint64 id, const Engine::Answer &answer)
 {
-    for (bool isLastTry = false; true;) {
-        {
-            const std::scoped_lock lock(m_mutex);
-            isLastTry = m_stops;
-        }
-        try {
-            const HandOverResult result = m_queue.Settle(id, answer.result, answer.note);
-            m_log(u"message %1 %2 %3"_s.arg(id).arg(WordOf(result), answer.note).trimmed());
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        const bool isLastTry = m_stops;
+        lock.unlock();
+        if (TrySettle(id, answer) || isLastTry)
             return;
-        } catch (const Error &error) {
-            m_log(u"message %1 %2, but that is not kept: %3"_s.arg(id).arg(WordOf(answer.result), error.Description()));
-        }
-        if (isLastTry)
-            return;
-        std::unique_lock lock(m_mutex);
+        lock.lock();
         m_changed.wait_for(lock, m_options.longestIdle, [this] { return m_stops; });
     }
 }

@@ -63,6 +63,7 @@ private:
     [[nodiscard]] Turn WaitForTurn(std::unique_lock<std::mutex> &lock);
     [[nodiscard]] std::optional<OutgoingMessage> Take();
     [[nodiscard]] std::chrono::milliseconds UntilNext();
+    [[nodiscard]] bool TrySettle(qint64 id, const Engine::Answer &answer);
     void Settle(qint64 id, const Engine::Answer &answer);
     void NoteEngine(HandOverResult result, Turn turn);
 

@@ -180,7 +180,7 @@ void CheckSmsbox(const Group &smsbox, QStringList &findings)
         findings += u"smsbox: the sendsms port is open to the network: set sendsms-interface to 127.0.0.1."_s;
     if (IsOn(smsbox, u"immediate-sendsms-reply"_s))
         findings += u"smsbox: immediate-sendsms-reply says \"accepted\" before the message is kept: leave it out."_s;
-    constexpr qint64 kSecondsOfWeek = 7 * 24 * 3600;
+    constexpr qint64 kSecondsOfWeek = 7LL * 24 * 3600;
     const qint64 repeats = NumberOf(smsbox, u"http-request-retry"_s);
     const qint64 delay = NumberOf(smsbox, u"http-queue-delay"_s, 10);
     if (repeats * delay < kSecondsOfWeek)
