@@ -43,8 +43,8 @@ public:
 
     /// `country` is what the row says of its country, and then goes before the region: a dialling code, two or three
     /// letters, or a name in a language of NumberJudge::RegionNames or the country's own; without letters or digits it
-    /// says nothing. A label decides for a number that may be a mobile or a landline, and
-    /// makes one at which somebody else answers no better than a landline.
+    /// says nothing. A label decides for a number that may be a mobile or a landline, and makes one at which somebody
+    /// else answers no better than a landline.
     [[nodiscard]] JudgedNumber Judge(const QString &number, const QString &country, NumberLabel label) const;
 
     /// The two letters of a country, as above, or empty text.

@@ -65,3 +65,14 @@ struct Shop
     MessageQueue queue{database};
     MessageLookup lookup{database};
 };
+
+/// Names for databases of a test, in a folder that goes with it.
+class DatabaseFiles
+{
+protected:
+    QString NewFile() { return m_folder.filePath(QStringLiteral("%1.db").arg(++m_count)); }
+
+private:
+    QTemporaryDir m_folder;
+    int m_count = 0;
+};

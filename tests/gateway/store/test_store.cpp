@@ -41,14 +41,9 @@ void Do(Shop &shop, const QString &word)
 
 } // namespace
 
-class TestStore final : public QObject
+class TestStore final : public QObject, DatabaseFiles
 {
     Q_OBJECT
-
-    QTemporaryDir m_folder;
-    int m_files = 0;
-
-    QString NewFile() { return m_folder.filePath(u"%1.db"_s.arg(++m_files)); }
 
 private slots:
     // Credit, queue limit, texts -> what each came to, and the balance.

@@ -40,14 +40,9 @@ extern "C" int fdatasync(int file)
 }
 
 /// The store on a bad day: files that are no databases, locks, full disks and kills.
-class TestStoreHarm final : public QObject
+class TestStoreHarm final : public QObject, DatabaseFiles
 {
     Q_OBJECT
-
-    QTemporaryDir m_folder;
-    int m_files = 0;
-
-    QString NewFile() { return m_folder.filePath(u"%1.db"_s.arg(++m_files)); }
 
 private slots:
     // Byte to change, in all later pages too unless it is in the header, its new value; -1 for one that is cut in the
