@@ -21,7 +21,7 @@ endfunction()
 
 brevio_layer(src/base PUBLIC Qt6::Core)
 brevio_layer(src/encodings PUBLIC Qt6::Core PRIVATE Brevio::base)
-brevio_layer(src/numbers PUBLIC Qt6::Core PRIVATE Brevio::base)
+brevio_layer(src/numbers PUBLIC Qt6::Core Brevio::base)
 brevio_layer(src/phonebook PUBLIC Qt6::Core Brevio::base Brevio::encodings Brevio::numbers)
 brevio_layer(src/history PUBLIC Qt6::Core Brevio::base PRIVATE SQLiteCpp)
 brevio_layer(src/importing

@@ -1,5 +1,7 @@
 #include "SortKey.h"
 
+#include <QString>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -33,19 +35,17 @@ QLatin1String LettersOf(QChar c)
     }
 }
 
-bool IsAscii(QChar c)
+bool IsAscii(char unit)
 {
-    return c < u'\u0080';
+    return static_cast<signed char>(unit) >= 0;
 }
 
-void AppendLower(QStringView ascii, QByteArray &key)
+void AppendLower(QByteArrayView ascii, QByteArray &key)
 {
     const qsizetype before = key.size();
     key.resize(before + ascii.size());
-    std::transform(ascii.begin(), ascii.end(), key.data() + before, [](QChar c) {
-        const char16_t unit = c.unicode();
-        return static_cast<char>(unit >= u'A' && unit <= u'Z' ? unit + (u'a' - u'A') : unit);
-    });
+    const auto lower = [](char c) { return static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c); };
+    std::transform(ascii.begin(), ascii.end(), key.data() + before, lower);
 }
 
 void AppendFolded(const QString &text, QByteArray &key)
@@ -65,14 +65,14 @@ void AppendFolded(const QString &text, QByteArray &key)
 
 } // namespace
 
-void AppendSortKey(const QString &text, QByteArray &key)
+void AppendSortKey(QUtf8StringView text, QByteArray &key)
 {
     // Taking a text apart is slow, and few letters of a name need it.
     for (auto c = text.begin(); c != text.end();) {
         const auto others = std::find_if_not(c, text.end(), IsAscii);
-        AppendLower(QStringView(c, others), key);
+        AppendLower(QByteArrayView(c, others), key);
         c = std::find_if(others, text.end(), IsAscii);
         if (c != others)
-            AppendFolded(QString(others, c - others), key);
+            AppendFolded(QString::fromUtf8(others, c - others), key);
     }
 }

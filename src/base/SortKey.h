@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
+#include <QUtf8StringView>
 
-/// Appends, in UTF-8, the text by which a list is sorted: case folded, marks removed, so that "É" stands beside "E",
+/// Appends, in UTF-8, the key by which a list is sorted: case folded, marks removed, so that "É" stands beside "E",
 /// and "ß" as "ss".
-void AppendSortKey(const QString &text, QByteArray &key);
+void AppendSortKey(QUtf8StringView text, QByteArray &key);

@@ -31,6 +31,15 @@ bool IsCutUtf8(const QByteArray &bytes)
 
 } // namespace
 
+bool IsAscii(QByteArrayView bytes)
+{
+    // Looking at all bytes is quicker than stopping at the first.
+    char all = 0;
+    for (const char c : bytes)
+        all |= c;
+    return static_cast<signed char>(all) >= 0;
+}
+
 int CodePageByte(char16_t character)
 {
     if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))

@@ -24,6 +24,8 @@ inline constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
 /// Text of bytes in Windows-1252, whatever they start with.
 [[nodiscard]] QString DecodeCodePage(const QByteArray &bytes);
 
+[[nodiscard]] bool IsAscii(QByteArrayView bytes);
+
 /// Whether Decode gives every byte its character: false for bytes behind the mark that are no UTF-8.
 [[nodiscard]] bool DecodesWhole(const QByteArray &bytes);
 
@@ -63,20 +65,23 @@ void ForEachForeignLine(QStringView text, Visitor visit)
     }
 }
 
-/// Calls `visit` with every line of Decode(bytes), as ForEachLine does, without holding all of that text at once.
+/// Calls `visit` with every line of Decode(bytes) in UTF-8, as ForEachLine does, without decoding what is ASCII.
 template <typename Visitor>
-void ForEachDecodedLine(const QByteArray &bytes, Visitor visit)
+void ForEachUtf8Line(const QByteArray &bytes, Visitor visit)
 {
-    constexpr qsizetype kStretch = 1 << 11;
-    if (bytes.startsWith(kUtf8Mark)) {
-        ForEachLine(Decode(bytes), visit);
-        return;
-    }
-    for (qsizetype start = 0; start < bytes.size();) {
-        const qsizetype lineEnd = bytes.indexOf('\n', start + kStretch);
-        const qsizetype end = lineEnd < 0 ? bytes.size() : lineEnd + 1;
-        ForEachLine(DecodeCodePage(QByteArray::fromRawData(bytes.constData() + start, end - start)), visit);
-        start = end;
+    const bool isUtf8 = bytes.startsWith(kUtf8Mark);
+    const QByteArray text = isUtf8 ? Decode(bytes).toUtf8() : bytes;
+    QByteArrayView rest = text;
+    while (!rest.isEmpty()) {
+        const qsizetype end = rest.indexOf('\n');
+        QByteArrayView line = end < 0 ? rest : rest.first(end);
+        rest = end < 0 ? QByteArrayView() : rest.sliced(end + 1);
+        if (end >= 0 && line.endsWith('\r'))
+            line.chop(1);
+        if (isUtf8 || IsAscii(line))
+            visit(QUtf8StringView(line.data(), line.size()));
+        else
+            visit(QUtf8StringView(DecodeCodePage(line.toByteArray()).toUtf8()));
     }
 }
 

@@ -6,33 +6,17 @@
 #include <charconv>
 #include <utility>
 
-namespace {
-
-template <typename Unit>
-bool IsPrintableAscii(Unit unit)
-{
-    return unit >= Unit(' ') && unit <= Unit('~');
-}
-
-} // namespace
-
-void TextWriter::AppendBytes(const QByteArray &bytes)
-{
-    std::copy(bytes.begin(), bytes.end(), Room(bytes.size()));
-    m_size += bytes.size();
-}
-
 void TextWriter::AppendNumber(int number)
 {
     constexpr qsizetype kMaxDigits = 11;
-    char *out = Room(kMaxDigits);
+    char *out = RoomFor(kMaxDigits);
     m_size += std::to_chars(out, out + kMaxDigits, number).ptr - out;
 }
 
 void TextWriter::Append(QStringView text)
 {
     if (!m_isUtf8) {
-        char *const start = Room(text.size());
+        char *const start = RoomFor(text.size());
         char *out = start;
         for (const QChar c : text) {
             const char16_t unit = c.unicode();
@@ -55,29 +39,16 @@ void TextWriter::AppendAsOneLine(QStringView text)
 {
     // Hardly any text needs more than a copy.
     const char16_t lastLatin = m_isUtf8 ? 0 : 0xFF;
-    char *out = Room(text.size());
+    char *out = RoomFor(text.size());
     for (const QChar c : text) {
         const char16_t unit = c.unicode();
-        if (!IsPrintableAscii(unit) && (unit < 0xA0 || unit > lastLatin)) {
+        if ((unit < u' ' || unit > u'~') && (unit < 0xA0 || unit > lastLatin)) {
             Append(TextFile::AsOneLine(text.toString()));
             return;
         }
         *out++ = static_cast<char>(unit);
     }
     m_size += text.size();
-}
-
-void TextWriter::AppendAsOneLine(QByteArrayView utf8)
-{
-    char *out = Room(utf8.size());
-    for (const char c : utf8) {
-        if (!IsPrintableAscii(c)) {
-            AppendAsOneLine(QString::fromUtf8(utf8));
-            return;
-        }
-        *out++ = c;
-    }
-    m_size += utf8.size();
 }
 
 void TextWriter::SwitchToUtf8()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ShortText.h"
+
 #include <QByteArray>
 #include <QStringView>
 
@@ -21,13 +23,20 @@ public:
     /// Appends the text as TextFile::AsOneLine makes it.
     void AppendAsOneLine(QStringView text);
 
-    void AppendAsOneLine(QByteArrayView utf8);
+    template <size_t Room>
+    void AppendAsOneLine(const ShortText<Room> &text)
+    {
+        if (text.IsPlain())
+            AppendBytes(text.Utf8());
+        else
+            AppendAsOneLine(text.ToString());
+    }
 
     /// Appends a literal of ASCII characters.
     template <size_t Size>
     void AppendAscii(const char (&literal)[Size])
     {
-        std::memcpy(Room(Size - 1), literal, Size - 1);
+        std::memcpy(RoomFor(Size - 1), literal, Size - 1);
         m_size += Size - 1;
     }
     void AppendNumber(int number);
@@ -37,13 +46,17 @@ public:
 
 private:
     /// Where the next `size` bytes go.
-    [[nodiscard]] char *Room(qsizetype size)
+    [[nodiscard]] char *RoomFor(qsizetype size)
     {
         if (m_bytes.size() - m_size < size)
             m_bytes.resize(2 * m_size + size);
         return m_bytes.data() + m_size;
     }
-    void AppendBytes(const QByteArray &bytes);
+    void AppendBytes(QByteArrayView bytes)
+    {
+        std::memcpy(RoomFor(bytes.size()), bytes.data(), static_cast<size_t>(bytes.size()));
+        m_size += bytes.size();
+    }
     void SwitchToUtf8();
 
     /// Longer than what is written, so that writing a phone book does not stop at each piece to resize.

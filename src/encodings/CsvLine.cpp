@@ -1,20 +1,22 @@
 #include "CsvLine.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace Encodings {
 namespace {
 
-constexpr QChar kQuote = u'"';
-constexpr QChar kComma = u',';
+constexpr char kQuote = '"';
+constexpr char kComma = ',';
 
 enum class State { BeforeString, InsideQuotedString, InsideUnquotedString, AfterString };
 
 /// The position of the first such character from `from` on, or the line's end.
-qsizetype FindEnd(QStringView line, qsizetype from, QChar c)
+qsizetype FindEnd(QByteArrayView line, qsizetype from, char c)
 {
-    return std::find(line.begin() + from, line.end(), c) - line.begin();
+    const void *const end = std::memchr(line.data() + from, c, static_cast<size_t>(line.size() - from));
+    return end ? static_cast<const char *>(end) - line.data() : line.size();
 }
 
 } // namespace
@@ -22,18 +24,19 @@ qsizetype FindEnd(QStringView line, qsizetype from, QChar c)
 CsvFields ParseCSVLine(QStringView line)
 {
     CsvFields fields;
-    QString joined;
-    for (const QStringView field : SplitCSVLine(line, joined))
-        fields.append(field.toString());
+    const QByteArray utf8 = line.toUtf8();
+    QByteArray joined;
+    for (const QByteArrayView field : SplitCSVLine(utf8, joined))
+        fields.append(QString::fromUtf8(field));
     return fields;
 }
 
-QVarLengthArray<QStringView, 4> SplitCSVLine(QStringView line, QString &joined)
+QVarLengthArray<QByteArrayView, 4> SplitCSVLine(QByteArrayView line, QByteArray &joined)
 {
-    QVarLengthArray<QStringView, 4> fields;
-    QStringView field;
+    QVarLengthArray<QByteArrayView, 4> fields;
+    QByteArrayView field;
     qsizetype joinedFrom = -1;
-    const auto appendStretch = [&](QStringView stretch) {
+    const auto appendStretch = [&](QByteArrayView stretch) {
         if (field.isEmpty()) {
             field = stretch;
             return;
@@ -46,7 +49,7 @@ QVarLengthArray<QStringView, 4> SplitCSVLine(QStringView line, QString &joined)
             joined += field;
         }
         joined += stretch;
-        field = QStringView(joined).sliced(joinedFrom);
+        field = QByteArrayView(joined).sliced(joinedFrom);
     };
     const auto appendField = [&] {
         fields.append(std::exchange(field, {}));
@@ -82,7 +85,7 @@ QVarLengthArray<QStringView, 4> SplitCSVLine(QStringView line, QString &joined)
             break;
         }
         case State::InsideUnquotedString: {
-            const auto isEnd = [](QChar c) { return c == kQuote || c == kComma; };
+            const auto isEnd = [](char c) { return c == kQuote || c == kComma; };
             const qsizetype end = std::find_if(line.begin() + i, line.end(), isEnd) - line.begin();
             appendStretch(line.sliced(i, end - i));
             i = end + 1;

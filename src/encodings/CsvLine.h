@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringView>
 #include <QVarLengthArray>
@@ -14,8 +15,8 @@ using CsvFields = QVarLengthArray<QString, 4>;
 /// quote and the next comma is dropped; a doubled quote counts only inside a quoted field.
 [[nodiscard]] CsvFields ParseCSVLine(QStringView line);
 
-/// The same fields, without a copy of their text. They lie in the line; those with a doubled quote lie in `joined`,
-/// which is empty before and must not change after.
-[[nodiscard]] QVarLengthArray<QStringView, 4> SplitCSVLine(QStringView line, QString &joined);
+/// The same fields of a line in UTF-8, without a copy of their text. They lie in the line; those with a doubled quote
+/// lie in `joined`, which is empty before and must not change after.
+[[nodiscard]] QVarLengthArray<QByteArrayView, 4> SplitCSVLine(QByteArrayView line, QByteArray &joined);
 
 } // namespace Encodings

@@ -16,7 +16,7 @@ std::string SortKeyBeside(const QString &text)
     const bool isAscii = std::all_of(text.begin(), text.end(), [](QChar c) { return c < u'\u0080'; });
     QByteArray key;
     if (!isAscii)
-        AppendSortKey(text, key);
+        AppendSortKey(text.toUtf8(), key);
     return key.toStdString();
 }
 

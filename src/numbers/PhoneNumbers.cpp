@@ -75,24 +75,27 @@ bool IsLocalNumber(QStringView s)
     return IsAllDigits(s) && s.front() != u'0';
 }
 
-std::optional<NumberText> LocalDigits(QStringView s)
+std::optional<NumberText> LocalDigits(QAnyStringView s)
 {
-    // Nearly all are digits and blanks, and need no text of their own.
-    QVarLengthArray<char, 32> digits(s.size());
-    char *end = digits.data();
-    for (const QChar c : s) {
+    QByteArray storage;
+    QVarLengthArray<char, 32> digits;
+    for (const char unit : Utf8Of(s, storage)) {
+        const QLatin1Char c(unit);
         if (IsDigit(c)) {
-            *end++ = static_cast<char>(c.unicode());
+            digits.append(unit);
         } else if (!IsPunctuation(c)) {
+            // Few numbers hold more than digits and blanks.
             const QString local = RemoveTrunkZero(CleanPhoneNumber(s.toString()));
             return IsLocalNumber(local) ? std::optional(NumberText(local)) : std::nullopt;
         }
     }
-    QLatin1String local(digits.data(), end);
-    if (local.startsWith(u'0'))
+    QUtf8StringView local(digits.data(), digits.size());
+    if (!local.isEmpty() && local.front() == '0')
         local = local.sliced(1);
     // Two zeros make a number international.
-    return local.isEmpty() || local.startsWith(u'0') ? std::nullopt : std::optional(NumberText(local));
+    if (local.isEmpty() || local.front() == '0')
+        return std::nullopt;
+    return NumberText(local);
 }
 
 bool IsDiallingCode(QStringView s)

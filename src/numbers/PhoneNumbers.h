@@ -37,7 +37,7 @@ struct SplitNumber
 [[nodiscard]] bool IsLocalNumber(QStringView s);
 
 /// The digits of a number in local form, cleaned and without trunk zero; none for any other.
-[[nodiscard]] std::optional<NumberText> LocalDigits(QStringView s);
+[[nodiscard]] std::optional<NumberText> LocalDigits(QAnyStringView s);
 
 /// One to three digits.
 [[nodiscard]] bool IsDiallingCode(QStringView s);

@@ -9,26 +9,38 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What QStringView::contains tells where case is ignored, which looks every letter up in a table.
-bool ContainsIgnoringCase(QStringView name, QStringView text)
+/// Whether the name holds the text, or with `exact` is the text, ignoring case.
+bool MatchesName(const LxContact::NameText &name, QStringView text, bool exact)
 {
-    const auto folded = [](QChar c) {
-        return c < u'\u0080' ? (c >= u'A' && c <= u'Z' ? QChar(c.unicode() + (u'a' - u'A')) : c) : c.toCaseFolded();
-    };
-    if (text.isEmpty() || text.front().isSurrogate())
-        return name.contains(text, Qt::CaseInsensitive);
-    const QChar first = folded(text.front());
-    for (qsizetype i = 0; i + text.size() <= name.size(); ++i) {
-        if (folded(name[i]) == first && name.sliced(i, text.size()).compare(text, Qt::CaseInsensitive) == 0)
-            return true;
+    const auto isAscii = [](QChar c) { return c < u'\u0080'; };
+    if (!name.IsPlain() || !std::all_of(text.begin(), text.end(), isAscii)) {
+        const QString decoded = name.ToString();
+        return exact ? text.compare(decoded, Qt::CaseInsensitive) == 0 : decoded.contains(text, Qt::CaseInsensitive);
     }
-    return false;
+    // Most names and texts, for which Qt looks every letter up in a table.
+    const auto isSame = [](char a, QChar b) {
+        const auto lower = [](char16_t unit) { return unit >= u'A' && unit <= u'Z' ? unit + (u'a' - u'A') : unit; };
+        return lower(static_cast<char16_t>(a)) == lower(b.unicode());
+    };
+    const QByteArrayView letters = name.Utf8();
+    return exact ? std::equal(letters.begin(), letters.end(), text.begin(), text.end(), isSame)
+                 : std::search(letters.begin(), letters.end(), text.begin(), text.end(), isSame) != letters.end();
+}
+
+/// Whether the number begins with the digits, or with `exact` is them.
+bool MatchesLocal(const NumberText &number, QStringView digits, bool exact)
+{
+    if (!number.IsPlain())
+        return exact ? number.ToString() == digits : number.ToString().startsWith(digits);
+    const QLatin1StringView local(number.Utf8());
+    return exact ? local == digits : local.startsWith(digits);
 }
 
 [[noreturn]] void RaiseContactError(const QString &description)
@@ -59,11 +71,13 @@ LxContact::Details &LxContact::ToChange()
     return m_details;
 }
 
-void LxContact::SetName(QString name)
+void LxContact::SetName(QAnyStringView name)
 {
-    if (name.size() > NameMaxLength)
-        name = Utils::Cut(name, NameMaxLength);
-    ToChange().name = std::move(name);
+    // In no form has a text fewer units than in UTF-16.
+    if (name.size() <= NameMaxLength)
+        ToChange().name = name;
+    else
+        ToChange().name = Utils::Cut(name.toString(), NameMaxLength);
 }
 
 void LxContact::SetCountryCode(int code)
@@ -73,13 +87,13 @@ void LxContact::SetCountryCode(int code)
     ToChange().countryCode = static_cast<qint16>(code);
 }
 
-void LxContact::SetUserMobile(QStringView mobile)
+void LxContact::SetUserMobile(QAnyStringView mobile)
 {
     const std::optional<NumberText> local = PhoneNumbers::LocalDigits(mobile);
     if (!local)
         RaiseContactError(QCoreApplication::translate("LxContact", "User mobile was passed a non-local mobile"));
     Details &details = ToChange();
-    details.userMobile = NumberText(mobile);
+    details.userMobile = mobile;
     details.localMobile = *local;
 }
 
@@ -97,8 +111,8 @@ void LxContact::SetMobile(const QString &mobile)
         RaiseContactError(QCoreApplication::translate("LxContact", "Unrecognised country code in mobile"));
     Details &details = ToChange();
     details.countryCode = split->code;
-    details.userMobile = NumberText(split->local);
-    details.localMobile = NumberText(PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(split->local)));
+    details.userMobile = split->local;
+    details.localMobile = PhoneNumbers::RemoveTrunkZero(PhoneNumbers::CleanPhoneNumber(split->local));
 }
 
 QString LxContact::InternationalMobile() const
@@ -133,7 +147,7 @@ void LxContact::Destroy()
 LxContactPtr LxContact::Clone() const
 {
     LxContactPtr clone = Create(m_countries);
-    clone->SetName(m_details.name);
+    clone->SetName(Name());
     clone->SetCountryCode(m_details.countryCode);
     clone->SetUserMobile(UserMobile());
     return clone;
@@ -150,7 +164,7 @@ bool LxContact::MatchesInternational(QStringView text, bool exact) const
     if (!text.startsWith(prefix))
         return false;
     const QStringView rest = text.sliced(prefix.size());
-    return exact ? m_details.localMobile == rest : m_details.localMobile.StartsWith(rest);
+    return MatchesLocal(m_details.localMobile, rest, exact);
 }
 
 bool LxContact::Match(const QString &text, bool exact) const
@@ -159,7 +173,7 @@ bool LxContact::Match(const QString &text, bool exact) const
     if (t.isEmpty() || t == u"0")
         return !exact;
     const auto matchesLocal = [this, exact](QStringView digits) {
-        return exact ? m_details.localMobile == digits : m_details.localMobile.StartsWith(digits);
+        return MatchesLocal(m_details.localMobile, digits, exact);
     };
     const QChar first = t.front();
     bool numberMatches = false;
@@ -175,6 +189,5 @@ bool LxContact::Match(const QString &text, bool exact) const
     }
     if (numberMatches)
         return true;
-    return exact ? QStringView(m_details.name).compare(t, Qt::CaseInsensitive) == 0
-                 : ContainsIgnoringCase(m_details.name, t);
+    return MatchesName(m_details.name, t, exact);
 }

@@ -2,9 +2,10 @@
 
 #include "LxGroupList.h"
 #include "NumberText.h"
+#include "ShortText.h"
 
+#include <QAnyStringView>
 #include <QString>
-#include <QStringView>
 
 #include <memory>
 
@@ -17,7 +18,7 @@ using LxContactPtr = std::shared_ptr<LxContact>;
 /// One person: a name, a mobile number in the local form that the user typed, the country whose dialling code makes
 /// it international, and the groups that hold the contact.
 ///
-/// The setters raise number -2147221503, source "Corvane.Contact", and then change nothing.
+/// The texts that it takes are valid where they are UTF-8. The setters raise number -2147221503, source "Corvane.Contact", and then change nothing.
 class LxContact final : public std::enable_shared_from_this<LxContact>
 {
     /// Explicit, so that nobody else can make one, not even from braces.
@@ -28,6 +29,8 @@ class LxContact final : public std::enable_shared_from_this<LxContact>
 
 public:
     static constexpr int NameMaxLength = 50;
+    /// A name, nearly all of which are this short.
+    using NameText = ShortText<30>;
 
     /// A contact without name, number, country and groups. `countries` must outlive it.
     [[nodiscard]] static LxContactPtr Create(const LxCountryList &countries);
@@ -36,9 +39,10 @@ public:
     /// Unique among all contacts of the process, never stored.
     [[nodiscard]] int ContactID() const { return m_id; }
 
-    [[nodiscard]] const QString &Name() const { return m_details.name; }
+    [[nodiscard]] QString Name() const { return m_details.name.ToString(); }
+    [[nodiscard]] const NameText &KeptName() const { return m_details.name; }
     /// Keeps the first NameMaxLength characters.
-    void SetName(QString name);
+    void SetName(QAnyStringView name);
 
     /// The dialling code; 0 when none is set.
     [[nodiscard]] qint16 CountryCode() const { return m_details.countryCode; }
@@ -47,9 +51,9 @@ public:
 
     /// The number as typed, in local form.
     [[nodiscard]] QString UserMobile() const { return m_details.userMobile.ToString(); }
-    [[nodiscard]] const NumberText &UserMobileText() const { return m_details.userMobile; }
+    [[nodiscard]] const NumberText &KeptUserMobile() const { return m_details.userMobile; }
     /// Keeps a number in local form as it stands. Raises "User mobile was passed a non-local mobile" for any other.
-    void SetUserMobile(QStringView mobile);
+    void SetUserMobile(QAnyStringView mobile);
 
     /// Takes a number in any form. One that begins with "0" is local, in the contact's country; any other is
     /// international, with or without "+", and sets the country too. Raises "Unrecognised country code in mobile".
@@ -86,7 +90,7 @@ private:
     {
         [[nodiscard]] bool operator==(const Details &other) const = default;
 
-        QString name;
+        NameText name;
         NumberText userMobile;
         /// Kept beside the typed form, so that searching 100,000 contacts does not clean each number again.
         NumberText localMobile;

@@ -12,6 +12,14 @@
 
 using namespace Qt::StringLiterals;
 
+LxGroupList::Data::Data() = default;
+LxGroupList::Data::Data(const Data &other)
+    : QSharedData(other)
+    , groups(other.groups)
+{
+}
+LxGroupList::Data::~Data() = default;
+
 LxGroupList::LxGroupList() = default;
 LxGroupList::~LxGroupList() = default;
 LxGroupList::LxGroupList(LxGroupList &&other) noexcept = default;
@@ -27,26 +35,26 @@ LxGroup &LxGroupList::CreateGroup(const QString &name)
 
 LxGroup &LxGroupList::CreateNewGroup(const QString &name)
 {
-    Own &own = Owned();
-    LxGroup &group = *own.groups.emplace_back(std::make_unique<LxGroup>());
+    Data &data = Changing();
+    LxGroup &group = *data.owned.emplace_back(std::make_unique<LxGroup>());
     group.SetName(name);
-    AddNew(group);
-    group.m_history = own.history;
-    if (own.history)
-        own.history->GroupCame(group, Count() - 1);
+    data.groups.append(&group);
+    group.m_history = data.history;
+    if (data.history)
+        data.history->GroupCame(group, Count() - 1);
     return group;
 }
 
-LxGroupList::Own &LxGroupList::Owned()
+LxGroupList::Data &LxGroupList::Changing()
 {
-    if (!m_own)
-        m_own = std::make_unique<Own>();
-    return *m_own;
+    if (!m_data)
+        m_data = new Data;
+    return *m_data;
 }
 
 void LxGroupList::ReportTo(PhoneBookHistory &history)
 {
-    Owned().history = &history;
+    Changing().history = &history;
     for (LxGroup *group : *this)
         group->m_history = &history;
 }
@@ -54,33 +62,36 @@ void LxGroupList::ReportTo(PhoneBookHistory &history)
 std::pair<std::unique_ptr<LxGroup>, int> LxGroupList::TakeOut(const LxGroup &group)
 {
     // From the end, where a new one stands.
-    auto &owned = Owned().groups;
+    Data &data = Changing();
+    auto &owned = data.owned;
     const auto isIt = [&group](const auto &other) { return other.get() == &group; };
     const auto found = std::find_if(owned.rbegin(), owned.rend(), isIt);
     std::unique_ptr<LxGroup> taken = std::move(*found);
     owned.erase(std::next(found).base());
-    const auto place = static_cast<int>(m_groups.lastIndexOf(taken.get()));
-    m_groups.removeAt(place);
+    const auto place = static_cast<int>(data.groups.lastIndexOf(taken.get()));
+    data.groups.removeAt(place);
     return {std::move(taken), place};
 }
 
 void LxGroupList::PutIn(std::unique_ptr<LxGroup> group, int place)
 {
-    m_groups.insert(place, group.get());
-    Owned().groups.push_back(std::move(group));
+    Data &data = Changing();
+    data.groups.insert(place, group.get());
+    data.owned.push_back(std::move(group));
 }
 
 void LxGroupList::DestroyGroup(LxGroup &group)
 {
     group.RemoveAllContacts();
+    const Data &data = Changing();
     const auto isIt = [&group](const auto &owned) { return owned.get() == &group; };
-    if (!m_own || std::none_of(m_own->groups.begin(), m_own->groups.end(), isIt)) {
+    if (std::none_of(data.owned.begin(), data.owned.end(), isIt)) {
         Remove(group);
         return;
     }
     auto [taken, place] = TakeOut(group);
-    if (m_own->history)
-        m_own->history->GroupWent(std::move(taken), place);
+    if (data.history)
+        data.history->GroupWent(std::move(taken), place);
 }
 
 void LxGroupList::Add(LxGroup &group)
@@ -91,28 +102,29 @@ void LxGroupList::Add(LxGroup &group)
 
 void LxGroupList::Remove(const LxGroup &group)
 {
-    m_groups.removeIf([&group](const LxGroup *other) { return other == &group; });
+    Changing().groups.removeIf([&group](const LxGroup *other) { return other == &group; });
 }
 
 void LxGroupList::Removal::From(LxGroupList &list)
 {
-    if (list.m_groups.isDetached()) {
+    const Data *const storage = list.m_data.constData();
+    if (storage->ref.loadRelaxed() == 1) {
         list.Remove(m_group);
         return;
     }
-    const auto [found, isNew] = m_sharedAt.try_emplace(list.m_groups.constData());
+    const auto [found, isNew] = m_sharedAt.try_emplace(storage);
     Shared &shared = found->second;
     if (isNew) {
-        shared.before = list.m_groups;
+        shared.before = list.m_data;
         list.Remove(m_group);
-        shared.after = list.m_groups;
+        shared.after = list.m_data;
     }
-    list.m_groups = shared.after;
+    list.m_data = shared.after;
 }
 
 bool LxGroupList::Contains(const LxGroup &group) const
 {
-    return std::find(m_groups.begin(), m_groups.end(), &group) != m_groups.end();
+    return std::find(begin(), end(), &group) != end();
 }
 
 LxGroup &LxGroupList::GetGroup(int id) const
@@ -131,22 +143,22 @@ bool LxGroupList::ExistsID(int id) const
 LxGroup *LxGroupList::Find(int id) const
 {
     const auto it =
-        std::find_if(m_groups.begin(), m_groups.end(), [id](const LxGroup *g) { return g->GroupID() == id; });
-    return it == m_groups.end() ? nullptr : *it;
+        std::find_if(begin(), end(), [id](const LxGroup *g) { return g->GroupID() == id; });
+    return it == end() ? nullptr : *it;
 }
 
 LxGroup *LxGroupList::Lookup(const QString &name) const
 {
     const auto it =
-        std::find_if(m_groups.begin(), m_groups.end(), [&name](const LxGroup *g) { return g->Name() == name; });
-    return it == m_groups.end() ? nullptr : *it;
+        std::find_if(begin(), end(), [&name](const LxGroup *g) { return g->Name() == name; });
+    return it == end() ? nullptr : *it;
 }
 
 QString LxGroupList::UniqueName(const QString &wanted, const LxGroup *except) const
 {
     const QString cleaned = LxGroup::CleanName(wanted);
     const auto isTaken = [this, except](const QString &name) {
-        return std::any_of(m_groups.begin(), m_groups.end(),
+        return std::any_of(begin(), end(),
                            [&](const LxGroup *g) { return g != except && g->Name() == name; });
     };
     QString name = cleaned;
@@ -159,13 +171,13 @@ QString LxGroupList::UniqueName(const QString &wanted, const LxGroup *except) co
 
 LxGroup *LxGroupList::GetFirstGroup() const
 {
-    return m_groups.isEmpty() ? nullptr : m_groups.first();
+    return Count() == 0 ? nullptr : Groups().first();
 }
 
 QString LxGroupList::AsString(const QString &separator, const LxGroup *excluded) const
 {
     QString text;
-    for (const LxGroup *group : m_groups) {
+    for (const LxGroup *group : Groups()) {
         if (group != excluded)
             text += QString(group->Name()).remove(separator) + separator;
     }

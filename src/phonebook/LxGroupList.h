@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QSharedData>
 #include <QString>
 
 #include <memory>
@@ -15,6 +16,19 @@ class PhoneBookHistory;
 /// to the others, so a phone book's own list keeps its groups alive, and a contact's list or a selection does not.
 class LxGroupList final
 {
+    /// Apart, and shared between the contacts of the same groups as they were loaded, so that a list is but a pointer.
+    struct Data : QSharedData
+    {
+        Data();
+        /// Owns nothing.
+        Data(const Data &other);
+        ~Data();
+
+        QList<LxGroup *> groups;
+        std::vector<std::unique_ptr<LxGroup>> owned;
+        PhoneBookHistory *history = nullptr;
+    };
+
 public:
     LxGroupList();
     ~LxGroupList();
@@ -42,10 +56,11 @@ public:
 
     void Add(LxGroup &group);
     /// Adds a group of which the caller knows that it is not in the list.
-    void AddNew(LxGroup &group) { m_groups.append(&group); }
+    void AddNew(LxGroup &group) { Changing().groups.append(&group); }
     void Remove(const LxGroup &group);
-    /// Refers to the same groups as the other list, of which it then shares the storage until either changes.
-    void ShareGroupsOf(const LxGroupList &other) { m_groups = other.m_groups; }
+    /// Refers to the same groups as the other list, which owns none and of which it then shares the storage until either
+    /// changes.
+    void ShareGroupsOf(const LxGroupList &other) { m_data = other.m_data; }
     [[nodiscard]] bool Contains(const LxGroup &group) const;
 
     /// Raises number 5, source "Corvane.GroupList", when no group has this identity.
@@ -68,9 +83,9 @@ public:
     /// The names joined by the separator, which is removed from each name; `excluded` is left out.
     [[nodiscard]] QString AsString(const QString &separator, const LxGroup *excluded = nullptr) const;
 
-    [[nodiscard]] int Count() const { return static_cast<int>(m_groups.size()); }
-    [[nodiscard]] auto begin() const { return m_groups.begin(); }
-    [[nodiscard]] auto end() const { return m_groups.end(); }
+    [[nodiscard]] int Count() const { return static_cast<int>(Groups().size()); }
+    [[nodiscard]] auto begin() const { return Groups().begin(); }
+    [[nodiscard]] auto end() const { return Groups().end(); }
 
     /// Takes a group off many lists; those that share their storage go on sharing it.
     class Removal final
@@ -86,8 +101,8 @@ public:
     private:
         struct Shared
         {
-            QList<LxGroup *> before;
-            QList<LxGroup *> after;
+            QSharedDataPointer<Data> before;
+            QSharedDataPointer<Data> after;
         };
 
         const LxGroup &m_group;
@@ -95,17 +110,12 @@ public:
     };
 
 private:
-    struct Own
-    {
-        std::vector<std::unique_ptr<LxGroup>> groups;
-        PhoneBookHistory *history = nullptr;
-    };
-
+    [[nodiscard]] const QList<LxGroup *> &Groups() const { return m_data ? m_data->groups : kNone; }
+    /// This list's own, for a change.
+    [[nodiscard]] Data &Changing();
     [[nodiscard]] LxGroup *Find(int id) const;
-    [[nodiscard]] Own &Owned();
 
-    /// Shared between the contacts of the same groups as they were loaded.
-    QList<LxGroup *> m_groups;
-    /// Apart, as most lists, those of the contacts, own nothing. Null until it is needed.
-    std::unique_ptr<Own> m_own;
+    inline static const QList<LxGroup *> kNone;
+    /// Null until it is needed.
+    QSharedDataPointer<Data> m_data;
 };

@@ -14,15 +14,18 @@
 #include "TextWriter.h"
 #include "Utils.h"
 #include "VCardFile.h"
+#include "VectorState.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 
 #include <algorithm>
 #include <deque>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -49,24 +52,25 @@ public:
     }
 
     /// "Everyone" and the groups of these names, joined by ";"; "Everyone" alone for empty text.
-    const LxGroupList &Of(QStringView names)
+    const LxGroupList &Of(QUtf8StringView names)
     {
         // Most lines name the same groups as one before.
-        const auto found = m_byNames.constFind(QString::fromRawData(names.data(), names.size()));
-        if (found != m_byNames.constEnd())
-            return m_lists[*found];
+        const auto found = m_byNames.find(std::string_view(names.data(), static_cast<size_t>(names.size())));
+        if (found != m_byNames.end())
+            return found->second;
         const int madeBefore = m_finder.NewCount();
         LxGroupList groups;
         groups.AddNew(m_everyone);
         if (!names.isEmpty()) {
-            for (const QStringView name : names.split(u';'))
-                groups.Add(m_finder.Find(name.toString()));
+            for (const QString &name : names.toString().split(u';'))
+                groups.Add(m_finder.Find(name));
         }
         // Where each line names a group of its own, nobody asks for its list again.
+        ReleaseVectorState();
         if (m_finder.NewCount() > madeBefore)
             return m_newGroups = std::move(groups);
-        m_byNames.insert(names.toString(), m_lists.size());
-        return m_lists.emplace_back(std::move(groups));
+        const std::string &kept = m_names.emplace_back(names.data(), names.size());
+        return m_byNames.emplace(kept, std::move(groups)).first->second;
     }
 
 private:
@@ -74,9 +78,9 @@ private:
     GroupFinder m_finder;
     /// The list of the last names that made a group.
     LxGroupList m_newGroups;
-    std::deque<LxGroupList> m_lists;
-    /// Where in m_lists the groups of such names stand.
-    QHash<QString, size_t> m_byNames;
+    /// What the keys lie in.
+    std::deque<std::string> m_names;
+    std::unordered_map<std::string_view, LxGroupList> m_byNames;
 };
 
 LxPhoneBook::LxPhoneBook(const LxCountryList &countries, const Clock &clock)
@@ -230,14 +234,14 @@ QString LxPhoneBook::Restore(const QString &name)
     }
 }
 
-bool LxPhoneBook::AddContactOf(QStringView line, NamedGroups &groups) const
+bool LxPhoneBook::AddContactOf(QUtf8StringView line, NamedGroups &groups) const
 {
     const std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line);
     if (!record)
         return false;
     const LxContactPtr contact = CreateContact();
     try {
-        contact->SetName(record->name.toString());
+        contact->SetName(record->name);
         contact->SetCountryCode(record->countryCode);
         contact->SetUserMobile(record->mobile);
     } catch (const Error &) {
@@ -249,11 +253,12 @@ bool LxPhoneBook::AddContactOf(QStringView line, NamedGroups &groups) const
 
 bool LxPhoneBook::AddContacts(const QByteArray &bytes)
 {
+    ReleaseVectorState();
     bool readAll = TextFile::DecodesWhole(bytes);
     NamedGroups groups(m_groups);
-    TextFile::ForEachDecodedLine(bytes, [&](QStringView line) {
+    TextFile::ForEachUtf8Line(bytes, [&](QUtf8StringView line) {
         if (!AddContactOf(line, groups))
-            readAll = readAll && line.trimmed().isEmpty();
+            readAll = readAll && line.toString().trimmed().isEmpty();
     });
     for (LxGroup *group : m_groups)
         group->Squeeze();
@@ -292,7 +297,7 @@ LxPhoneBook::ParsedLines LxPhoneBook::ParseContacts(const QString &text)
             return;
         // A heading, or a line of something else, costs its own contact only.
         if (const LxContactPtr contact = isCut ? nullptr : ImportedContactOf(line, names)) {
-            LxGroup::AddNew(contact, groups.Of(names));
+            LxGroup::AddNew(contact, groups.Of(names.toUtf8()));
             parsed.lineOf.push_back(number);
             return;
         }
@@ -325,6 +330,7 @@ void LxPhoneBook::Export(const QString &name, const LxGroup &group, ExportKind k
 
 QByteArray LxPhoneBook::Content() const
 {
+    ReleaseVectorState();
     constexpr qsizetype kUsualLineLength = 64;
     const LxGroup &everyone = AllContacts();
     TextWriter writer(kUsualLineLength * everyone.Count());

@@ -102,7 +102,7 @@ private:
     [[nodiscard]] static LxGroupList NewGroups();
 
     /// Adds the line's contact to the groups that it names; false for a line that breaks the rules.
-    bool AddContactOf(QStringView line, NamedGroups &groups) const;
+    bool AddContactOf(QUtf8StringView line, NamedGroups &groups) const;
     /// The contact of a line of another program's file; null where it holds none. `groups` becomes the names of its
     /// groups.
     [[nodiscard]] LxContactPtr ImportedContactOf(QStringView line, QString &groups) const;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QString>
-#include <QStringView>
+#include <QByteArray>
+#include <QUtf8StringView>
 
 #include <optional>
 
@@ -16,18 +16,18 @@ namespace PhoneBookFile {
 /// One line, read but not yet judged against the country table.
 struct Record
 {
-    QStringView name;
+    QUtf8StringView name;
     qint16 countryCode = 0;
-    QStringView mobile;
+    QUtf8StringView mobile;
     /// The names of the groups joined by ";"; empty for none.
-    QStringView groups;
+    QUtf8StringView groups;
     /// Holds the fields that do not lie in the line as they are.
-    QString joined;
+    QByteArray joined;
 };
 
-/// The line's record, whose fields last as long as it and the line; none when it has not three or four fields or its
-/// country code is no 16-bit number.
-[[nodiscard]] std::optional<Record> ParseLine(QStringView line);
+/// The record of a line in UTF-8, whose fields last as long as it and the line; none when it has not three or four
+/// fields or its country code is no 16-bit number.
+[[nodiscard]] std::optional<Record> ParseLine(QUtf8StringView line);
 
 /// Appends the contact's line with its end. Names are written as they stand, a double quote bare, but as one line.
 /// `everyone` is left out of the groups.

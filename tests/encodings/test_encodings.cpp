@@ -37,7 +37,7 @@ private slots:
         for (int length = 0; length < 4100; length += 41)
             bytes += QByteArray(length, 'x') + (length % 2 == 0 ? "\x80\r\n" : "\n") + "\r\n";
         QString lines;
-        TextFile::ForEachDecodedLine(bytes, [&](QStringView line) { lines += line.toString() + u'\n'; });
+        TextFile::ForEachUtf8Line(bytes, [&](QUtf8StringView line) { lines += line.toString() + u'\n'; });
         QCOMPARE(lines, TextFile::Decode(bytes).remove(u'\r'));
     }
 

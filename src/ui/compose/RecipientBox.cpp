@@ -82,7 +82,7 @@ std::optional<int> RecipientBox::SelectedID() const
 {
     const RecipientModel::Items &items = m_recipients->CurrentItems();
     int row = currentIndex();
-    if (row < 0 || items[static_cast<size_t>(row)].name != currentText())
+    if (row < 0 || items[static_cast<size_t>(row)].name.ToString() != currentText())
         row = m_recipients->FindByName(currentText());
     return row < 0 ? std::nullopt : std::optional(items[static_cast<size_t>(row)].id);
 }
@@ -128,7 +128,7 @@ void RecipientBox::Complete(const QString &text)
     const int row = m_recipients->FindByPrefix(text);
     if (row < 0)
         return;
-    const QString name = m_recipients->CurrentItems()[static_cast<size_t>(row)].name;
+    const QString name = m_recipients->CurrentItems()[static_cast<size_t>(row)].name.ToString();
     lineEdit()->setText(text + name.sliced(text.size()));
     lineEdit()->setSelection(static_cast<int>(text.size()), static_cast<int>(name.size() - text.size()));
 }

@@ -18,9 +18,9 @@ RecipientModel::Items RecipientModel::ItemsOf(const LxPhoneBook &phoneBook)
     Items items;
     items.reserve(size_t(phoneBook.AllContacts().Count()) + size_t(groups.Count()));
     for (const LxContactPtr &contact : phoneBook.AllContacts())
-        items.push_back({contact->ContactID(), contact->Name()});
+        items.push_back({contact->ContactID(), contact->KeptName()});
     for (const LxGroup *group : groups)
-        items.push_back({-group->GroupID(), group->Name()});
+        items.push_back({-group->GroupID(), LxContact::NameText(group->Name())});
     return items;
 }
 
@@ -40,12 +40,12 @@ int RecipientModel::FindIf(Predicate predicate) const
 
 int RecipientModel::FindByName(const QString &name) const
 {
-    return FindIf([&name](const Item &item) { return item.name.compare(name, Qt::CaseInsensitive) == 0; });
+    return FindIf([&name](const Item &item) { return item.name.ToString().compare(name, Qt::CaseInsensitive) == 0; });
 }
 
 int RecipientModel::FindByPrefix(const QString &text) const
 {
-    return FindIf([&text](const Item &item) { return item.name.startsWith(text, Qt::CaseInsensitive); });
+    return FindIf([&text](const Item &item) { return item.name.ToString().startsWith(text, Qt::CaseInsensitive); });
 }
 
 int RecipientModel::FindByID(int id) const
@@ -66,7 +66,7 @@ QVariant RecipientModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
-        return item.name;
+        return item.name.ToString();
     case Qt::DecorationRole:
         return item.id < 0 ? m_groupIcon : m_contactIcon;
     case Qt::UserRole:

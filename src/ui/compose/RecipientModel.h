@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Icons.h"
+#include "LxContact.h"
 
 #include <QAbstractListModel>
 
@@ -19,7 +20,7 @@ public:
     struct Item
     {
         int id = 0;
-        QString name;
+        LxContact::NameText name;
 
         bool operator==(const Item &) const = default;
     };

@@ -7,7 +7,6 @@
 #include "SortKey.h"
 
 #include <QHash>
-#include <QStringEncoder>
 #include <QtEndian>
 
 #include <algorithm>
@@ -105,15 +104,14 @@ bool ContactOrder::IsFound(const LxContact &contact) const
 ContactOrder::Key ContactOrder::MakeSortKey(const LxContact &contact)
 {
     // The text follows its key, so that one comparison settles the order of texts that differ by case or marks alone.
-    const QString text = ContactColumns::Text(contact, m_sortColumn, m_phoneBook.AllContacts());
+    const bool isName = m_sortColumn == ContactColumns::Name;
+    const QByteArray made =
+        isName ? QByteArray() : ContactColumns::Text(contact, m_sortColumn, m_phoneBook.AllContacts()).toUtf8();
+    const QByteArrayView text = isName ? contact.KeptName().Utf8() : made;
     const qsizetype start = m_sortKeys.size();
-    AppendSortKey(text, m_sortKeys);
+    AppendSortKey(QUtf8StringView(text.data(), text.size()), m_sortKeys);
     m_sortKeys += '\0';
-    QStringEncoder utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
-    const qsizetype textStart = m_sortKeys.size();
-    m_sortKeys.resize(textStart + utf8.requiredSpace(text.size()));
-    const char *const end = utf8.appendToBuffer(m_sortKeys.data() + textStart, text);
-    m_sortKeys.truncate(end - m_sortKeys.constData());
+    m_sortKeys += text;
     return {static_cast<quint32>(start), static_cast<quint32>(m_sortKeys.size() - start)};
 }
 

@@ -46,7 +46,7 @@ private slots:
                u"ØǾ -> oo", u"ßẞ -> ssss", u"ĐĦŦ -> dht", u"ÆŒ -> aeoe", u"Я -> я", u"A Z -> a z")
     {
         QByteArray got;
-        AppendSortKey(text, got);
+        AppendSortKey(text.toUtf8(), got);
         QCOMPARE(got, key.toUtf8());
     }
 };

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <QAnyStringView>
+#include <QByteArray>
+#include <QString>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <utility>
+
+/// The text in UTF-8, which lies in `storage` where the text is kept in another form.
+[[nodiscard]] QByteArrayView Utf8Of(QAnyStringView text, QByteArray &storage);
+
+/// Whether all of it is printable ASCII, and so the same in UTF-8 and in Windows-1252.
+[[nodiscard]] bool IsPrintableAscii(QByteArrayView text);
+
+/// A text of which a phone book holds many, kept in UTF-8. One of up to `Room` bytes, as nearly all are, lies within
+/// the object, so that going through all contacts goes through memory from one end to the other. A UTF-8 text that it
+/// is made from must be valid.
+template <size_t Room>
+class ShortText final
+{
+public:
+    ShortText() = default;
+    explicit ShortText(QAnyStringView text) { Take(text); }
+    ShortText(const ShortText &other) { Take(other); }
+    ShortText(ShortText &&other) noexcept { *this = std::move(other); }
+    ShortText &operator=(QAnyStringView text)
+    {
+        Drop();
+        Take(text);
+        return *this;
+    }
+    ShortText &operator=(const ShortText &other)
+    {
+        if (this != &other) {
+            Drop();
+            Take(other);
+        }
+        return *this;
+    }
+    ShortText &operator=(ShortText &&other) noexcept
+    {
+        std::swap(m_size, other.m_size);
+        std::swap(m_isPlain, other.m_isPlain);
+        const std::array<char, Room> bytes = m_bytes;
+        m_bytes = other.m_bytes;
+        other.m_bytes = bytes;
+        return *this;
+    }
+    ~ShortText() { Drop(); }
+
+    [[nodiscard]] bool operator==(const ShortText &other) const { return Utf8() == other.Utf8(); }
+
+    [[nodiscard]] bool IsEmpty() const { return m_size == 0; }
+    /// Whether all of it is printable ASCII.
+    [[nodiscard]] bool IsPlain() const { return m_isPlain; }
+    [[nodiscard]] QByteArrayView Utf8() const
+    {
+        return IsApart() ? QByteArrayView(*Apart()) : QByteArrayView(m_bytes.data(), m_size);
+    }
+    [[nodiscard]] QString ToString() const { return QString::fromUtf8(Utf8()); }
+
+private:
+    static constexpr quint8 kApart = 0xFF;
+    static_assert(Room < kApart && Room >= sizeof(QByteArray *));
+
+    [[nodiscard]] bool IsApart() const { return m_size == kApart; }
+    /// The text that has no room here, to which m_bytes then point.
+    [[nodiscard]] QByteArray *Apart() const
+    {
+        QByteArray *apart = nullptr;
+        std::memcpy(&apart, m_bytes.data(), sizeof(apart));
+        return apart;
+    }
+    void SetApart(QByteArray *apart)
+    {
+        m_size = kApart;
+        std::memcpy(m_bytes.data(), &apart, sizeof(apart));
+    }
+    /// What Take does, it does to an object that holds no text apart.
+    void Take(QAnyStringView text)
+    {
+        QByteArray storage;
+        const QByteArrayView utf8 = Utf8Of(text, storage);
+        m_isPlain = ::IsPrintableAscii(utf8);
+        if (utf8.size() > static_cast<qsizetype>(Room)) {
+            SetApart(new QByteArray(utf8.toByteArray()));
+            return;
+        }
+        m_size = static_cast<quint8>(utf8.size());
+        std::copy(utf8.begin(), utf8.end(), m_bytes.begin());
+    }
+    void Take(const ShortText &other)
+    {
+        m_size = other.m_size;
+        m_isPlain = other.m_isPlain;
+        if (other.IsApart())
+            SetApart(new QByteArray(*other.Apart()));
+        else
+            m_bytes = other.m_bytes;
+    }
+    void Drop()
+    {
+        if (IsApart())
+            delete Apart();
+        m_size = 0;
+    }
+
+    quint8 m_size = 0;
+    bool m_isPlain = true;
+    std::array<char, Room> m_bytes{};
+};
