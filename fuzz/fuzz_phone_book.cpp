@@ -6,7 +6,6 @@
 #include "Require.h"
 #include "SampleCountries.h"
 #include "TextFile.h"
-#include "TextWriter.h"
 
 #include <vector>
 
@@ -64,10 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     }
     Require(everyone.Count() <= text.count(u'\n') + 1);
 
-    TextWriter writer;
-    for (const LxContactPtr &contact : everyone)
-        PhoneBookFile::AppendLine(*contact, everyone, writer);
-    const QString written = TextFile::Decode(writer.Take());
+    const QString written = TextFile::Decode(PhoneBookFile::Content(everyone));
     const std::vector<PhoneBookFile::Record> again = Records(written);
     Require(again.size() == static_cast<size_t>(everyone.Count()));
     auto record = again.begin();

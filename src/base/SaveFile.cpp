@@ -49,12 +49,15 @@ void SaveFile(const QString &path, const QByteArray &bytes, FilePrivacy privacy,
     if (privacy == FilePrivacy::OwnerOnly && !isPrivate)
         fail(file.errorString());
     // QSaveFile::commit alone has been seen to succeed over a cut file on a full disk, so each step is checked here.
+    constexpr qsizetype kPiece = 1 << 20;
     qint64 size = 0;
     while (size < bytes.size()) {
         // When a disk gets full, a part is written first, and only what follows is told why it is not.
-        const qint64 written = file.write(bytes.constData() + size, bytes.size() - size);
+        const qint64 written = file.write(bytes.constData() + size, qMin(bytes.size() - size, kPiece));
         if (written <= 0)
             fail(file.errorString());
+        // The disk is busy with one piece while the next is written; whether that works is fsync's to tell.
+        ::sync_file_range(file.handle(), size, written, SYNC_FILE_RANGE_WRITE);
         size += written;
     }
     if (!file.flush() || file.error() != QFileDevice::NoError)

@@ -60,6 +60,16 @@ public:
     {
         return IsApart() ? QByteArrayView(*Apart()) : QByteArrayView(m_bytes.data(), m_size);
     }
+    /// Copies the text to where that many bytes have room; quickly, as it copies all that it has room for. Returns its
+    /// end.
+    char *CopyTo(char *room) const
+    {
+        if (IsApart())
+            return std::copy(Apart()->begin(), Apart()->end(), room);
+        std::memcpy(room, m_bytes.data(), Room);
+        return room + m_size;
+    }
+    [[nodiscard]] qsizetype RoomToCopy() const { return IsApart() ? Apart()->size() : static_cast<qsizetype>(Room); }
     [[nodiscard]] QString ToString() const { return QString::fromUtf8(Utf8()); }
 
 private:

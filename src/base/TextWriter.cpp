@@ -9,8 +9,8 @@
 void TextWriter::AppendNumber(int number)
 {
     constexpr qsizetype kMaxDigits = 11;
-    char *out = RoomFor(kMaxDigits);
-    m_size += std::to_chars(out, out + kMaxDigits, number).ptr - out;
+    char *const out = RoomFor(kMaxDigits);
+    m_end = std::to_chars(out, out + kMaxDigits, number).ptr;
 }
 
 void TextWriter::Append(QStringView text)
@@ -26,7 +26,7 @@ void TextWriter::Append(QStringView text)
                 break;
             *out++ = static_cast<char>(byte);
         }
-        m_size += out - start;
+        m_end = out;
         text = text.sliced(out - start);
         if (text.isEmpty())
             return;
@@ -48,24 +48,51 @@ void TextWriter::AppendAsOneLine(QStringView text)
         }
         *out++ = static_cast<char>(unit);
     }
-    m_size += text.size();
+    m_end = out;
+}
+
+void TextWriter::AppendAsOneLine(QUtf8StringView text)
+{
+    const auto isLetterOfUtf8 = [](char c) { return static_cast<signed char>(c) < 0 && c != '\xC2' && c != '\xE2'; };
+    // Hardly any text needs more than a copy of its bytes, or has letters but those of which the first byte is 0xC3.
+    char *out = RoomFor(text.size());
+    for (auto c = text.begin(); c != text.end(); ++c) {
+        if ((*c >= ' ' && *c <= '~') || (m_isUtf8 && isLetterOfUtf8(*c))) {
+            *out++ = *c;
+        } else if (!m_isUtf8 && *c == '\xC3') {
+            *out++ = static_cast<char>(*++c + 0x40);
+        } else {
+            Append(TextFile::AsOneLine(text.toString()));
+            return;
+        }
+    }
+    m_end = out;
+}
+
+void TextWriter::MakeRoom(qsizetype size)
+{
+    const qsizetype used = Size();
+    m_bytes.resize(size);
+    m_end = m_bytes.data() + used;
+    m_roomEnd = m_bytes.data() + m_bytes.size();
 }
 
 void TextWriter::SwitchToUtf8()
 {
-    m_bytes.truncate(m_size);
+    m_bytes.truncate(Size());
     m_bytes = TextFile::kUtf8Mark + TextFile::DecodeCodePage(m_bytes).toUtf8();
-    m_size = m_bytes.size();
+    m_roomEnd = m_end = m_bytes.data() + m_bytes.size();
     m_isUtf8 = true;
 }
 
 QByteArray TextWriter::Take()
 {
-    m_bytes.truncate(m_size);
+    m_bytes.truncate(Size());
     // Text that happens to begin like the mark would be read back as UTF-8.
     if (!m_isUtf8 && m_bytes.startsWith(TextFile::kUtf8Mark))
         SwitchToUtf8();
-    m_size = 0;
+    QByteArray taken = std::exchange(m_bytes, {});
+    m_roomEnd = m_end = m_bytes.data();
     m_isUtf8 = false;
-    return std::exchange(m_bytes, {});
+    return taken;
 }

@@ -13,23 +13,23 @@ class TextWriter final
 {
 public:
     /// Makes room for about so many characters.
-    explicit TextWriter(qsizetype size = 0)
-        : m_bytes(size, Qt::Uninitialized)
-    {
-    }
+    explicit TextWriter(qsizetype size = 0) { MakeRoom(size); }
+    TextWriter(const TextWriter &) = delete;
+    TextWriter &operator=(const TextWriter &) = delete;
 
     void Append(QStringView text);
 
     /// Appends the text as TextFile::AsOneLine makes it.
     void AppendAsOneLine(QStringView text);
-
+    /// The same for UTF-8, which must be valid.
+    void AppendAsOneLine(QUtf8StringView text);
     template <size_t Room>
     void AppendAsOneLine(const ShortText<Room> &text)
     {
         if (text.IsPlain())
-            AppendBytes(text.Utf8());
+            m_end = text.CopyTo(RoomFor(text.RoomToCopy()));
         else
-            AppendAsOneLine(text.ToString());
+            AppendAsOneLine(QUtf8StringView(text.Utf8()));
     }
 
     /// Appends a literal of ASCII characters.
@@ -37,7 +37,7 @@ public:
     void AppendAscii(const char (&literal)[Size])
     {
         std::memcpy(RoomFor(Size - 1), literal, Size - 1);
-        m_size += Size - 1;
+        m_end += Size - 1;
     }
     void AppendNumber(int number);
 
@@ -48,19 +48,22 @@ private:
     /// Where the next `size` bytes go.
     [[nodiscard]] char *RoomFor(qsizetype size)
     {
-        if (m_bytes.size() - m_size < size)
-            m_bytes.resize(2 * m_size + size);
-        return m_bytes.data() + m_size;
+        if (m_roomEnd - m_end < size)
+            MakeRoom(2 * Size() + size);
+        return m_end;
     }
+    [[nodiscard]] qsizetype Size() const { return m_end - m_bytes.constData(); }
+    void MakeRoom(qsizetype size);
     void AppendBytes(QByteArrayView bytes)
     {
-        std::memcpy(RoomFor(bytes.size()), bytes.data(), static_cast<size_t>(bytes.size()));
-        m_size += bytes.size();
+        char *const room = RoomFor(bytes.size());
+        m_end = std::copy(bytes.begin(), bytes.end(), room);
     }
     void SwitchToUtf8();
 
     /// Longer than what is written, so that writing a phone book does not stop at each piece to resize.
     QByteArray m_bytes;
-    qsizetype m_size = 0;
+    char *m_end = m_bytes.data();
+    char *m_roomEnd = m_end;
     bool m_isUtf8 = false;
 };

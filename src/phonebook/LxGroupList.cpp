@@ -107,8 +107,8 @@ void LxGroupList::Remove(const LxGroup &group)
 
 void LxGroupList::Removal::From(LxGroupList &list)
 {
-    const Data *const storage = list.m_data.constData();
-    if (storage->ref.loadRelaxed() == 1) {
+    const void *const storage = list.SharedStorage();
+    if (!storage) {
         list.Remove(m_group);
         return;
     }

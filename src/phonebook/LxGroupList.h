@@ -86,6 +86,12 @@ public:
     [[nodiscard]] int Count() const { return static_cast<int>(Groups().size()); }
     [[nodiscard]] auto begin() const { return Groups().begin(); }
     [[nodiscard]] auto end() const { return Groups().end(); }
+    /// What lists of the same groups have in common since ShareGroupsOf, until any of them changes; null where it is
+    /// this list's own.
+    [[nodiscard]] const void *SharedStorage() const
+    {
+        return m_data && m_data->ref.loadRelaxed() > 1 ? m_data.constData() : nullptr;
+    }
 
     /// Takes a group off many lists; those that share their storage go on sharing it.
     class Removal final

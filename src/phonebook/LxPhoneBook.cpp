@@ -11,7 +11,6 @@
 #include "PhoneNumbers.h"
 #include "SaveFile.h"
 #include "TextFile.h"
-#include "TextWriter.h"
 #include "Utils.h"
 #include "VCardFile.h"
 #include "VectorState.h"
@@ -184,7 +183,7 @@ QString LxPhoneBook::SavePhoneBook(const QString &sparedCopy)
             toldCopy = KeptCopies::Keep(m_fileName, m_clock.Now());
         if (isWorthKeeping)
             dayCopy = KeptCopies::KeepForDay(m_fileName, m_clock.Now().date());
-        SaveFile(m_fileName, Content(), FilePrivacy::OwnerOnlyIfNew, &m_lock);
+        SaveFile(m_fileName, PhoneBookFile::Content(AllContacts()), FilePrivacy::OwnerOnlyIfNew, &m_lock);
     } catch (const Error &) {
         // The next attempt makes the copies anew; on a full disk they would be too many.
         for (const QString &copy : {toldCopy, dayCopy}) {
@@ -204,7 +203,7 @@ QString LxPhoneBook::Backup(const QString &name)
     // A save keeps the lock.
     if (IsSameFile(name, m_fileName))
         return SavePhoneBook();
-    SaveFile(name, Content());
+    SaveFile(name, PhoneBookFile::Content(AllContacts()));
     return {};
 }
 
@@ -326,15 +325,4 @@ void LxPhoneBook::Export(const QString &name, const LxGroup &group, ExportKind k
     }
     SaveFile(name, kind == ExportKind::VCards ? VCardFile::Content(group, AllContacts())
                                               : ExportFile::Content(group, m_clock.Now().date()));
-}
-
-QByteArray LxPhoneBook::Content() const
-{
-    ReleaseVectorState();
-    constexpr qsizetype kUsualLineLength = 64;
-    const LxGroup &everyone = AllContacts();
-    TextWriter writer(kUsualLineLength * everyone.Count());
-    for (const LxContactPtr &contact : everyone)
-        PhoneBookFile::AppendLine(*contact, everyone, writer);
-    return writer.Take();
 }

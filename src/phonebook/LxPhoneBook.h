@@ -109,7 +109,6 @@ private:
     /// Adds the contacts of a phone-book file. False when a line that was not blank or bytes that were no text were
     /// skipped.
     bool AddContacts(const QByteArray &bytes);
-    [[nodiscard]] QByteArray Content() const;
 
     const LxCountryList &m_countries;
     const Clock &m_clock;

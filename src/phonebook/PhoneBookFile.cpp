@@ -4,10 +4,15 @@
 #include "LxContact.h"
 #include "LxGroup.h"
 #include "TextWriter.h"
+#include "VectorState.h"
+
+#include <QHash>
 
 #include <algorithm>
 #include <numeric>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace PhoneBookFile {
 namespace {
@@ -26,6 +31,34 @@ std::optional<qint16> CodeOf(QByteArrayView field)
     return ok ? std::optional(code) : std::nullopt;
 }
 
+/// The names of the groups of many contacts as the file joins them, made once for all that share their list.
+class GroupTexts final
+{
+public:
+    using Text = ShortText<62>;
+
+    explicit GroupTexts(const LxGroup &everyone)
+        : m_everyone(everyone)
+    {
+    }
+
+    [[nodiscard]] const Text &Of(const LxGroupList &groups)
+    {
+        const void *const shared = groups.SharedStorage();
+        if (!shared)
+            return m_last = Joined(groups);
+        const auto found = m_textOf.constFind(shared);
+        return found != m_textOf.constEnd() ? *found : *m_textOf.insert(shared, Text(Joined(groups)));
+    }
+
+private:
+    [[nodiscard]] QString Joined(const LxGroupList &groups) const { return groups.AsString(u";"_s, &m_everyone); }
+
+    const LxGroup &m_everyone;
+    QHash<const void *, Text> m_textOf;
+    Text m_last;
+};
+
 } // namespace
 
 std::optional<Record> ParseLine(QUtf8StringView line)
@@ -41,30 +74,29 @@ std::optional<Record> ParseLine(QUtf8StringView line)
     return Record{text(0), *code, text(2), fields.size() == 4 ? text(3) : QUtf8StringView(), std::move(joined)};
 }
 
-void AppendLine(const LxContact &contact, const LxGroup &everyone, TextWriter &writer)
+QByteArray Content(const LxGroup &everyone)
 {
-    writer.AppendAscii("\"");
-    writer.AppendAsOneLine(contact.KeptName());
-    writer.AppendAscii("\",");
-    writer.AppendNumber(contact.CountryCode());
-    writer.AppendAscii(",\"");
-    writer.AppendAsOneLine(contact.KeptUserMobile());
-    writer.AppendAscii("\"");
-    // A contact is in "Everyone" and at least one more group. Names of groups hold no ";".
-    if (contact.Groups().Count() >= 2) {
-        bool isFirst = true;
-        for (const LxGroup *group : contact.Groups()) {
-            if (group == &everyone)
-                continue;
-            if (std::exchange(isFirst, false))
-                writer.AppendAscii(",\"");
-            else
-                writer.AppendAscii(";");
-            writer.AppendAsOneLine(group->Name());
-        }
+    constexpr qsizetype kUsualLineLength = 64;
+    TextWriter writer(kUsualLineLength * everyone.Count());
+    GroupTexts groupTexts(everyone);
+    ReleaseVectorState();
+    for (const LxContactPtr &contact : everyone) {
         writer.AppendAscii("\"");
+        writer.AppendAsOneLine(contact->KeptName());
+        writer.AppendAscii("\",");
+        writer.AppendNumber(contact->CountryCode());
+        writer.AppendAscii(",\"");
+        writer.AppendAsOneLine(contact->KeptUserMobile());
+        writer.AppendAscii("\"");
+        // A contact is in "Everyone" and at least one more group.
+        if (contact->Groups().Count() >= 2) {
+            writer.AppendAscii(",\"");
+            writer.AppendAsOneLine(groupTexts.Of(contact->Groups()));
+            writer.AppendAscii("\"");
+        }
+        writer.AppendAscii("\r\n");
     }
-    writer.AppendAscii("\r\n");
+    return writer.Take();
 }
 
 } // namespace PhoneBookFile

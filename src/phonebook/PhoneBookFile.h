@@ -5,9 +5,7 @@
 
 #include <optional>
 
-class LxContact;
 class LxGroup;
-class TextWriter;
 
 /// The phone-book file (".kpb") as text, both ways. One contact a line, CR LF ends, no header:
 /// `"Ann Lee",44,"07700 900123"`, or, for a member of groups, `"Bob",353,"0851234567","Friends;Work"`.
@@ -29,8 +27,8 @@ struct Record
 /// fields or its country code is no 16-bit number.
 [[nodiscard]] std::optional<Record> ParseLine(QUtf8StringView line);
 
-/// Appends the contact's line with its end. Names are written as they stand, a double quote bare, but as one line.
-/// `everyone` is left out of the groups.
-void AppendLine(const LxContact &contact, const LxGroup &everyone, TextWriter &writer);
+/// The file of all these contacts, a line each. Names are written as they stand, a double quote bare, but as one line.
+/// `everyone` itself is left out of their groups.
+[[nodiscard]] QByteArray Content(const LxGroup &everyone);
 
 } // namespace PhoneBookFile
