@@ -101,8 +101,9 @@ private:
     [[nodiscard]] Details &ToChange();
     [[nodiscard]] bool MatchesInternational(QStringView text, bool exact) const;
 
-    int m_id;
+    // In the order that leaves no gaps.
     const LxCountryList &m_countries;
-    Details m_details;
     LxGroupList m_groups;
+    int m_id;
+    Details m_details;
 };

@@ -252,9 +252,9 @@ bool LxPhoneBook::AddContactOf(QUtf8StringView line, NamedGroups &groups) const
 
 bool LxPhoneBook::AddContacts(const QByteArray &bytes)
 {
-    ReleaseVectorState();
     bool readAll = TextFile::DecodesWhole(bytes);
     NamedGroups groups(m_groups);
+    ReleaseVectorState();
     TextFile::ForEachUtf8Line(bytes, [&](QUtf8StringView line) {
         if (!AddContactOf(line, groups))
             readAll = readAll && line.toString().trimmed().isEmpty();

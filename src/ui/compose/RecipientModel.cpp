@@ -2,6 +2,7 @@
 
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
+#include "VectorState.h"
 
 #include <algorithm>
 
@@ -15,12 +16,13 @@ RecipientModel::RecipientModel(QObject *parent)
 RecipientModel::Items RecipientModel::ItemsOf(const LxPhoneBook &phoneBook)
 {
     const LxGroupList groups = phoneBook.GroupsExcludingAllContacts();
+    ReleaseVectorState();
     Items items;
     items.reserve(size_t(phoneBook.AllContacts().Count()) + size_t(groups.Count()));
     for (const LxContactPtr &contact : phoneBook.AllContacts())
-        items.push_back({contact->ContactID(), contact->KeptName()});
+        items.emplace_back(contact->ContactID(), contact->KeptName());
     for (const LxGroup *group : groups)
-        items.push_back({-group->GroupID(), LxContact::NameText(group->Name())});
+        items.emplace_back(-group->GroupID(), LxContact::NameText(group->Name()));
     return items;
 }
 

@@ -5,6 +5,7 @@
 #include "LxGroupList.h"
 #include "LxPhoneBook.h"
 #include "SortKey.h"
+#include "VectorState.h"
 
 #include <QHash>
 #include <QtEndian>
@@ -63,6 +64,7 @@ void ContactOrder::Find(const QString &findText)
         m_shown = m_order;
         return;
     }
+    ReleaseVectorState();
     std::vector<bool> isFound(m_members.size());
     for (size_t place = 0; place < m_members.size(); ++place)
         isFound[place] = IsFound(*m_members[place].contact);
@@ -124,6 +126,7 @@ QByteArrayView ContactOrder::SortKeyOf(Place place) const
 void ContactOrder::MakeSortKeys()
 {
     m_sortKeys.clear();
+    ReleaseVectorState();
     if (m_sortColumn != ContactColumns::GroupMembership) {
         for (Member &member : m_members)
             member.key = MakeSortKey(*member.contact);
