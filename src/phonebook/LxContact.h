@@ -19,13 +19,9 @@ using LxContactPtr = std::shared_ptr<LxContact>;
 /// it international, and the groups that hold the contact.
 ///
 /// The texts that it takes are valid where they are UTF-8. The setters raise number -2147221503, source "Corvane.Contact", and then change nothing.
-class LxContact final : public std::enable_shared_from_this<LxContact>
+class LxContact final
 {
-    /// Explicit, so that nobody else can make one, not even from braces.
-    struct Private
-    {
-        explicit Private() = default;
-    };
+    class Block;
 
 public:
     static constexpr int NameMaxLength = 50;
@@ -34,7 +30,11 @@ public:
 
     /// A contact without name, number, country and groups. `countries` must outlive it.
     [[nodiscard]] static LxContactPtr Create(const LxCountryList &countries);
-    LxContact(Private, const LxCountryList &countries);
+    LxContact(const LxContact &) = delete;
+    LxContact &operator=(const LxContact &) = delete;
+
+    /// The contact as those hold it that keep it.
+    [[nodiscard]] LxContactPtr Self();
 
     /// Unique among all contacts of the process, never stored.
     [[nodiscard]] int ContactID() const { return m_id; }
@@ -97,12 +97,13 @@ private:
         qint16 countryCode = 0;
     };
 
+    explicit LxContact(Block &block);
+
     /// The details, for a change that the history of the phone book is to know.
     [[nodiscard]] Details &ToChange();
     [[nodiscard]] bool MatchesInternational(QStringView text, bool exact) const;
 
-    // In the order that leaves no gaps.
-    const LxCountryList &m_countries;
+    Block &m_block;
     LxGroupList m_groups;
     int m_id;
     Details m_details;

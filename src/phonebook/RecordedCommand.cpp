@@ -40,7 +40,7 @@ void RecordedCommand::KeepMembership(LxContact &contact)
         return;
     m_areMoved.insert(contact.ContactID());
     const std::vector<Membership> memberships = MembershipsOf(contact);
-    m_moved.push_back({contact.shared_from_this(), memberships.size()});
+    m_moved.push_back({contact.Self(), memberships.size()});
     m_memberships.insert(m_memberships.end(), memberships.begin(), memberships.end());
 }
 
@@ -49,7 +49,7 @@ void RecordedCommand::KeepDetails(LxContact &contact)
     if (m_areChanged.contains(contact.ContactID()))
         return;
     m_areChanged.insert(contact.ContactID());
-    m_changed.push_back({contact.shared_from_this(), contact.m_details});
+    m_changed.push_back({contact.Self(), contact.m_details});
 }
 
 void RecordedCommand::KeepName(LxGroup &group)
