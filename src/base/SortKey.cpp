@@ -40,12 +40,9 @@ bool IsAscii(char unit)
     return static_cast<signed char>(unit) >= 0;
 }
 
-void AppendLower(QByteArrayView ascii, QByteArray &key)
+char Lower(char ascii)
 {
-    const qsizetype before = key.size();
-    key.resize(before + ascii.size());
-    const auto lower = [](char c) { return static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c); };
-    std::transform(ascii.begin(), ascii.end(), key.data() + before, lower);
+    return static_cast<char>(ascii >= 'A' && ascii <= 'Z' ? ascii + ('a' - 'A') : ascii);
 }
 
 void AppendFolded(const QString &text, QByteArray &key)
@@ -69,8 +66,13 @@ void AppendSortKey(QUtf8StringView text, QByteArray &key)
 {
     // Taking a text apart is slow, and few letters of a name need it.
     for (auto c = text.begin(); c != text.end();) {
-        const auto others = std::find_if_not(c, text.end(), IsAscii);
-        AppendLower(QByteArrayView(c, others), key);
+        const qsizetype start = key.size();
+        key.resize(start + (text.end() - c));
+        char *out = key.data() + start;
+        while (c != text.end() && IsAscii(*c))
+            *out++ = Lower(*c++);
+        key.truncate(out - key.constData());
+        const auto others = c;
         c = std::find_if(others, text.end(), IsAscii);
         if (c != others)
             AppendFolded(QString::fromUtf8(others, c - others), key);

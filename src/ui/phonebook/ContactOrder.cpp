@@ -125,7 +125,9 @@ QByteArrayView ContactOrder::SortKeyOf(Place place) const
 
 void ContactOrder::MakeSortKeys()
 {
+    constexpr size_t kUsualKeyLength = 40;
     m_sortKeys.clear();
+    m_sortKeys.reserve(static_cast<qsizetype>(kUsualKeyLength * m_members.size()));
     ReleaseVectorState();
     if (m_sortColumn != ContactColumns::GroupMembership) {
         for (Member &member : m_members)
