@@ -78,18 +78,16 @@ bool IsLocalNumber(QStringView s)
 std::optional<NumberText> LocalDigits(QAnyStringView s)
 {
     QByteArray storage;
-    QVarLengthArray<char, 32> digits;
-    for (const char unit : Utf8Of(s, storage)) {
-        const QLatin1Char c(unit);
-        if (IsDigit(c)) {
-            digits.append(unit);
-        } else if (!IsPunctuation(c)) {
-            // Few numbers hold more than digits and blanks.
-            const QString local = RemoveTrunkZero(CleanPhoneNumber(s.toString()));
-            return IsLocalNumber(local) ? std::optional(NumberText(local)) : std::nullopt;
-        }
+    const QByteArrayView text = Utf8Of(s, storage);
+    const auto isDigit = [](char c) { return IsDigit(QLatin1Char(c)); };
+    QVarLengthArray<char, 32> digits(text.size());
+    char *const end = std::remove_copy_if(text.begin(), text.end(), digits.begin(),
+                                          [](char c) { return IsPunctuation(QLatin1Char(c)); });
+    if (!std::all_of(digits.begin(), end, isDigit)) {
+        const QString local = RemoveTrunkZero(CleanPhoneNumber(s.toString()));
+        return IsLocalNumber(local) ? std::optional(NumberText(local)) : std::nullopt;
     }
-    QUtf8StringView local(digits.data(), digits.size());
+    QUtf8StringView local(digits.data(), end);
     if (!local.isEmpty() && local.front() == '0')
         local = local.sliced(1);
     // Two zeros make a number international.

@@ -3,36 +3,19 @@
 #include "Error.h"
 #include "LxCountryList.h"
 #include "LxGroup.h"
+#include "NameMatch.h"
 #include "PhoneBookHistory.h"
 #include "PhoneNumbers.h"
 #include "Utils.h"
 
 #include <QCoreApplication>
 
-#include <algorithm>
+#include <memory>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Whether the name holds the text, or with `exact` is the text, ignoring case.
-bool MatchesName(const LxContact::NameText &name, QStringView text, bool exact)
-{
-    const auto isAscii = [](QChar c) { return c < u'\u0080'; };
-    if (!name.IsPlain() || !std::all_of(text.begin(), text.end(), isAscii)) {
-        const QString decoded = name.ToString();
-        return exact ? text.compare(decoded, Qt::CaseInsensitive) == 0 : decoded.contains(text, Qt::CaseInsensitive);
-    }
-    // Most names and texts, for which Qt looks every letter up in a table.
-    const auto isSame = [](char a, QChar b) {
-        const auto lower = [](char16_t unit) { return unit >= u'A' && unit <= u'Z' ? unit + (u'a' - u'A') : unit; };
-        return lower(static_cast<char16_t>(a)) == lower(b.unicode());
-    };
-    const QByteArrayView letters = name.Utf8();
-    return exact ? std::equal(letters.begin(), letters.end(), text.begin(), text.end(), isSame)
-                 : std::search(letters.begin(), letters.end(), text.begin(), text.end(), isSame) != letters.end();
-}
 
 /// Whether the number begins with the digits, or with `exact` is them.
 bool MatchesLocal(const NumberText &number, QStringView digits, bool exact)
@@ -227,5 +210,5 @@ bool LxContact::Match(const QString &text, bool exact) const
     }
     if (numberMatches)
         return true;
-    return MatchesName(m_details.name, t, exact);
+    return exact ? NameMatch::Equals(m_details.name, t) : NameMatch::Contains(m_details.name, t);
 }

@@ -45,7 +45,8 @@ public:
     /// The first member whose number in international form is exactly this text, or null.
     [[nodiscard]] LxContactPtr FindContactByMobile(const QString &mobile) const;
 
-    /// Gives back the room that is kept for members to come.
+    /// Makes room for so many members, and gives back what is kept for members to come.
+    void Reserve(size_t count) { m_members.Reserve(count); }
     void Squeeze() { m_members.Squeeze(); }
 
     [[nodiscard]] bool IsMember(const LxContact &contact) const;

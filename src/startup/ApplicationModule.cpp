@@ -20,7 +20,22 @@
 #include <QApplication>
 #include <QDialog>
 
+#include <malloc.h>
 #include <optional>
+
+namespace {
+
+/// Memory that was used once is kept for the next use: what goes back to the system is cleared page by page before it
+/// comes again, which was a tenth of what a large phone book costs at the start.
+void KeepFreedMemory()
+{
+    constexpr int kMebibyte = 1 << 20;
+    ::mallopt(M_MMAP_THRESHOLD, 32 * kMebibyte);
+    ::mallopt(M_TRIM_THRESHOLD, 64 * kMebibyte);
+    ::mallopt(M_TOP_PAD, kMebibyte);
+}
+
+} // namespace
 
 /// Everything that lives as long as the program, each after what it needs.
 struct ApplicationModule::Program
@@ -55,6 +70,7 @@ ApplicationModule::~ApplicationModule() = default;
 
 bool ApplicationModule::Main()
 {
+    KeepFreedMemory();
     m_endSignals = std::make_unique<EndSignals>();
     connect(m_endSignals.get(), &EndSignals::Received, this, &ApplicationModule::End);
     if (!m_instance->TryToBecome()) {

@@ -2,6 +2,7 @@
 
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
+#include "NameMatch.h"
 #include "VectorState.h"
 
 #include <algorithm>
@@ -42,12 +43,12 @@ int RecipientModel::FindIf(Predicate predicate) const
 
 int RecipientModel::FindByName(const QString &name) const
 {
-    return FindIf([&name](const Item &item) { return item.name.ToString().compare(name, Qt::CaseInsensitive) == 0; });
+    return FindIf([&name](const Item &item) { return NameMatch::Equals(item.name, name); });
 }
 
 int RecipientModel::FindByPrefix(const QString &text) const
 {
-    return FindIf([&text](const Item &item) { return item.name.ToString().startsWith(text, Qt::CaseInsensitive); });
+    return FindIf([&text](const Item &item) { return NameMatch::BeginsWith(item.name, text); });
 }
 
 int RecipientModel::FindByID(int id) const
