@@ -132,7 +132,6 @@ public:
         return m_slots[static_cast<size_t>(position)];
     }
 
-    void Reserve(size_t count) { m_slots.reserve(count); }
     void Squeeze() { m_slots.shrink_to_fit(); }
 
     void Clear()

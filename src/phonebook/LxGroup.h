@@ -45,8 +45,7 @@ public:
     /// The first member whose number in international form is exactly this text, or null.
     [[nodiscard]] LxContactPtr FindContactByMobile(const QString &mobile) const;
 
-    /// Makes room for so many members, and gives back what is kept for members to come.
-    void Reserve(size_t count) { m_members.Reserve(count); }
+    /// Gives back the room that is kept for members to come.
     void Squeeze() { m_members.Squeeze(); }
 
     [[nodiscard]] bool IsMember(const LxContact &contact) const;

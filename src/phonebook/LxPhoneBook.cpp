@@ -255,7 +255,6 @@ bool LxPhoneBook::AddContacts(const QByteArray &bytes)
     bool readAll = TextFile::DecodesWhole(bytes);
     NamedGroups groups(m_groups);
     ReleaseVectorState();
-    AllContacts().Reserve(static_cast<size_t>(std::count(bytes.begin(), bytes.end(), '\n')));
     TextFile::ForEachUtf8Line(bytes, [&](QUtf8StringView line) {
         if (!AddContactOf(line, groups))
             readAll = readAll && line.toString().trimmed().isEmpty();
