@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ContactColumns.h"
+#include "ContactKeys.h"
 #include "LxContact.h"
 
 #include <QByteArray>
@@ -48,7 +49,7 @@ public:
 
     [[nodiscard]] const LxContactPtr &ContactAt(int row) const
     {
-        return m_members[m_shown[static_cast<size_t>(row)]].contact;
+        return m_members[m_shown[static_cast<size_t>(row)]];
     }
 
     /// The contact's row, or -1.
@@ -60,27 +61,19 @@ public:
     [[nodiscard]] const QString &FindText() const { return m_findText; }
 
 private:
-    struct Key
-    {
-        quint32 start;
-        quint32 size;
-    };
-    struct Member
-    {
-        LxContactPtr contact;
-        /// Where in m_sortKeys its key lies.
-        Key key;
-    };
     /// A member's place in m_members.
     using Place = quint32;
+    using Places = std::vector<Place>;
+    struct Keyed
+    {
+        QByteArray key;
+        Place place;
+    };
 
-    /// Makes the key that settles the whole order but that of equal texts.
-    [[nodiscard]] Key MakeSortKey(const LxContact &contact);
-    [[nodiscard]] QByteArrayView SortKeyOf(Place place) const;
-    [[nodiscard]] bool StandsBefore(Place a, Place b) const;
-    [[nodiscard]] std::vector<Place>::const_iterator SlotIn(const std::vector<Place> &places, Place place) const;
+    [[nodiscard]] bool StandsBefore(const Keyed &a, const Keyed &b) const;
+    void SortByKeys(Places::iterator first, Places::iterator last, ContactKeys &keys);
+    [[nodiscard]] Places::const_iterator SlotIn(const Places &places, Place place) const;
     [[nodiscard]] bool IsFound(const LxContact &contact) const;
-    void MakeSortKeys();
     void Sort();
     /// Makes the rows of the marked places, in the order of the sort column.
     void ShowOnly(const std::vector<bool> &places);
@@ -88,13 +81,11 @@ private:
     const LxPhoneBook &m_phoneBook;
     /// Of the whole group, in the group's order, in which they mostly lie in memory too: going through them so is
     /// what makes finding fast.
-    std::vector<Member> m_members;
-    /// All in one storage, as 100,000 small ones take longer to make and more room.
-    QByteArray m_sortKeys;
+    std::vector<LxContactPtr> m_members;
     /// The members in the order of the sort column.
-    std::vector<Place> m_order;
+    Places m_order;
     /// Those that answer to the find text, a row each.
-    std::vector<Place> m_shown;
+    Places m_shown;
     QString m_findText;
     int m_sortColumn = ContactColumns::Name;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
