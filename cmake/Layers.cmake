@@ -59,7 +59,7 @@ brevio_layer(src/ui/compose
 brevio_layer(src/startup
   PUBLIC Qt6::Widgets Brevio::base Brevio::messaging Brevio::controls Brevio::ui_post
   PRIVATE Brevio::numbers Brevio::phonebook Brevio::history Brevio::ui_phonebook Brevio::ui_importing
-  Brevio::ui_compose)
+  Brevio::ui_compose PkgConfig::FONTCONFIG)
 brevio_layer(src PRIVATE Qt6::Widgets Brevio::base Brevio::controls Brevio::startup)
 
 # The gateway, a program of its own.

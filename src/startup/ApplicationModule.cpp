@@ -3,6 +3,7 @@
 #include "Compose.h"
 #include "EndSignals.h"
 #include "Error.h"
+#include "FontSearch.h"
 #include "ForeignContacts.h"
 #include "LxCountryList.h"
 #include "LxPhoneBook.h"
@@ -99,6 +100,7 @@ bool ApplicationModule::Main()
     m_program->phoneBook.emplace(PhoneBook::Services{m_program->countries, m_seams.clock, services, askForeignContacts},
                                  std::make_unique<LxPhoneBook>(m_program->countries, m_seams.clock));
     OpenPhoneBook();
+    FontSearch::Wait();
     m_program->compose.emplace(
         Compose::Services{services,
                           {m_program->settings, m_program->posts, m_seams.postRunner, m_program->sentKeeping},
