@@ -1,7 +1,6 @@
 #include "ApplicationModule.h"
 #include "DesktopSeams.h"
 #include "Files.h"
-#include "FontSearch.h"
 #include "LxPhoneBook.h"
 #include "Machine.h"
 #include "Require.h"
@@ -88,8 +87,6 @@ int RunChild(int argc, char *argv[], QByteArrayView what)
     // A platform without a screen else waits a while before it paints again, which is no work.
     if (what == "find")
         qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
-    if (what != "empty")
-        FontSearch::Start();
     QApplication application(argc, argv);
     QuitAtPaint quitAtPaint;
     FindAtPaint findAtPaint;

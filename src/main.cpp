@@ -2,7 +2,6 @@
 #include "ApplicationModule.h"
 #include "Controls.h"
 #include "DesktopSeams.h"
-#include "FontSearch.h"
 #include "Icons.h"
 #include "ProgramOptions.h"
 #include "Version.h"
@@ -40,7 +39,6 @@ int main(int argc, char *argv[])
 
     // A file-size limit is an error of the save, told like a full disk, and no reason to be killed.
     std::signal(SIGXFSZ, SIG_IGN);
-    FontSearch::Start();
     QApplication application(argc, argv);
     QApplication::setApplicationName(ApplicationTitle());
     QApplication::setApplicationVersion(VersionText(ProgramVersion()));
