@@ -26,20 +26,15 @@ public:
     explicit ShortText(QAnyStringView text) { Take(text); }
     ShortText(const ShortText &other) { Take(other); }
     ShortText(ShortText &&other) noexcept { *this = std::move(other); }
+    /// The text may be a part of this one.
     ShortText &operator=(QAnyStringView text)
     {
-        Drop();
+        const QByteArray *const old = IsApart() ? Apart() : nullptr;
         Take(text);
+        delete old;
         return *this;
     }
-    ShortText &operator=(const ShortText &other)
-    {
-        if (this != &other) {
-            Drop();
-            Take(other);
-        }
-        return *this;
-    }
+    ShortText &operator=(const ShortText &other) { return *this = ShortText(other); }
     ShortText &operator=(ShortText &&other) noexcept
     {
         std::swap(m_size, other.m_size);
@@ -49,7 +44,11 @@ public:
         other.m_bytes = bytes;
         return *this;
     }
-    ~ShortText() { Drop(); }
+    ~ShortText()
+    {
+        if (IsApart())
+            delete Apart();
+    }
 
     [[nodiscard]] bool operator==(const ShortText &other) const { return Utf8() == other.Utf8(); }
 
@@ -89,7 +88,7 @@ private:
         m_size = kApart;
         std::memcpy(m_bytes.data(), &apart, sizeof(apart));
     }
-    /// What Take does, it does to an object that holds no text apart.
+    /// Both forget what was held.
     void Take(QAnyStringView text)
     {
         QByteArray storage;
@@ -110,12 +109,6 @@ private:
             SetApart(new QByteArray(*other.Apart()));
         else
             m_bytes = other.m_bytes;
-    }
-    void Drop()
-    {
-        if (IsApart())
-            delete Apart();
-        m_size = 0;
     }
 
     quint8 m_size = 0;

@@ -73,13 +73,13 @@ public:
     }
 
     /// Adds an object of which the caller knows that it is not held.
-    void AddNew(const Pointer &object)
+    void AddNew(Pointer object)
     {
         if (m_isIndexed)
             m_slotOf.insert(IdentityOf(object), static_cast<quint32>(m_slots.size()));
         if (m_hasPlaces)
             m_places.push_back(m_nextPlace);
-        m_slots.push_back(object);
+        m_slots.push_back(std::move(object));
         ++m_nextPlace;
         ++m_count;
     }

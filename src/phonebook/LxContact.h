@@ -18,7 +18,8 @@ using LxContactPtr = std::shared_ptr<LxContact>;
 /// One person: a name, a mobile number in the local form that the user typed, the country whose dialling code makes
 /// it international, and the groups that hold the contact.
 ///
-/// The texts that it takes are valid where they are UTF-8. The setters raise number -2147221503, source "Corvane.Contact", and then change nothing.
+/// The texts that it takes are valid where they are UTF-8. The setters raise number -2147221503, source
+/// "Corvane.Contact", and then change nothing.
 class LxContact final
 {
     class Block;

@@ -7,6 +7,9 @@
 
 #include <QCoreApplication>
 
+#include <iterator>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 LxGroup::LxGroup()
@@ -40,18 +43,20 @@ void LxGroup::Add(const LxContactPtr &contact)
     contact->m_groups.AddNew(*this);
 }
 
-void LxGroup::AddNew(const LxContactPtr &contact, const LxGroupList &groups)
+void LxGroup::AddNew(LxContactPtr contact, const LxGroupList &groups)
 {
-    for (LxGroup *group : groups)
-        group->AddMember(contact);
-    contact->m_groups.ShareGroupsOf(groups);
+    LxContact &added = *contact;
+    // Moved to the last, as counting who holds 100,000 contacts takes its time.
+    for (auto group = groups.begin(); group != groups.end(); ++group)
+        (*group)->AddMember(std::next(group) == groups.end() ? std::move(contact) : contact);
+    added.m_groups.ShareGroupsOf(groups);
 }
 
-void LxGroup::AddMember(const LxContactPtr &contact)
+void LxGroup::AddMember(LxContactPtr contact)
 {
     if (m_history)
         m_history->MembershipChanges(*contact);
-    m_members.AddNew(contact);
+    m_members.AddNew(std::move(contact));
 }
 
 void LxGroup::Remove(const LxContactPtr &contact)

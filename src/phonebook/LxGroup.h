@@ -34,7 +34,7 @@ public:
     /// Adding a member again does nothing.
     void Add(const LxContactPtr &contact);
     /// Adds a contact that is in no group yet to all of these, whose list it then shares until either changes.
-    static void AddNew(const LxContactPtr &contact, const LxGroupList &groups);
+    static void AddNew(LxContactPtr contact, const LxGroupList &groups);
     /// Removing what is no member does nothing.
     void Remove(const LxContactPtr &contact);
     void RemoveAllContacts();
@@ -67,7 +67,7 @@ private:
     friend class RecordedCommand;
 
     /// Leaves the contact's list of groups to the caller.
-    void AddMember(const LxContactPtr &contact);
+    void AddMember(LxContactPtr contact);
 
     /// Takes all off without a word to the history.
     void Empty();

@@ -142,15 +142,13 @@ bool LxGroupList::ExistsID(int id) const
 
 LxGroup *LxGroupList::Find(int id) const
 {
-    const auto it =
-        std::find_if(begin(), end(), [id](const LxGroup *g) { return g->GroupID() == id; });
+    const auto it = std::find_if(begin(), end(), [id](const LxGroup *g) { return g->GroupID() == id; });
     return it == end() ? nullptr : *it;
 }
 
 LxGroup *LxGroupList::Lookup(const QString &name) const
 {
-    const auto it =
-        std::find_if(begin(), end(), [&name](const LxGroup *g) { return g->Name() == name; });
+    const auto it = std::find_if(begin(), end(), [&name](const LxGroup *g) { return g->Name() == name; });
     return it == end() ? nullptr : *it;
 }
 
@@ -158,8 +156,7 @@ QString LxGroupList::UniqueName(const QString &wanted, const LxGroup *except) co
 {
     const QString cleaned = LxGroup::CleanName(wanted);
     const auto isTaken = [this, except](const QString &name) {
-        return std::any_of(begin(), end(),
-                           [&](const LxGroup *g) { return g != except && g->Name() == name; });
+        return std::any_of(begin(), end(), [&](const LxGroup *g) { return g != except && g->Name() == name; });
     };
     QString name = cleaned;
     for (int n = 2; isTaken(name); ++n) {

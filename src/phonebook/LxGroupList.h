@@ -58,8 +58,8 @@ public:
     /// Adds a group of which the caller knows that it is not in the list.
     void AddNew(LxGroup &group) { Changing().groups.append(&group); }
     void Remove(const LxGroup &group);
-    /// Refers to the same groups as the other list, which owns none and of which it then shares the storage until either
-    /// changes.
+    /// Refers to the same groups as the other list, which owns none and of which it then shares the storage until
+    /// either changes.
     void ShareGroupsOf(const LxGroupList &other) { m_data = other.m_data; }
     [[nodiscard]] bool Contains(const LxGroup &group) const;
 

@@ -18,13 +18,13 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 
 #include <algorithm>
 #include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -54,9 +54,9 @@ public:
     const LxGroupList &Of(QUtf8StringView names)
     {
         // Most lines name the same groups as one before.
-        const auto found = m_byNames.find(std::string_view(names.data(), static_cast<size_t>(names.size())));
-        if (found != m_byNames.end())
-            return found->second;
+        const auto found = m_byNames.constFind({{names.data(), static_cast<size_t>(names.size())}});
+        if (found != m_byNames.constEnd())
+            return **found;
         const int madeBefore = m_finder.NewCount();
         LxGroupList groups;
         groups.AddNew(m_everyone);
@@ -69,7 +69,7 @@ public:
         if (m_finder.NewCount() > madeBefore)
             return m_newGroups = std::move(groups);
         const std::string &kept = m_names.emplace_back(names.data(), names.size());
-        return m_byNames.emplace(kept, std::move(groups)).first->second;
+        return **m_byNames.insert({kept}, &m_lists.emplace_back(std::move(groups)));
     }
 
 private:
@@ -77,9 +77,21 @@ private:
     GroupFinder m_finder;
     /// The list of the last names that made a group.
     LxGroupList m_newGroups;
+    struct Names
+    {
+        [[nodiscard]] bool operator==(const Names &other) const = default;
+        /// Qt's own hash of texts is slower, and slows down what follows, see ReleaseVectorState.
+        [[nodiscard]] friend size_t qHash(const Names &names, size_t seed) noexcept
+        {
+            return std::hash<std::string_view>()(names.text) ^ seed;
+        }
+
+        std::string_view text;
+    };
     /// What the keys lie in.
     std::deque<std::string> m_names;
-    std::unordered_map<std::string_view, LxGroupList> m_byNames;
+    std::deque<LxGroupList> m_lists;
+    QHash<Names, const LxGroupList *> m_byNames;
 };
 
 LxPhoneBook::LxPhoneBook(const LxCountryList &countries, const Clock &clock)
@@ -238,7 +250,7 @@ bool LxPhoneBook::AddContactOf(QUtf8StringView line, NamedGroups &groups) const
     const std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line);
     if (!record)
         return false;
-    const LxContactPtr contact = CreateContact();
+    LxContactPtr contact = CreateContact();
     try {
         contact->SetName(record->name);
         contact->SetCountryCode(record->countryCode);
@@ -246,7 +258,7 @@ bool LxPhoneBook::AddContactOf(QUtf8StringView line, NamedGroups &groups) const
     } catch (const Error &) {
         return false;
     }
-    LxGroup::AddNew(contact, groups.Of(record->groups));
+    LxGroup::AddNew(std::move(contact), groups.Of(record->groups));
     return true;
 }
 

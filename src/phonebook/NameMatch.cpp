@@ -35,9 +35,8 @@ bool BeginsWith(const LxContact::NameText &name, QStringView text)
     if (!AreAscii(name, text))
         return name.ToString().startsWith(text, Qt::CaseInsensitive);
     const QByteArrayView letters = name.Utf8();
-    return letters.size() >= text.size() && std::equal(text.begin(), text.end(), letters.begin(), [](QChar a, char b) {
-               return IsSameLetter(b, a);
-           });
+    return letters.size() >= text.size() &&
+           std::equal(text.begin(), text.end(), letters.begin(), [](QChar a, char b) { return IsSameLetter(b, a); });
 }
 
 bool Contains(const LxContact::NameText &name, QStringView text)

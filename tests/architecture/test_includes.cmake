@@ -4,18 +4,20 @@ cmake_minimum_required(VERSION 3.25)
 cmake_path(SET root NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../..)
 include(${root}/cmake/Layers.cmake)
 
-# The C++ library, Qt's classes by their bare names (the compiler finds those of linked modules alone) and the
-# operating system.
-set(free "^[a-z_0-9]+$|^Q[A-Za-z0-9]+$|^(fcntl|malloc|pwd|termios|unistd)\\.h$|^(netinet|sys)/[a-z]+\\.h$")
+# The C++ library, Qt's classes by their bare names (the compiler finds those of linked modules alone), the compiler and
+# the operating system.
+set(free "^[a-z_0-9]+$|^Q[A-Za-z0-9]+$|^(fcntl|immintrin|malloc|pwd|termios|unistd)\\.h$|^(netinet|sys)/[a-z]+\\.h$")
 # Who brings the other headers of the system's folder.
 set(libraries
-    CURL::libcurl Found::csv Found::phonenumber ICU::uc OpenSSL::SSL PkgConfig::CRYPT PkgConfig::HTTPLIB SQLiteCpp)
+    CURL::libcurl Found::csv Found::phonenumber ICU::uc OpenSSL::SSL PkgConfig::CRYPT PkgConfig::FONTCONFIG
+    PkgConfig::HTTPLIB SQLiteCpp)
 set(headers_of_CURL::libcurl "^curl/")
 set(headers_of_OpenSSL::SSL "^openssl/")
 set(headers_of_Found::csv "^csv\\.h$")
 set(headers_of_Found::phonenumber "^phonenumbers/")
 set(headers_of_ICU::uc "^unicode/")
 set(headers_of_PkgConfig::CRYPT "^crypt\\.h$")
+set(headers_of_PkgConfig::FONTCONFIG "^fontconfig/")
 set(headers_of_PkgConfig::HTTPLIB "^httplib\\.h$")
 set(headers_of_SQLiteCpp "^SQLiteCpp/|^sqlite3\\.h$")
 

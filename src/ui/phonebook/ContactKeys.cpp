@@ -21,8 +21,7 @@ QByteArray ContactKeys::Text(const LxContact &contact)
     if (m_column == ContactColumns::Name)
         return contact.KeptName().Utf8().toByteArray();
     const auto text = [&] { return ContactColumns::Text(contact, m_column, m_phoneBook.AllContacts()).toUtf8(); };
-    const void *const shared =
-        m_column == ContactColumns::GroupMembership ? contact.Groups().SharedStorage() : nullptr;
+    const void *const shared = m_column == ContactColumns::GroupMembership ? contact.Groups().SharedStorage() : nullptr;
     if (!shared)
         return text();
     QByteArray &kept = m_groupTexts[shared];

@@ -107,8 +107,9 @@ void ContactOrder::SortByKeys(Places::iterator first, Places::iterator last, Con
 {
     std::vector<Keyed> keyed;
     keyed.reserve(static_cast<size_t>(last - first));
-    std::transform(first, last, std::back_inserter(keyed),
-                   [&](Place place) { return Keyed{keys.Of(*m_members[place]), place}; });
+    std::transform(first, last, std::back_inserter(keyed), [&](Place place) {
+        return Keyed{keys.Of(*m_members[place]), place};
+    });
     std::sort(keyed.begin(), keyed.end(), [this](const Keyed &a, const Keyed &b) { return StandsBefore(a, b); });
     std::transform(keyed.begin(), keyed.end(), first, [](const Keyed &k) { return k.place; });
 }
@@ -159,8 +160,8 @@ void ContactOrder::Forget(const LxContactList &contacts)
 
 int ContactOrder::RowOf(const LxContact &contact) const
 {
-    const auto it = std::find_if(m_shown.begin(), m_shown.end(),
-                                 [&](Place place) { return m_members[place].get() == &contact; });
+    const auto it =
+        std::find_if(m_shown.begin(), m_shown.end(), [&](Place place) { return m_members[place].get() == &contact; });
     return it == m_shown.end() ? -1 : static_cast<int>(it - m_shown.begin());
 }
 

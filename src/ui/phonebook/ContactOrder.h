@@ -47,10 +47,7 @@ public:
 
     [[nodiscard]] int RowCount() const { return static_cast<int>(m_shown.size()); }
 
-    [[nodiscard]] const LxContactPtr &ContactAt(int row) const
-    {
-        return m_members[m_shown[static_cast<size_t>(row)]];
-    }
+    [[nodiscard]] const LxContactPtr &ContactAt(int row) const { return m_members[m_shown[static_cast<size_t>(row)]]; }
 
     /// The contact's row, or -1.
     [[nodiscard]] int RowOf(const LxContact &contact) const;
