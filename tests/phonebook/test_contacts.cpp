@@ -2,6 +2,7 @@
 #include "LxContactList.h"
 #include "LxGroup.h"
 #include "Maintenance.h"
+#include "NameMatch.h"
 #include "Printed.h"
 #include "Raised.h"
 #include "Rows.h"
@@ -69,6 +70,19 @@ private slots:
         const LxContactPtr contact = Contact(u"Joanne 0Lee"_s);
         QCOMPARE(contact->Match(text, true), matches.contains(u"whole"_s));
         QCOMPARE(contact->Match(text, false), matches.contains(u"start"_s));
+    }
+
+    TABLE_TEST(namesAreComparedAsTextsAre, (const QString &name), u"", u"Ann Lee", u"annann LEE", u"Éva Łee", u"\u212A",
+               u"straße", u"a very long name of more than 30 letters k")
+    {
+        for (const QString &text :
+             u"|a|K|k|LEE|lee |\u212A|É|éva łee|ann lee|ßE|NNA|a very long name of more than 30 letters K"_s.split(
+                 u'|')) {
+            const LxContact::NameText kept(name);
+            QCOMPARE(NameMatch::Equals(kept, text), name.compare(text, Qt::CaseInsensitive) == 0);
+            QCOMPARE(NameMatch::BeginsWith(kept, text), name.startsWith(text, Qt::CaseInsensitive));
+            QCOMPARE(NameMatch::Contains(kept, text), name.contains(text, Qt::CaseInsensitive));
+        }
     }
 
     void namesOfGroupsAreCleanAndUnique()

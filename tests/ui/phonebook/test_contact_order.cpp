@@ -1,12 +1,17 @@
 #include "ContactOrder.h"
 #include "Fakes.h"
+#include "LxContactList.h"
 #include "LxGroup.h"
 #include "LxPhoneBook.h"
 #include "Rows.h"
 #include "SampleCountries.h"
 #include "SortKey.h"
 
+#include <QRandomGenerator>
 #include <QTest>
+
+#include <algorithm>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace ContactColumns;
@@ -40,6 +45,56 @@ private slots:
         for (int row = 0; row < order.RowCount(); ++row)
             shown += QString::number(mobiles.indexOf(order.ContactAt(row)->UserMobile()) + 1);
         QCOMPARE(shown.join(u' '), rows);
+    }
+
+    // Names that begin alike for long, that differ by case and marks alone, and that are the same, of shared groups.
+    TABLE_TEST(anyNamesStandInTheOrderOfTheirWholeKeys, (int column, Qt::SortOrder direction),
+               {"names up", Name, Qt::AscendingOrder}, {"names down", Name, Qt::DescendingOrder},
+               {"numbers down", Mobile, Qt::DescendingOrder}, {"groups up", GroupMembership, Qt::AscendingOrder},
+               {"groups down", GroupMembership, Qt::DescendingOrder})
+    {
+        const LxCountryList countries = SampleCountries();
+        const FixedClock clock;
+        LxPhoneBook book(countries, clock);
+        const QStringList pieces =
+            u",a,A,á,ß,ss,é,z,ANNA MARIA VICTORIA LEE ,anna maria victoria lee ,Łódź "_s.split(u',');
+        QRandomGenerator random(7);
+        const auto piece = [&] { return pieces[random.bounded(static_cast<int>(pieces.size()))]; };
+        QString file;
+        for (int i = 0; i < 300; ++i) {
+            file += u"x%1%2%3,44,0%4,%5;%6\n"_s.arg(piece(), piece(), piece(), QString::number(7000 + i % 90), piece(),
+                                                    QString(90, piece().isEmpty() ? u'y' : u'Y'));
+        }
+        book.ParseContacts(file);
+        const auto key = [&](const LxContactPtr &contact) {
+            const QByteArray text = Text(*contact, column, book.AllContacts()).toUtf8();
+            QByteArray sortKey;
+            AppendSortKey(QUtf8StringView(text), sortKey);
+            return sortKey + '\0' + text;
+        };
+        const LxContactList contacts = book.AllContacts().ContactList();
+        LxGroup few;
+        for (const LxContactPtr &contact : contacts) {
+            if (few.Count() < 250)
+                few.Add(contact);
+        }
+        std::vector<LxContactPtr> expected;
+        for (const LxContactPtr &contact : contacts)
+            expected.push_back(contact);
+        std::stable_sort(expected.begin(), expected.end(), [&](const LxContactPtr &a, const LxContactPtr &b) {
+            return direction == Qt::AscendingOrder ? key(a) < key(b) : key(b) < key(a);
+        });
+        ContactOrder order(book);
+        order.SortBy(column, direction);
+        // Most at once, and the last ones singly.
+        order.Fill(few, {});
+        for (const LxContactPtr &contact : contacts) {
+            if (!few.IsMember(*contact))
+                order.ShowAt(*order.Add(contact));
+        }
+        for (int row = 0; row < order.RowCount(); ++row)
+            QCOMPARE(order.ContactAt(row)->ContactID(), expected[static_cast<size_t>(row)]->ContactID());
+        QCOMPARE(order.RowCount(), contacts.Count());
     }
 
     TABLE_TEST(lettersSortBesideTheirPlainOnes, (const QString &text, const QString &key), u"Éİ -> ei", u"ıŁ -> il",
