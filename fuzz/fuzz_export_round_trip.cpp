@@ -30,9 +30,9 @@ LxContactPtr ContactOf(const PhoneBookFile::Record &record, const LxPhoneBook &p
     return contact;
 }
 
-void Fill(LxPhoneBook &phoneBook, const QString &text)
+void Fill(LxPhoneBook &phoneBook, const QByteArray &file)
 {
-    TextFile::ForEachLine(text, [&phoneBook](QStringView line) {
+    TextFile::ForEachUtf8Line(file, [&phoneBook](QUtf8StringView line) {
         const std::optional<PhoneBookFile::Record> record = PhoneBookFile::ParseLine(line);
         if (const LxContactPtr contact = record ? ContactOf(*record, phoneBook) : nullptr)
             phoneBook.AllContacts().Add(contact);
@@ -72,7 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     static const LxCountryList countries = SampleCountries();
     const SystemClock clock;
     LxPhoneBook phoneBook(countries, clock);
-    Fill(phoneBook, TextFile::Decode(InputBytes(data, size)));
+    Fill(phoneBook, InputBytes(data, size));
     const QByteArray file = ExportFile::Content(phoneBook.AllContacts(), QDate(2001, 2, 3));
 
     LxPhoneBook read(countries, clock);

@@ -109,8 +109,6 @@ private slots:
          u"%1 44 1 [%1;%2] | Everyone;%1;%2"_s.arg(QString(50, u'é'), QString(20, u'x')),
          "\"" + QByteArray(50, '\xE9') + "\",44,\"1\",\"" + QByteArray(50, '\xE9') + ";" + QByteArray(20, 'x') +
              "\"\r\n"},
-        {"no UTF-8", kMark + "\xC3,44,1\r\n\xE2\x82,44,2\r\n", u"\uFFFD 44 1 []\n\uFFFD\uFFFD 44 2 [] | Everyone"_s,
-         kMark + "\"\uFFFD\",44,\"1\"\r\n\"\uFFFD\uFFFD\",44,\"2\"\r\n"},
         {"UTF-8 line break", kMark + "A\u0085B,44,1\r\n", u"A\u0085B 44 1 [] | Everyone"_s, "\"A B\",44,\"1\"\r\n"},
         {"groups", "A,44,1,Everyone;X;X\r\n", u"A 44 1 [X] | Everyone;X"_s, "\"A\",44,\"1\",\"X\"\r\n"})
     {
