@@ -8,6 +8,7 @@
 #include "Require.h"
 #include "SampleCountries.h"
 #include "TextFile.h"
+#include "Utf8.h"
 
 #include <QDate>
 
@@ -20,10 +21,10 @@ LxContactPtr ContactOf(const PhoneBookFile::Record &record, const LxPhoneBook &p
 {
     const LxContactPtr contact = phoneBook.CreateContact();
     try {
-        contact->SetName(record.name.toString());
+        contact->SetName(record.name);
         if (record.countryCode != 0)
             contact->SetCountryCode(record.countryCode);
-        contact->SetMobile(record.mobile.toString());
+        contact->SetMobile(Utf8::Decoded(record.mobile));
     } catch (const Error &) {
         return nullptr;
     }

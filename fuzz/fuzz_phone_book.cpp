@@ -6,6 +6,7 @@
 #include "Require.h"
 #include "SampleCountries.h"
 #include "TextFile.h"
+#include "Utf8.h"
 
 #include <vector>
 
@@ -32,9 +33,9 @@ LxContactPtr ContactOf(const Kept &record, const LxCountryList &countries)
 {
     const LxContactPtr contact = LxContact::Create(countries);
     try {
-        contact->SetName(WithoutQuotes(record.name));
+        contact->SetName(QUtf8StringView(WithoutQuotes(record.name).toUtf8()));
         contact->SetCountryCode(record.countryCode);
-        contact->SetUserMobile(record.mobile);
+        contact->SetUserMobile(QUtf8StringView(record.mobile.toUtf8()));
     } catch (const Error &) {
         return nullptr;
     }

@@ -1,19 +1,11 @@
 #pragma once
 
-#include <QAnyStringView>
-#include <QByteArray>
-#include <QString>
+#include "Utf8.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <utility>
-
-/// The text in UTF-8, which lies in `storage` where the text is kept in another form.
-[[nodiscard]] QByteArrayView Utf8Of(QAnyStringView text, QByteArray &storage);
-
-/// Whether all of it is printable ASCII, and so the same in UTF-8 and in Windows-1252.
-[[nodiscard]] bool IsPrintableAscii(QByteArrayView text);
 
 /// A text of which a phone book holds many, kept in UTF-8. One of up to `Room` bytes, as nearly all are, lies within
 /// the object, so that going through all contacts goes through memory from one end to the other. A UTF-8 text that it
@@ -25,7 +17,12 @@ public:
     ShortText() = default;
     explicit ShortText(QAnyStringView text) { Take(text); }
     ShortText(const ShortText &other) { Take(other); }
-    ShortText(ShortText &&other) noexcept { *this = std::move(other); }
+    ShortText(ShortText &&other) noexcept
+        : m_bytes(other.m_bytes)
+        , m_size(std::exchange(other.m_size, quint8(0)))
+        , m_isPlain(std::exchange(other.m_isPlain, true))
+    {
+    }
     /// The text may be a part of this one.
     ShortText &operator=(QAnyStringView text)
     {
@@ -69,7 +66,7 @@ public:
         return room + m_size;
     }
     [[nodiscard]] qsizetype RoomToCopy() const { return IsApart() ? Apart()->size() : static_cast<qsizetype>(Room); }
-    [[nodiscard]] QString ToString() const { return QString::fromUtf8(Utf8()); }
+    [[nodiscard]] QString ToString() const { return ::Utf8::Decoded(Utf8()); }
 
 private:
     static constexpr quint8 kApart = 0xFF;
@@ -92,8 +89,8 @@ private:
     void Take(QAnyStringView text)
     {
         QByteArray storage;
-        const QByteArrayView utf8 = Utf8Of(text, storage);
-        m_isPlain = ::IsPrintableAscii(utf8);
+        const QByteArrayView utf8 = ::Utf8::Of(text, storage);
+        m_isPlain = ::Utf8::IsPrintableAscii(utf8);
         if (utf8.size() > static_cast<qsizetype>(Room)) {
             SetApart(new QByteArray(utf8.toByteArray()));
             return;
@@ -111,7 +108,7 @@ private:
             m_bytes = other.m_bytes;
     }
 
+    std::array<char, Room> m_bytes{};
     quint8 m_size = 0;
     bool m_isPlain = true;
-    std::array<char, Room> m_bytes{};
 };

@@ -1,5 +1,7 @@
 #include "SortKey.h"
 
+#include "Utf8.h"
+
 #include <QString>
 
 #include <algorithm>
@@ -75,6 +77,6 @@ void AppendSortKey(QUtf8StringView text, QByteArray &key)
         const auto others = c;
         c = std::find_if(others, text.end(), IsAscii);
         if (c != others)
-            AppendFolded(QString::fromUtf8(others, c - others), key);
+            AppendFolded(Utf8::Decoded(QByteArrayView(others, c)), key);
     }
 }

@@ -53,16 +53,18 @@ void TextWriter::AppendAsOneLine(QStringView text)
 
 void TextWriter::AppendAsOneLine(QUtf8StringView text)
 {
-    const auto isLetterOfUtf8 = [](char c) { return static_cast<signed char>(c) < 0 && c != '\xC2' && c != '\xE2'; };
-    // Hardly any text needs more than a copy of its bytes, or has letters but those of which the first byte is 0xC3.
+    // The line breaks beyond ASCII begin with 0xC2 and 0xE2.
+    const auto isInNoLineBreak = [](char c) { return static_cast<signed char>(c) < 0 && c != '\xC2' && c != '\xE2'; };
+    // In UTF-8 hardly any text needs more than a copy; in Windows-1252 most letters are ASCII or "À" to "ÿ", which
+    // begin with 0xC3.
     char *out = RoomFor(text.size());
     for (auto c = text.begin(); c != text.end(); ++c) {
-        if ((*c >= ' ' && *c <= '~') || (m_isUtf8 && isLetterOfUtf8(*c))) {
+        if ((*c >= ' ' && *c <= '~') || (m_isUtf8 && isInNoLineBreak(*c))) {
             *out++ = *c;
         } else if (!m_isUtf8 && *c == '\xC3') {
             *out++ = static_cast<char>(*++c + 0x40);
         } else {
-            Append(TextFile::AsOneLine(text.toString()));
+            Append(TextFile::AsOneLine(Utf8::Decoded(text)));
             return;
         }
     }

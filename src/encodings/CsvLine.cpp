@@ -1,5 +1,7 @@
 #include "CsvLine.h"
 
+#include "Utf8.h"
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -27,7 +29,7 @@ CsvFields ParseCSVLine(QStringView line)
     const QByteArray utf8 = line.toUtf8();
     QByteArray joined;
     for (const QByteArrayView field : SplitCSVLine(utf8, joined))
-        fields.append(QString::fromUtf8(field));
+        fields.append(Utf8::Decoded(field));
     return fields;
 }
 

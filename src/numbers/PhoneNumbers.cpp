@@ -1,6 +1,7 @@
 #include "PhoneNumbers.h"
 
 #include "LxCountryList.h"
+#include "Utf8.h"
 
 #include <QStringBuilder>
 #include <QVarLengthArray>
@@ -78,13 +79,13 @@ bool IsLocalNumber(QStringView s)
 std::optional<NumberText> LocalDigits(QAnyStringView s)
 {
     QByteArray storage;
-    const QByteArrayView text = Utf8Of(s, storage);
+    const QByteArrayView text = Utf8::Of(s, storage);
     const auto isDigit = [](char c) { return IsDigit(QLatin1Char(c)); };
     QVarLengthArray<char, 32> digits(text.size());
     char *const end = std::remove_copy_if(text.begin(), text.end(), digits.begin(),
                                           [](char c) { return IsPunctuation(QLatin1Char(c)); });
     if (!std::all_of(digits.begin(), end, isDigit)) {
-        const QString local = RemoveTrunkZero(CleanPhoneNumber(s.toString()));
+        const QString local = RemoveTrunkZero(CleanPhoneNumber(Utf8::Decoded(text)));
         return IsLocalNumber(local) ? std::optional(NumberText(local)) : std::nullopt;
     }
     QUtf8StringView local(digits.data(), end);

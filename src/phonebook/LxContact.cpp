@@ -6,6 +6,7 @@
 #include "NameMatch.h"
 #include "PhoneBookHistory.h"
 #include "PhoneNumbers.h"
+#include "Utf8.h"
 #include "Utils.h"
 
 #include <QCoreApplication>
@@ -35,7 +36,7 @@ bool MatchesLocal(const NumberText &number, QStringView digits, bool exact)
 } // namespace
 
 /// Contacts side by side, as 100,000 objects of their own take longer to make and to go through. They go together, once
-/// none of them is held any more.
+/// none of them is held any more; the last block stays for contacts to come.
 class LxContact::Block final : public std::enable_shared_from_this<Block>
 {
 public:
@@ -94,11 +95,13 @@ LxContact::Details &LxContact::ToChange()
 
 void LxContact::SetName(QAnyStringView name)
 {
-    // In no form has a text fewer units than in UTF-16.
-    if (name.size() <= NameMaxLength)
+    // UTF-16 never has more units than the other forms.
+    if (name.size() <= NameMaxLength) {
         ToChange().name = name;
-    else
-        ToChange().name = Utils::Cut(name.toString(), NameMaxLength);
+        return;
+    }
+    QByteArray storage;
+    ToChange().name = Utils::Cut(Utf8::Decoded(Utf8::Of(name, storage)), NameMaxLength);
 }
 
 void LxContact::SetCountryCode(int code)

@@ -106,6 +106,6 @@ private:
 
     Block &m_block;
     LxGroupList m_groups;
-    int m_id;
     Details m_details;
+    int m_id;
 };

@@ -60,7 +60,11 @@ public:
     void Remove(const LxGroup &group);
     /// Refers to the same groups as the other list, which owns none and of which it then shares the storage until
     /// either changes.
-    void ShareGroupsOf(const LxGroupList &other) { m_data = other.m_data; }
+    void ShareGroupsOf(const LxGroupList &other)
+    {
+        Q_ASSERT(!other.m_data || other.m_data->owned.empty());
+        m_data = other.m_data;
+    }
     [[nodiscard]] bool Contains(const LxGroup &group) const;
 
     /// Raises number 5, source "Corvane.GroupList", when no group has this identity.
@@ -86,8 +90,8 @@ public:
     [[nodiscard]] int Count() const { return static_cast<int>(Groups().size()); }
     [[nodiscard]] auto begin() const { return Groups().begin(); }
     [[nodiscard]] auto end() const { return Groups().end(); }
-    /// What lists of the same groups have in common since ShareGroupsOf, until any of them changes; null where it is
-    /// this list's own.
+    /// What this list shares since ShareGroupsOf: the same for lists of the same groups that do. Null where it shares
+    /// nothing.
     [[nodiscard]] const void *SharedStorage() const
     {
         return m_data && m_data->ref.loadRelaxed() > 1 ? m_data.constData() : nullptr;

@@ -11,6 +11,7 @@
 #include "PhoneNumbers.h"
 #include "SaveFile.h"
 #include "TextFile.h"
+#include "Utf8.h"
 #include "Utils.h"
 #include "VCardFile.h"
 #include "VectorState.h"
@@ -61,7 +62,7 @@ public:
         LxGroupList groups;
         groups.AddNew(m_everyone);
         if (!names.isEmpty()) {
-            for (const QString &name : names.toString().split(u';'))
+            for (const QString &name : Utf8::Decoded(names).split(u';'))
                 groups.Add(m_finder.Find(name));
         }
         // Where each line names a group of its own, nobody asks for its list again.
@@ -269,7 +270,7 @@ bool LxPhoneBook::AddContacts(const QByteArray &bytes)
     ReleaseVectorState();
     TextFile::ForEachUtf8Line(bytes, [&](QUtf8StringView line) {
         if (!AddContactOf(line, groups))
-            readAll = readAll && line.toString().trimmed().isEmpty();
+            readAll = readAll && Utf8::Decoded(line).trimmed().isEmpty();
     });
     for (LxGroup *group : m_groups)
         group->Squeeze();

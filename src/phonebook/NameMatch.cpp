@@ -1,5 +1,7 @@
 #include "NameMatch.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
 
 namespace NameMatch {
@@ -8,6 +10,17 @@ namespace {
 bool AreAscii(const LxContact::NameText &name, QStringView text)
 {
     return name.IsPlain() && std::all_of(text.begin(), text.end(), [](QChar c) { return c < u'\u0080'; });
+}
+
+/// What `compare` says of the name, for which a plain one needs no storage of its own.
+template <typename Compare>
+bool Compared(const LxContact::NameText &name, Compare compare)
+{
+    if (!name.IsPlain())
+        return compare(QStringView(name.ToString()));
+    const QByteArrayView letters = name.Utf8();
+    const QVarLengthArray<char16_t, LxContact::NameMaxLength> utf16(letters.begin(), letters.end());
+    return compare(QStringView(utf16.data(), utf16.size()));
 }
 
 char16_t Lower(char16_t ascii)
@@ -25,7 +38,7 @@ bool IsSameLetter(char a, QChar b)
 bool Equals(const LxContact::NameText &name, QStringView text)
 {
     if (!AreAscii(name, text))
-        return name.ToString().compare(text, Qt::CaseInsensitive) == 0;
+        return Compared(name, [text](QStringView n) { return n.compare(text, Qt::CaseInsensitive) == 0; });
     const QByteArrayView letters = name.Utf8();
     return letters.size() == text.size() && std::equal(letters.begin(), letters.end(), text.begin(), IsSameLetter);
 }
@@ -33,7 +46,7 @@ bool Equals(const LxContact::NameText &name, QStringView text)
 bool BeginsWith(const LxContact::NameText &name, QStringView text)
 {
     if (!AreAscii(name, text))
-        return name.ToString().startsWith(text, Qt::CaseInsensitive);
+        return Compared(name, [text](QStringView n) { return n.startsWith(text, Qt::CaseInsensitive); });
     const QByteArrayView letters = name.Utf8();
     return letters.size() >= text.size() &&
            std::equal(text.begin(), text.end(), letters.begin(), [](QChar a, char b) { return IsSameLetter(b, a); });
@@ -42,7 +55,7 @@ bool BeginsWith(const LxContact::NameText &name, QStringView text)
 bool Contains(const LxContact::NameText &name, QStringView text)
 {
     if (!AreAscii(name, text))
-        return name.ToString().contains(text, Qt::CaseInsensitive);
+        return Compared(name, [text](QStringView n) { return n.contains(text, Qt::CaseInsensitive); });
     const QByteArrayView letters = name.Utf8();
     return std::search(letters.begin(), letters.end(), text.begin(), text.end(), IsSameLetter) != letters.end() ||
            text.isEmpty();

@@ -4,6 +4,7 @@
 #include "LxContact.h"
 #include "LxGroup.h"
 #include "TextWriter.h"
+#include "Utf8.h"
 #include "VectorState.h"
 
 #include <QHash>
@@ -27,7 +28,7 @@ std::optional<qint16> CodeOf(QByteArrayView field)
         return static_cast<qint16>(std::accumulate(field.begin(), field.end(), 0, append));
     }
     bool ok = false;
-    const qint16 code = QString::fromUtf8(field).trimmed().toShort(&ok);
+    const qint16 code = Utf8::Decoded(field).trimmed().toShort(&ok);
     return ok ? std::optional(code) : std::nullopt;
 }
 

@@ -74,7 +74,8 @@ bool ApplicationModule::Main()
 {
     KeepFreedMemory();
     // Finding the system's fonts, without which no window is made, takes as long as reading 10,000 contacts.
-    const auto fonts = std::async(std::launch::async, [] { return ::FcInit(); });
+    // Where no thread can be made, that is done once it is waited for.
+    const auto fonts = std::async([] { return ::FcInit(); });
     m_endSignals = std::make_unique<EndSignals>();
     connect(m_endSignals.get(), &EndSignals::Received, this, &ApplicationModule::End);
     if (!m_instance->TryToBecome()) {

@@ -94,23 +94,27 @@ private slots:
         m_book.emplace(m_countries, m_clock);
     }
 
-    TABLE_TEST(
-        filesAreReadAndWritten, (const QByteArray &file, const QString &printed, const QByteArray &saved),
-        {"plain", kAnn + kBob, u"A 44 1 []\nBob,;  353 0851234567 [Friends;Work] | Everyone;Friends;Work"_s,
-         kAnn + kBob},
-        {"blanks", "\n \t\r\nA, +44 ,1\n\nA,44,1", u"A 44 1 []\nA 44 1 [] | Everyone"_s, kAnn + kAnn},
-        // A quote is written bare, and bare quotes end a field. That is meant.
-        {"quotes", "\"A \"\"B\"\" C\",44,1\r\n", u"A \"B\" C 44 1 [] | Everyone"_s, "\"A \"B\" C\",44,\"1\"\r\n"},
-        {"bare quotes", "\"A \"B\" C\",44,1\r\n", u"A  44 1 [] | Everyone"_s, "\"A \",44,\"1\"\r\n"},
-        {"line break", "\"A\rB\",44,1\r\n", u"A\rB 44 1 [] | Everyone"_s, "\"A B\",44,\"1\"\r\n"},
-        {"UTF-8", kMark + "\"Я€\",44,\"1\"\r\n\"é\",44,\"1\"\r\n", u"Я€ 44 1 []\né 44 1 [] | Everyone"_s,
-         kMark + "\"Я€\",44,\"1\"\r\n\"é\",44,\"1\"\r\n"},
-        {"long", QByteArray(60, '\xE9') + ",44,1," + QByteArray(50, '\xE9') + ";" + QByteArray(20, 'x') + "\r\n",
-         u"%1 44 1 [%1;%2] | Everyone;%1;%2"_s.arg(QString(50, u'é'), QString(20, u'x')),
-         "\"" + QByteArray(50, '\xE9') + "\",44,\"1\",\"" + QByteArray(50, '\xE9') + ";" + QByteArray(20, 'x') +
-             "\"\r\n"},
-        {"UTF-8 line break", kMark + "A\u0085B,44,1\r\n", u"A\u0085B 44 1 [] | Everyone"_s, "\"A B\",44,\"1\"\r\n"},
-        {"groups", "A,44,1,Everyone;X;X\r\n", u"A 44 1 [X] | Everyone;X"_s, "\"A\",44,\"1\",\"X\"\r\n"})
+    TABLE_TEST(filesAreReadAndWritten, (const QByteArray &file, const QString &printed, const QByteArray &saved),
+               {"plain", kAnn + kBob, u"A 44 1 []\nBob,;  353 0851234567 [Friends;Work] | Everyone;Friends;Work"_s,
+                kAnn + kBob},
+               {"blanks", "\n \t\r\nA, +44 ,1\n\nA,44,1", u"A 44 1 []\nA 44 1 [] | Everyone"_s, kAnn + kAnn},
+               // A quote is written bare, and bare quotes end a field. That is meant.
+               {"quotes", "\"A \"\"B\"\" C\",44,1\r\n", u"A \"B\" C 44 1 [] | Everyone"_s,
+                "\"A \"B\" C\",44,\"1\"\r\n"},
+               {"bare quotes", "\"A \"B\" C\",44,1\r\n", u"A  44 1 [] | Everyone"_s, "\"A \",44,\"1\"\r\n"},
+               {"line break", "\"A\rB\",44,1\r\n", u"A\rB 44 1 [] | Everyone"_s, "\"A B\",44,\"1\"\r\n"},
+               {"UTF-8", kMark + "\"Я€\",44,\"1\"\r\n\"é\",44,\"1\"\r\n", u"Я€ 44 1 []\né 44 1 [] | Everyone"_s,
+                kMark + "\"Я€\",44,\"1\"\r\n\"é\",44,\"1\"\r\n"},
+               {"long", QByteArray(60, '\xE9') + ",44,1," + QByteArray(50, '\xE9') + ";" + QByteArray(20, 'x') + "\r\n",
+                u"%1 44 1 [%1;%2] | Everyone;%1;%2"_s.arg(QString(50, u'é'), QString(20, u'x')),
+                "\"" + QByteArray(50, '\xE9') + "\",44,\"1\",\"" + QByteArray(50, '\xE9') + ";" + QByteArray(20, 'x') +
+                    "\"\r\n"},
+               {"UTF-8 with marks within", kMark + kMark + "B,44,2," + kMark + "X;X\r\n",
+                u"\uFEFFB 44 2 [\uFEFFX;X] | Everyone;\uFEFFX;X"_s,
+                kMark + "\"" + kMark + "B\",44,\"2\",\"" + kMark + "X;X\"\r\n"},
+               {"UTF-8 line break", kMark + "A\u0085B,44,1\r\n", u"A\u0085B 44 1 [] | Everyone"_s,
+                "\"A B\",44,\"1\"\r\n"},
+               {"groups", "A,44,1,Everyone;X;X\r\n", u"A 44 1 [X] | Everyone;X"_s, "\"A\",44,\"1\",\"X\"\r\n"})
     {
         // The first open makes the folders, too. An empty file leaves no copy.
         m_path = m_folder->filePath(u"new/fol der/ann.kpb"_s);

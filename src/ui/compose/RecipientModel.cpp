@@ -21,9 +21,9 @@ RecipientModel::Items RecipientModel::ItemsOf(const LxPhoneBook &phoneBook)
     Items items;
     items.reserve(size_t(phoneBook.AllContacts().Count()) + size_t(groups.Count()));
     for (const LxContactPtr &contact : phoneBook.AllContacts())
-        items.emplace_back(contact->ContactID(), contact->KeptName());
+        items.push_back({contact->ContactID(), contact->KeptName()});
     for (const LxGroup *group : groups)
-        items.emplace_back(-group->GroupID(), LxContact::NameText(group->Name()));
+        items.push_back({-group->GroupID(), LxContact::NameText(group->Name())});
     return items;
 }
 

@@ -10,48 +10,57 @@
 #include <array>
 #include <cstring>
 
+namespace {
+
+/// The end of a text counts as zeros.
+ContactKeys::Head HeadOfFolded(const QByteArray &folded)
+{
+    std::array<quint64, 3> numbers{};
+    std::memcpy(numbers.data(), folded.constData(), qMin(sizeof(numbers), static_cast<size_t>(folded.size())));
+    return {qFromBigEndian(numbers[0]), qFromBigEndian(numbers[1]), qFromBigEndian(numbers[2])};
+}
+
+} // namespace
+
+std::strong_ordering ContactKeys::Key::operator<=>(const Key &other) const
+{
+    const int order = folded.compare(other.folded);
+    return (order != 0 ? order : text.compare(other.text)) <=> 0;
+}
+
 ContactKeys::ContactKeys(const LxPhoneBook &phoneBook, int column)
     : m_phoneBook(phoneBook)
     , m_column(column)
 {
 }
 
-QByteArray ContactKeys::Text(const LxContact &contact)
+ContactKeys::Key ContactKeys::Made(const LxContact &contact) const
 {
+    Key key;
     if (m_column == ContactColumns::Name)
-        return contact.KeptName().Utf8().toByteArray();
-    const auto text = [&] { return ContactColumns::Text(contact, m_column, m_phoneBook.AllContacts()).toUtf8(); };
-    const void *const shared = m_column == ContactColumns::GroupMembership ? contact.Groups().SharedStorage() : nullptr;
-    if (!shared)
-        return text();
-    QByteArray &kept = m_groupTexts[shared];
-    if (kept.isNull())
-        kept = text();
-    return kept;
+        key.text = contact.KeptName().Utf8().toByteArray();
+    else
+        key.text = ContactColumns::Text(contact, m_column, m_phoneBook.AllContacts()).toUtf8();
+    AppendSortKey(QUtf8StringView(key.text), key.folded);
+    return key;
 }
 
-QByteArray ContactKeys::Of(const LxContact &contact)
+ContactKeys::Key ContactKeys::Of(const LxContact &contact)
 {
-    const QByteArray text = Text(contact);
-    QByteArray key;
-    AppendSortKey(QUtf8StringView(text), key);
-    // The text follows, for the order of texts that differ by case or marks alone.
-    return key + '\0' + text;
+    const void *const shared = m_column == ContactColumns::GroupMembership ? contact.Groups().SharedStorage() : nullptr;
+    if (!shared)
+        return Made(contact);
+    const auto kept = m_groupKeys.constFind(shared);
+    return kept != m_groupKeys.constEnd() ? *kept : *m_groupKeys.insert(shared, Made(contact));
 }
 
 ContactKeys::Head ContactKeys::HeadOf(const LxContact &contact)
 {
-    std::array<quint64, 3> numbers{};
-    constexpr qsizetype kSize = sizeof(numbers);
-    m_key.resize(0);
-    if (m_column == ContactColumns::Name && contact.KeptName().IsPlain()) {
-        // Letter by letter, the key of so many letters is as long.
-        const QByteArrayView name = contact.KeptName().Utf8();
-        AppendSortKey(QUtf8StringView(name.data(), qMin(name.size(), kSize)), m_key);
-    } else {
-        AppendSortKey(QUtf8StringView(Text(contact)), m_key);
-    }
-    // The end of a key counts as zeros.
-    std::memcpy(numbers.data(), m_key.constData(), static_cast<size_t>(qMin(m_key.size(), kSize)));
-    return {qFromBigEndian(numbers[0]), qFromBigEndian(numbers[1]), qFromBigEndian(numbers[2])};
+    if (m_column != ContactColumns::Name || !contact.KeptName().IsPlain())
+        return HeadOfFolded(Of(contact).folded);
+    // A plain name has a byte for each letter, also when it is folded, so that its first letters give the head.
+    const QByteArrayView name = contact.KeptName().Utf8();
+    m_folded.resize(0);
+    AppendSortKey(QUtf8StringView(name.data(), qMin(name.size(), qsizetype(sizeof(Head)))), m_folded);
+    return HeadOfFolded(m_folded);
 }

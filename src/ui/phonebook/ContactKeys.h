@@ -3,15 +3,27 @@
 #include <QByteArray>
 #include <QHash>
 
+#include <compare>
+
 class LxContact;
 class LxPhoneBook;
 
-/// The keys by which contacts are sorted in a column: compared byte by byte, they settle the order of all texts but
-/// equal ones.
+/// The keys by which contacts are sorted in a column.
 class ContactKeys final
 {
 public:
-    /// The first bytes of a key as numbers that compare as the bytes do.
+    struct Key
+    {
+        [[nodiscard]] std::strong_ordering operator<=>(const Key &other) const;
+
+        /// As AppendSortKey makes it.
+        QByteArray folded;
+        /// Settles the order of texts that differ by case or marks alone.
+        QByteArray text;
+    };
+
+    /// The first bytes of a folded text as numbers, which never contradict the keys and settle the order of nearly all
+    /// names far sooner.
     struct Head
     {
         [[nodiscard]] auto operator<=>(const Head &other) const = default;
@@ -24,16 +36,15 @@ public:
     /// `column` is one of ContactColumns. The phone book must outlive the keys, and not change meanwhile.
     ContactKeys(const LxPhoneBook &phoneBook, int column);
 
-    [[nodiscard]] QByteArray Of(const LxContact &contact);
-    /// What settles the order of nearly all contacts, far sooner.
+    [[nodiscard]] Key Of(const LxContact &contact);
     [[nodiscard]] Head HeadOf(const LxContact &contact);
 
 private:
-    [[nodiscard]] QByteArray Text(const LxContact &contact);
+    [[nodiscard]] Key Made(const LxContact &contact) const;
 
     const LxPhoneBook &m_phoneBook;
     int m_column;
     /// By what contacts of the same groups have in common, as joining the names again for each would take long.
-    QHash<const void *, QByteArray> m_groupTexts;
-    QByteArray m_key;
+    QHash<const void *, Key> m_groupKeys;
+    QByteArray m_folded;
 };

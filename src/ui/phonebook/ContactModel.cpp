@@ -56,6 +56,7 @@ void ContactModel::Insert(const LxContactPtr &contact)
 void ContactModel::RowsChanged(const LxContactList &contacts)
 {
     m_isStale = true;
+    m_order.KeepPlacesOf(contacts);
     // Thousands of single rows would each cost the list more than all that stand between them.
     if (const auto range = m_order.RangeOf(contacts))
         emit dataChanged(index(range->first, 0), index(range->second, ContactColumns::Count - 1));

@@ -72,7 +72,7 @@ bool ContactOrder::IsFound(const LxContact &contact) const
 
 bool ContactOrder::StandsBefore(const Keyed &a, const Keyed &b) const
 {
-    const int order = a.key.compare(b.key);
+    const std::strong_ordering order = a.key <=> b.key;
     return order == 0 ? a.place < b.place : (order < 0) == (m_sortOrder == Qt::AscendingOrder);
 }
 
@@ -84,6 +84,7 @@ void ContactOrder::Sort()
         Place place;
     };
     ReleaseVectorState();
+    m_rewritten.clear();
     ContactKeys keys(m_phoneBook, m_sortColumn);
     std::vector<Entry> entries;
     entries.reserve(m_members.size());
@@ -114,12 +115,24 @@ void ContactOrder::SortByKeys(Places::iterator first, Places::iterator last, Con
     std::transform(keyed.begin(), keyed.end(), first, [](const Keyed &k) { return k.place; });
 }
 
+void ContactOrder::KeepPlacesOf(const LxContactList &contacts)
+{
+    for (const LxContactPtr &contact : contacts)
+        m_rewritten.insert(contact->ContactID());
+}
+
 ContactOrder::Places::const_iterator ContactOrder::SlotIn(const Places &places, Place place) const
 {
     ContactKeys keys(m_phoneBook, m_sortColumn);
     const auto keyed = [&](Place p) { return Keyed{keys.Of(*m_members[p]), p}; };
-    return std::lower_bound(places.begin(), places.end(), keyed(place),
-                            [&](Place other, const Keyed &wanted) { return StandsBefore(keyed(other), wanted); });
+    const auto standsBefore = [&](Place other, const Keyed &wanted) { return StandsBefore(keyed(other), wanted); };
+    if (m_rewritten.isEmpty())
+        return std::lower_bound(places.begin(), places.end(), keyed(place), standsBefore);
+    Places sorted;
+    std::copy_if(places.begin(), places.end(), std::back_inserter(sorted),
+                 [this](Place p) { return !m_rewritten.contains(m_members[p]->ContactID()); });
+    const auto next = std::lower_bound(sorted.begin(), sorted.end(), keyed(place), standsBefore);
+    return next == sorted.end() ? places.end() : std::find(places.begin(), places.end(), *next);
 }
 
 std::optional<int> ContactOrder::Add(const LxContactPtr &contact)

@@ -4,7 +4,7 @@
 #include "ContactKeys.h"
 #include "LxContact.h"
 
-#include <QByteArray>
+#include <QSet>
 
 #include <optional>
 #include <utility>
@@ -37,6 +37,9 @@ public:
     /// answer to the find text.
     [[nodiscard]] std::optional<int> Add(const LxContactPtr &contact);
 
+    /// Lets these members, whose texts are other ones now, stand where they stand until the next Fill or SortBy.
+    void KeepPlacesOf(const LxContactList &contacts);
+
     /// Makes the row of the member that came last.
     void ShowAt(int row);
 
@@ -63,7 +66,7 @@ private:
     using Places = std::vector<Place>;
     struct Keyed
     {
-        QByteArray key;
+        ContactKeys::Key key;
         Place place;
     };
 
@@ -81,6 +84,8 @@ private:
     std::vector<LxContactPtr> m_members;
     /// The members in the order of the sort column.
     Places m_order;
+    /// The identities of those that stand in it by a text that they had.
+    QSet<int> m_rewritten;
     /// Those that answer to the find text, a row each.
     Places m_shown;
     QString m_findText;

@@ -11,6 +11,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -57,7 +58,7 @@ private slots:
         const FixedClock clock;
         LxPhoneBook book(countries, clock);
         const QStringList pieces =
-            u",a,A,á,ß,ss,é,z,ANNA MARIA VICTORIA LEE ,anna maria victoria lee ,Łódź "_s.split(u',');
+            u",a,A,á,ß,ss,é,z,\0,\0!,ANNA MARIA VICTORIA LEE ,anna maria victoria lee ,Łódź "_s.split(u',');
         QRandomGenerator random(7);
         const auto piece = [&] { return pieces[random.bounded(static_cast<int>(pieces.size()))]; };
         QString file;
@@ -70,7 +71,7 @@ private slots:
             const QByteArray text = Text(*contact, column, book.AllContacts()).toUtf8();
             QByteArray sortKey;
             AppendSortKey(QUtf8StringView(text), sortKey);
-            return sortKey + '\0' + text;
+            return std::pair(sortKey, text);
         };
         const LxContactList contacts = book.AllContacts().ContactList();
         LxGroup few;
@@ -95,6 +96,30 @@ private slots:
         for (int row = 0; row < order.RowCount(); ++row)
             QCOMPARE(order.ContactAt(row)->ContactID(), expected[static_cast<size_t>(row)]->ContactID());
         QCOMPARE(order.RowCount(), contacts.Count());
+    }
+
+    void rewrittenRowsStandInNobodysWay()
+    {
+        const LxCountryList countries = SampleCountries();
+        const FixedClock clock;
+        LxPhoneBook book(countries, clock);
+        book.ParseContacts(u"Ann,1234\nLea,1234\nMary,1234\nTom,1234\nZed,1234\nBob,1234\nYan,1234\n"_s);
+        LxContactList all = book.AllContacts().ContactList();
+        LxGroup five;
+        for (int i = 1; i <= 5; ++i)
+            five.Add(all.Item(i));
+        ContactOrder order(book);
+        order.Fill(five, {});
+        LxContactList rewritten;
+        rewritten.Add(all.Item(3));
+        all.Item(3)->SetName(u"Aaron"_s);
+        order.KeepPlacesOf(rewritten);
+        for (const int added : {6, 7})
+            order.ShowAt(*order.Add(all.Item(added)));
+        QStringList names;
+        for (int row = 0; row < order.RowCount(); ++row)
+            names += order.ContactAt(row)->Name();
+        QCOMPARE(names.join(u' '), u"Ann Bob Lea Aaron Tom Yan Zed"_s);
     }
 
     TABLE_TEST(lettersSortBesideTheirPlainOnes, (const QString &text, const QString &key), u"Éİ -> ei", u"ıŁ -> il",
