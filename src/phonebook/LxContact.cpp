@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -23,8 +24,10 @@ bool MatchesLocal(const NumberText &number, QStringView digits, bool exact)
 {
     if (!number.IsPlain())
         return exact ? number.ToString() == digits : number.ToString().startsWith(digits);
-    const QLatin1StringView local(number.Utf8());
-    return exact ? local == digits : local.startsWith(digits);
+    const QByteArrayView local = number.Utf8();
+    return (exact ? local.size() == digits.size() : local.size() >= digits.size()) &&
+           std::equal(digits.begin(), digits.end(), local.begin(),
+                      [](QChar digit, char kept) { return digit == QLatin1Char(kept); });
 }
 
 [[noreturn]] void RaiseContactError(const QString &description)

@@ -28,9 +28,27 @@ char16_t Lower(char16_t ascii)
     return ascii >= u'A' && ascii <= u'Z' ? ascii + (u'a' - u'A') : ascii;
 }
 
-bool IsSameLetter(char a, QChar b)
+QChar Folded(QChar c)
 {
-    return Lower(static_cast<char16_t>(a)) == Lower(b.unicode());
+    return c < u'\u0080' ? QChar(Lower(c.unicode())) : c.toCaseFolded();
+}
+
+/// What QStringView::contains tells where case is ignored, which looks every letter up in a table.
+bool ContainsText(QStringView name, QStringView text)
+{
+    if (text.isEmpty() || text.front().isSurrogate())
+        return name.contains(text, Qt::CaseInsensitive);
+    const QChar first = Folded(text.front());
+    for (qsizetype i = 0; i + text.size() <= name.size(); ++i) {
+        if (Folded(name[i]) == first && name.sliced(i, text.size()).compare(text, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+bool IsSameLetter(QChar a, char b)
+{
+    return Lower(a.unicode()) == Lower(static_cast<char16_t>(b));
 }
 
 } // namespace
@@ -40,7 +58,7 @@ bool Equals(const LxContact::NameText &name, QStringView text)
     if (!AreAscii(name, text))
         return Compared(name, [text](QStringView n) { return n.compare(text, Qt::CaseInsensitive) == 0; });
     const QByteArrayView letters = name.Utf8();
-    return letters.size() == text.size() && std::equal(letters.begin(), letters.end(), text.begin(), IsSameLetter);
+    return letters.size() == text.size() && std::equal(text.begin(), text.end(), letters.begin(), IsSameLetter);
 }
 
 bool BeginsWith(const LxContact::NameText &name, QStringView text)
@@ -48,17 +66,20 @@ bool BeginsWith(const LxContact::NameText &name, QStringView text)
     if (!AreAscii(name, text))
         return Compared(name, [text](QStringView n) { return n.startsWith(text, Qt::CaseInsensitive); });
     const QByteArrayView letters = name.Utf8();
-    return letters.size() >= text.size() &&
-           std::equal(text.begin(), text.end(), letters.begin(), [](QChar a, char b) { return IsSameLetter(b, a); });
+    return letters.size() >= text.size() && std::equal(text.begin(), text.end(), letters.begin(), IsSameLetter);
 }
 
 bool Contains(const LxContact::NameText &name, QStringView text)
 {
-    if (!AreAscii(name, text))
-        return Compared(name, [text](QStringView n) { return n.contains(text, Qt::CaseInsensitive); });
+    if (!AreAscii(name, text) || text.isEmpty())
+        return Compared(name, [text](QStringView n) { return ContainsText(n, text); });
     const QByteArrayView letters = name.Utf8();
-    return std::search(letters.begin(), letters.end(), text.begin(), text.end(), IsSameLetter) != letters.end() ||
-           text.isEmpty();
+    const char16_t first = Lower(text.front().unicode());
+    for (auto from = letters.begin(); from + text.size() <= letters.end(); ++from) {
+        if (Lower(static_cast<char16_t>(*from)) == first && std::equal(text.begin(), text.end(), from, IsSameLetter))
+            return true;
+    }
+    return false;
 }
 
 } // namespace NameMatch

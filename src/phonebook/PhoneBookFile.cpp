@@ -18,6 +18,9 @@ using namespace Qt::StringLiterals;
 namespace PhoneBookFile {
 namespace {
 
+/// Names of groups do not hold it.
+const QString kSeparator = u";"_s;
+
 std::optional<qint16> CodeOf(QByteArrayView field)
 {
     // Nearly all are a few digits, for which Qt's way is a long one.
@@ -32,32 +35,45 @@ std::optional<qint16> CodeOf(QByteArrayView field)
     return ok ? std::optional(code) : std::nullopt;
 }
 
-/// The names of the groups of many contacts as the file joins them, made once for all that share their list.
-class GroupTexts final
+/// Writes the names of the groups of many contacts, joined once for all that share their list.
+class GroupNames final
 {
 public:
-    using Text = ShortText<62>;
-
-    explicit GroupTexts(const LxGroup &everyone)
+    explicit GroupNames(const LxGroup &everyone)
         : m_everyone(everyone)
     {
     }
 
-    [[nodiscard]] const Text &Of(const LxGroupList &groups)
+    void AppendTo(TextWriter &writer, const LxGroupList &groups)
     {
         const void *const shared = groups.SharedStorage();
-        if (!shared)
-            return m_last = Joined(groups);
-        const auto found = m_textOf.constFind(shared);
-        return found != m_textOf.constEnd() ? *found : *m_textOf.insert(shared, Text(Joined(groups)));
+        if (!shared) {
+            AppendSingly(writer, groups);
+            return;
+        }
+        auto joined = m_joined.constFind(shared);
+        if (joined == m_joined.constEnd())
+            joined = m_joined.insert(shared, Text(groups.AsString(kSeparator, &m_everyone)));
+        writer.AppendAsOneLine(*joined);
     }
 
 private:
-    [[nodiscard]] QString Joined(const LxGroupList &groups) const { return groups.AsString(u";"_s, &m_everyone); }
+    using Text = ShortText<62>;
+
+    void AppendSingly(TextWriter &writer, const LxGroupList &groups) const
+    {
+        bool isFirst = true;
+        for (const LxGroup *group : groups) {
+            if (group == &m_everyone)
+                continue;
+            if (!std::exchange(isFirst, false))
+                writer.Append(kSeparator);
+            writer.AppendAsOneLine(group->Name());
+        }
+    }
 
     const LxGroup &m_everyone;
-    QHash<const void *, Text> m_textOf;
-    Text m_last;
+    QHash<const void *, Text> m_joined;
 };
 
 } // namespace
@@ -79,7 +95,7 @@ QByteArray Content(const LxGroup &everyone)
 {
     constexpr qsizetype kUsualLineLength = 64;
     TextWriter writer(kUsualLineLength * everyone.Count());
-    GroupTexts groupTexts(everyone);
+    GroupNames groupNames(everyone);
     ReleaseVectorState();
     for (const LxContactPtr &contact : everyone) {
         writer.AppendAscii("\"");
@@ -92,7 +108,7 @@ QByteArray Content(const LxGroup &everyone)
         // A contact is in "Everyone" and at least one more group.
         if (contact->Groups().Count() >= 2) {
             writer.AppendAscii(",\"");
-            writer.AppendAsOneLine(groupTexts.Of(contact->Groups()));
+            groupNames.AppendTo(writer, contact->Groups());
             writer.AppendAscii("\"");
         }
         writer.AppendAscii("\r\n");

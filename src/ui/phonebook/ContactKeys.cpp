@@ -24,6 +24,9 @@ ContactKeys::Head HeadOfFolded(const QByteArray &folded)
 
 std::strong_ordering ContactKeys::Key::operator<=>(const Key &other) const
 {
+    // Those of the same groups share their storage.
+    if (text.constData() == other.text.constData())
+        return std::strong_ordering::equal;
     const int order = folded.compare(other.folded);
     return (order != 0 ? order : text.compare(other.text)) <=> 0;
 }
@@ -34,13 +37,16 @@ ContactKeys::ContactKeys(const LxPhoneBook &phoneBook, int column)
 {
 }
 
+QByteArray ContactKeys::Text(const LxContact &contact) const
+{
+    return m_column == ContactColumns::Name
+               ? contact.KeptName().Utf8().toByteArray()
+               : ContactColumns::Text(contact, m_column, m_phoneBook.AllContacts()).toUtf8();
+}
+
 ContactKeys::Key ContactKeys::Made(const LxContact &contact) const
 {
-    Key key;
-    if (m_column == ContactColumns::Name)
-        key.text = contact.KeptName().Utf8().toByteArray();
-    else
-        key.text = ContactColumns::Text(contact, m_column, m_phoneBook.AllContacts()).toUtf8();
+    Key key{.folded = {}, .text = Text(contact)};
     AppendSortKey(QUtf8StringView(key.text), key.folded);
     return key;
 }
@@ -56,11 +62,15 @@ ContactKeys::Key ContactKeys::Of(const LxContact &contact)
 
 ContactKeys::Head ContactKeys::HeadOf(const LxContact &contact)
 {
-    if (m_column != ContactColumns::Name || !contact.KeptName().IsPlain())
+    if (m_column == ContactColumns::GroupMembership)
         return HeadOfFolded(Of(contact).folded);
-    // A plain name has a byte for each letter, also when it is folded, so that its first letters give the head.
-    const QByteArrayView name = contact.KeptName().Utf8();
     m_folded.resize(0);
-    AppendSortKey(QUtf8StringView(name.data(), qMin(name.size(), qsizetype(sizeof(Head)))), m_folded);
+    if (m_column == ContactColumns::Name && contact.KeptName().IsPlain()) {
+        // A plain name has a byte for each letter, also when it is folded, so that its first letters give the head.
+        const QByteArrayView name = contact.KeptName().Utf8();
+        AppendSortKey(QUtf8StringView(name.data(), qMin(name.size(), qsizetype(sizeof(Head)))), m_folded);
+    } else {
+        AppendSortKey(QUtf8StringView(Text(contact)), m_folded);
+    }
     return HeadOfFolded(m_folded);
 }

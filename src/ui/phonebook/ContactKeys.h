@@ -40,6 +40,7 @@ public:
     [[nodiscard]] Head HeadOf(const LxContact &contact);
 
 private:
+    [[nodiscard]] QByteArray Text(const LxContact &contact) const;
     [[nodiscard]] Key Made(const LxContact &contact) const;
 
     const LxPhoneBook &m_phoneBook;

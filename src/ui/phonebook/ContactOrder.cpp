@@ -91,6 +91,8 @@ void ContactOrder::Sort()
     for (Place place = 0; place < m_members.size(); ++place)
         entries.push_back({keys.HeadOf(*m_members[place]), place});
     std::sort(entries.begin(), entries.end(), [order = m_sortOrder](const Entry &a, const Entry &b) {
+        if (a.head == b.head)
+            return a.place < b.place;
         return order == Qt::AscendingOrder ? a.head < b.head : b.head < a.head;
     });
     m_order.resize(entries.size());
@@ -111,7 +113,11 @@ void ContactOrder::SortByKeys(Places::iterator first, Places::iterator last, Con
     std::transform(first, last, std::back_inserter(keyed), [&](Place place) {
         return Keyed{keys.Of(*m_members[place]), place};
     });
-    std::sort(keyed.begin(), keyed.end(), [this](const Keyed &a, const Keyed &b) { return StandsBefore(a, b); });
+    const auto standsBefore = [this](const Keyed &a, const Keyed &b) { return StandsBefore(a, b); };
+    // As they are where all are of the same groups.
+    if (std::is_sorted(keyed.begin(), keyed.end(), standsBefore))
+        return;
+    std::sort(keyed.begin(), keyed.end(), standsBefore);
     std::transform(keyed.begin(), keyed.end(), first, [](const Keyed &k) { return k.place; });
 }
 
