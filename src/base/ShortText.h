@@ -70,20 +70,20 @@ public:
 
 private:
     static constexpr quint8 kApart = 0xFF;
-    static_assert(Room < kApart && Room >= sizeof(QByteArray *));
+    static_assert(Room < kApart && Room >= sizeof(void *));
 
     [[nodiscard]] bool IsApart() const { return m_size == kApart; }
     /// The text that has no room here, to which m_bytes then point.
     [[nodiscard]] QByteArray *Apart() const
     {
         QByteArray *apart = nullptr;
-        std::memcpy(&apart, m_bytes.data(), sizeof(apart));
+        std::memcpy(&apart, m_bytes.data(), sizeof(void *));
         return apart;
     }
     void SetApart(QByteArray *apart)
     {
         m_size = kApart;
-        std::memcpy(m_bytes.data(), &apart, sizeof(apart));
+        std::memcpy(m_bytes.data(), &apart, sizeof(void *));
     }
     /// Both forget what was held.
     void Take(QAnyStringView text)

@@ -36,7 +36,7 @@ bool IsAscii(QByteArrayView bytes)
     // Looking at all bytes is quicker than stopping at the first.
     char all = 0;
     for (const char c : bytes)
-        all |= c;
+        all = static_cast<char>(all | c);
     return static_cast<signed char>(all) >= 0;
 }
 
