@@ -96,6 +96,15 @@ private slots:
         QVERIFY(QFileInfo(link).isSymLink());
     }
 
+    void aLargeFileIsWhole()
+    {
+        QByteArray bytes;
+        for (int i = 0; i < 500'000; ++i)
+            bytes += QByteArray::number(i);
+        SaveFile(m_path, bytes);
+        QVERIFY(ReadBytes(m_path) == bytes);
+    }
+
     void aFlushThatFailsKeepsTheOldFile()
     {
         FileLock lock;

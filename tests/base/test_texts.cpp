@@ -40,11 +40,13 @@ private slots:
     TABLE_TEST(anyTextIsOneLineInTheFile, (const QString &before), {"Windows-1252", u"a"_s}, {"UTF-8", u"Я"_s})
     {
         for (char16_t unit = 1; unit < 0x2100; ++unit) {
-            const QString text = QString(33, u'x') + QChar(unit) + u'\n' + QChar(unit);
-            TextWriter quick(1);
-            quick.Append(before);
-            quick.AppendAsOneLine(Text(text));
-            QCOMPARE(quick.Take(), TextFile::Encode(before + TextFile::AsOneLine(text)));
+            for (const QString &end : {u""_s, u"\n"_s + QChar(unit)}) {
+                const QString text = QString(33, u'x') + QChar(unit) + end;
+                TextWriter quick(1);
+                quick.Append(before);
+                quick.AppendAsOneLine(Text(text));
+                QCOMPARE(quick.Take(), TextFile::Encode(before + TextFile::AsOneLine(text)));
+            }
         }
     }
 };

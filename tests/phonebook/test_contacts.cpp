@@ -50,6 +50,7 @@ private slots:
                // It stays, but only in the stored number.
                {"trunk zero", u"+44 07700 900123"_s, kNonLocal, u"44 [07700900123] 7700900123 +447700900123"_s},
                {"long code", u"+18765550100"_s, kNonLocal, u"1876 [5550100] 5550100 +18765550100"_s},
+               {"two zeros", u"00447700900123"_s, kNonLocal, kAnn},
                {"letters behind a code", u"+447700 9OO123"_s, kNonLocal, kUnknown})
     {
         const LxContactPtr first = Contact(u"Ann"_s);
