@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -46,9 +47,10 @@ void LxGroup::Add(const LxContactPtr &contact)
 void LxGroup::AddNew(LxContactPtr contact, const LxGroupList &groups)
 {
     LxContact &added = *contact;
-    // Moved to the last, as counting who holds 100,000 contacts takes its time.
-    for (auto group = groups.begin(); group != groups.end(); ++group)
-        (*group)->AddMember(std::next(group) == groups.end() ? std::move(contact) : contact);
+    const auto last = std::prev(groups.end());
+    std::for_each(groups.begin(), last, [&contact](LxGroup *group) { group->AddMember(contact); });
+    // Moved, as counting who holds 100,000 contacts takes its time.
+    (*last)->AddMember(std::move(contact));
     added.m_groups.ShareGroupsOf(groups);
 }
 

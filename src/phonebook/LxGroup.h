@@ -33,7 +33,8 @@ public:
 
     /// Adding a member again does nothing.
     void Add(const LxContactPtr &contact);
-    /// Adds a contact that is in no group yet to all of these, whose list it then shares until either changes.
+    /// Adds a contact that is in no group yet to all of these, at least one, whose list it then shares until either
+    /// changes.
     static void AddNew(LxContactPtr contact, const LxGroupList &groups);
     /// Removing what is no member does nothing.
     void Remove(const LxContactPtr &contact);

@@ -83,15 +83,15 @@ void LxGroupList::PutIn(std::unique_ptr<LxGroup> group, int place)
 void LxGroupList::DestroyGroup(LxGroup &group)
 {
     group.RemoveAllContacts();
-    const Data &data = Changing();
-    const auto isIt = [&group](const auto &owned) { return owned.get() == &group; };
-    if (std::none_of(data.owned.begin(), data.owned.end(), isIt)) {
+    const auto &owned = Changing().owned;
+    const auto isIt = [&group](const auto &other) { return other.get() == &group; };
+    if (std::none_of(owned.begin(), owned.end(), isIt)) {
         Remove(group);
         return;
     }
     auto [taken, place] = TakeOut(group);
-    if (data.history)
-        data.history->GroupWent(std::move(taken), place);
+    if (PhoneBookHistory *const history = Changing().history)
+        history->GroupWent(std::move(taken), place);
 }
 
 void LxGroupList::Add(LxGroup &group)
