@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QHash>
 
+#include <array>
 #include <compare>
 
 class LxContact;
@@ -24,14 +25,7 @@ public:
 
     /// The first bytes of a folded text as numbers, which never contradict the keys and settle the order of nearly all
     /// names far sooner.
-    struct Head
-    {
-        [[nodiscard]] auto operator<=>(const Head &other) const = default;
-
-        quint64 first = 0;
-        quint64 second = 0;
-        quint64 third = 0;
-    };
+    using Head = std::array<quint64, 3>;
 
     /// `column` is one of ContactColumns. The phone book must outlive the keys, and not change meanwhile.
     ContactKeys(const LxPhoneBook &phoneBook, int column);

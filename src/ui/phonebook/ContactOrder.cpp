@@ -73,7 +73,7 @@ bool ContactOrder::IsFound(const LxContact &contact) const
 bool ContactOrder::StandsBefore(const Keyed &a, const Keyed &b) const
 {
     const std::strong_ordering order = a.key <=> b.key;
-    return order == 0 ? a.place < b.place : (order < 0) == (m_sortOrder == Qt::AscendingOrder);
+    return std::is_eq(order) ? a.place < b.place : std::is_lt(order) == (m_sortOrder == Qt::AscendingOrder);
 }
 
 void ContactOrder::Sort()
