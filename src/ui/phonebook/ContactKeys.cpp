@@ -7,6 +7,7 @@
 
 #include <QtEndian>
 
+#include <array>
 #include <cstring>
 
 namespace {
@@ -14,11 +15,9 @@ namespace {
 /// The end of a text counts as zeros.
 ContactKeys::Head HeadOfFolded(const QByteArray &folded)
 {
-    ContactKeys::Head head{};
-    std::memcpy(head.data(), folded.constData(), qMin(sizeof(head), static_cast<size_t>(folded.size())));
-    for (quint64 &number : head)
-        number = qFromBigEndian(number);
-    return head;
+    std::array<quint64, 3> numbers{};
+    std::memcpy(numbers.data(), folded.constData(), qMin(sizeof(numbers), static_cast<size_t>(folded.size())));
+    return {qFromBigEndian(numbers[0]), qFromBigEndian(numbers[1]), qFromBigEndian(numbers[2])};
 }
 
 } // namespace

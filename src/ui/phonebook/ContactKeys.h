@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QHash>
 
-#include <array>
 #include <compare>
 
 class LxContact;
@@ -25,7 +24,20 @@ public:
 
     /// The first bytes of a folded text as numbers, which never contradict the keys and settle the order of nearly all
     /// names far sooner.
-    using Head = std::array<quint64, 3>;
+    struct Head
+    {
+        [[nodiscard]] bool operator==(const Head &other) const = default;
+        [[nodiscard]] bool operator<(const Head &other) const
+        {
+            if (first != other.first)
+                return first < other.first;
+            return second != other.second ? second < other.second : third < other.third;
+        }
+
+        quint64 first = 0;
+        quint64 second = 0;
+        quint64 third = 0;
+    };
 
     /// `column` is one of ContactColumns. The phone book must outlive the keys, and not change meanwhile.
     ContactKeys(const LxPhoneBook &phoneBook, int column);
