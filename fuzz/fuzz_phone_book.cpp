@@ -47,8 +47,8 @@ std::vector<Kept> Records(const QByteArray &file)
     std::vector<Kept> records;
     TextFile::ForEachUtf8Line(file, [&records](QUtf8StringView line) {
         if (const auto record = PhoneBookFile::ParseLine(line)) {
-            records.push_back(
-                {record->name.toString(), record->countryCode, record->mobile.toString(), record->groups.toString()});
+            records.push_back({Utf8::Decoded(record->name), record->countryCode, Utf8::Decoded(record->mobile),
+                               Utf8::Decoded(record->groups)});
         }
     });
     return records;

@@ -1,5 +1,7 @@
 #include "Utf8.h"
 
+#include "TextFile.h"
+
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -19,7 +21,7 @@ QByteArrayView Of(QAnyStringView text, QByteArray &storage)
 
 QString Decoded(QByteArrayView utf8)
 {
-    if (!utf8.startsWith("\xEF\xBB\xBF"))
+    if (!utf8.startsWith(TextFile::kUtf8Mark))
         return QString::fromUtf8(utf8);
     using Flag = QStringDecoder::Flag;
     return QStringDecoder(QStringDecoder::Utf8, Flag::Stateless | Flag::ConvertInitialBom).decode(utf8);
